@@ -1,0 +1,324 @@
+#include "store/journal/CommitProtocol.h"
+
+#include <algorithm>
+#include <set>
+
+#include "store/Errors.h"
+#include "store/journal/Backoff.h"
+#include "store/journal/Replay.h"
+#include "store/table/TableFiles.h"
+#include "store/vfs/File.h"
+
+namespace quillon::store {
+namespace {
+
+constexpr std::size_t kComparedPages = 2048;   // a larger record takes whole pages only
+constexpr std::size_t kLongestRuns = 3000;     // more changed bytes than this: the whole page
+constexpr int kLongestLookBack = 2000;         // records
+
+std::uint64_t newId(const Environment& environment, const std::string& folder) {
+  const std::int64_t parts[] = {environment.clock.unixSeconds(), environment.clock.milliseconds(), environment.process};
+  return hashBytes(parts, sizeof parts, hashBytes(folder.data(), folder.size())) | 1;
+}
+
+struct ChangedPage {
+  PageFile* file;
+  std::string runs;  // empty: the whole page
+};
+
+}  // namespace
+
+class CommitProtocol::CommitLock {
+ public:
+  explicit CommitLock(CommitProtocol& protocol) : protocol_(protocol) { protocol_.lockCommit(); }
+  ~CommitLock() { protocol_.unlockCommit(); }
+  CommitLock(const CommitLock&) = delete;
+  CommitLock& operator=(const CommitLock&) = delete;
+
+ private:
+  CommitProtocol& protocol_;
+};
+
+CommitProtocol::CommitProtocol(const Environment& environment, std::string folder)
+    : environment_(environment),
+      folder_(std::move(folder)),
+      journal_(environment.files, folder_, newId(environment, folder_)),
+      network_(environment.files.isNetwork(folder_)) {
+  CommitLock lock(*this);
+  const bool made = journal_.file().size() == 0;
+  journal_.readHead();
+  if (made) environment_.files.syncFolder(folder_);
+  if (journal_.file().lock(kCompanyOpenByte, 1, LockMode::exclusive)) recoverAll();
+  if (!journal_.file().lock(kCompanyOpenByte, 1, LockMode::shared))
+    throw StoreError(Code::tableInUse, "The company folder is being opened or closed by another user. Try again.");
+  catchUpLocked();
+}
+
+CommitProtocol::~CommitProtocol() {
+  try {
+    CommitLock lock(*this);
+    if (journal_.file().lock(kCompanyOpenByte, 1, LockMode::exclusive)) {
+      catchUpLocked();
+      checkpointLocked();
+      journal_.shrink();
+    }
+  } catch (...) {
+    // The journal stays as it is; whoever opens the folder next brings it in.
+  }
+}
+
+void CommitProtocol::lockCommit() {
+  Backoff backoff(environment_.clock);
+  while (!journal_.file().lock(kCommitByte, 1, LockMode::exclusive))
+    if (!backoff.wait())
+      throw StoreError(Code::recordLocked,
+                       "Another user's program has been saving to this company for over a minute. Try again; if it "
+                       "stays so, look for a computer that is asleep or hangs.");
+}
+
+void CommitProtocol::unlockCommit() noexcept { journal_.file().unlock(kCommitByte, 1); }
+
+void CommitProtocol::recoverAll() {
+  last_ = journal_.startSpot();
+  JournalRecord record;
+  while (journal_.readRecord(last_, record) && journal_.recordIsWhole(record))
+    last_ = {last_.epoch, record.end(), record.commit};
+  if (last_ == journal_.startSpot()) return;
+  // A record may stand in the system's memory only; it must be safe before a page is changed on its word.
+  journal_.file().sync();
+  Replay replay(*this);
+  replay.run(last_);
+  replay.syncFiles();
+  journal_.startEpoch(last_.commit);
+  last_ = journal_.startSpot();
+}
+
+void CommitProtocol::catchUpLocked() {
+  last_ = journal_.readApplied();
+  JournalRecord record;
+  JournalSpot end = last_;
+  std::unique_ptr<Replay> replay;
+  while (journal_.readRecord(end, record) && journal_.recordIsWhole(record)) {
+    if (!replay) replay = std::make_unique<Replay>(*this);
+    replay->onlyPagesOf(record);
+    end = {end.epoch, record.end(), record.commit};
+  }
+  if (replay) {
+    journal_.file().sync();
+    ++syncs_;
+    replay->run(end);
+    journal_.writeApplied(end);
+    last_ = end;
+  }
+  needsReplay_ = false;
+}
+
+void CommitProtocol::catchUp() {
+  JournalRecord record;
+  if (!needsReplay_ && !journal_.readRecord(journal_.readApplied(), record)) return;
+  CommitLock lock(*this);
+  catchUpLocked();
+}
+
+JournalSpot CommitProtocol::appliedSpot() { return journal_.readApplied(); }
+
+bool CommitProtocol::changedSince(JournalSpot& spot, std::uint64_t fileId, std::uint64_t stamp,
+                                  std::vector<std::pair<std::uint8_t, PageNo>>& pages) {
+  journal_.readApplied();
+  if (spot.epoch != journal_.epoch()) return false;
+  JournalRecord record;
+  for (int looked = 0; looked < kLongestLookBack && journal_.readRecord(spot, record); ++looked) {
+    for (const JournalPage& page : record.pages)
+      if (record.tables[page.table].fileId == fileId) pages.emplace_back(page.role, page.number);
+    spot = {spot.epoch, record.end(), record.commit};
+    if (record.commit == stamp) return true;
+  }
+  return false;
+}
+
+void CommitProtocol::checkpoint() {
+  CommitLock lock(*this);
+  catchUpLocked();
+  checkpointLocked();
+}
+
+void CommitProtocol::checkpointLocked() {
+  if (journal_.bytesUsed(last_) == 0) return;
+  if (journal_.rewrite()) Replay(*this).run(last_);
+  syncTables();
+  journal_.startEpoch(last_.commit);
+  syncs_ += 1;
+  last_ = journal_.startSpot();
+}
+
+void CommitProtocol::syncTables() {
+  std::set<std::pair<std::string, std::uint8_t>> touched;
+  JournalRecord record;
+  for (JournalSpot spot = journal_.startSpot(); spot.offset < last_.offset && journal_.readRecord(spot, record);
+       spot = {spot.epoch, record.end(), record.commit}) {
+    for (const JournalPage& page : record.pages) touched.emplace(record.tables[page.table].name, page.role);
+    // The live area is written with every publish.
+    for (const JournalTable& table : record.tables) touched.emplace(table.name, kDat);
+  }
+  try {
+    for (const auto& [name, role] : touched) {
+      const std::string path = folder_ + "/" + name + kExtensions[role];
+      if (!environment_.files.exists(path)) continue;
+      environment_.files.open(path, OpenMode::existing)->sync();
+      ++syncs_;
+    }
+  } catch (const IoError&) {
+    journal_.setRewrite();
+    throw;
+  }
+}
+
+void CommitProtocol::prepare(std::span<TableFiles* const> tables, std::uint64_t commit) {
+  for (TableFiles* table : tables) {
+    TableMeta& meta = table->meta();
+    if (meta.companyId != journal_.companyId()) {
+      meta.companyId = journal_.companyId();
+      meta.adoptedAt = table->stamp();
+    }
+    table->storeMeta(commit);
+  }
+}
+
+void CommitProtocol::publish(std::span<TableFiles* const> changed) {
+  if (broken_)
+    throw StoreError(Code::outcomeUnknown, "An earlier change may not have been saved. Close the company and open it again.");
+  std::vector<TableFiles*> tables(changed.begin(), changed.end());
+  std::sort(tables.begin(), tables.end(), [](const auto* a, const auto* b) { return a->name() < b->name(); });
+  CommitLock lock(*this);
+  catchUpLocked();
+  if (journal_.bytesUsed(last_) > limit_) {
+    try {
+      checkpointLocked();
+    } catch (const IoError&) {
+      // The journal grows on; the next publish tries again.
+    }
+  }
+  std::uint64_t commit = last_.commit;
+  for (const TableFiles* table : tables) commit = std::max(commit, table->stamp());
+  ++commit;
+  prepare(tables, commit);
+
+  std::vector<JournalTable> names;
+  std::vector<JournalPage> pages;
+  std::vector<ChangedPage> content;
+  std::size_t total = 0;
+  for (TableFiles* table : tables)
+    for (const Role role : {kDat, kIdx, kBlb}) total += table->file(role).dirtyPages();
+  std::array<std::byte, kPageSize> read;
+  for (TableFiles* table : tables) {
+    const std::uint64_t imaged = std::max(journal_.checkpointCommit(), table->meta().adoptedAt);
+    for (const Role role : {kDat, kIdx, kBlb}) {
+      PageFile& file = table->file(role);
+      for (const PageNo number : file.dirtyNumbers()) {
+        const PageFile::Dirty dirty = file.dirtyPage(number);
+        sealPage(dirty.page.writable(), file.fileId(), commit);
+        std::string runs;
+        if (!dirty.fresh && total <= kComparedPages) {
+          const std::byte* before = dirty.base;
+          if (!before) {
+            file.readCommitted(number, read.data());
+            before = read.data();
+          }
+          if (pageStamp(before) > imaged) runs = Journal::changedRuns(before, dirty.page.data());
+          if (runs.size() > kLongestRuns) runs.clear();
+        }
+        pages.push_back({static_cast<std::uint16_t>(names.size()), role, runs.empty(), number,
+                         static_cast<std::uint32_t>(runs.empty() ? kPageSize : runs.size())});
+        content.push_back({&file, std::move(runs)});
+      }
+    }
+    names.push_back({table->name(), table->fileId(), table->stamp()});
+  }
+  PageRef held;
+  try {
+    last_ = journal_.append(last_, commit, names, pages, [&](std::size_t i) {
+      if (!content[i].runs.empty()) return reinterpret_cast<const std::byte*>(content[i].runs.data());
+      held = content[i].file->read(pages[i].number);
+      return held.data();
+    });
+  } catch (const StoreError& error) {
+    broken_ = error.code() == Code::outcomeUnknown;
+    throw;
+  }
+  held = PageRef();
+  ++syncs_;
+  try {
+    apply(tables, commit);
+    journal_.writeApplied(last_);
+  } catch (const StoreError&) {
+    // Committed all the same. What we hold in memory may not be what stands in the files, so it goes.
+    needsReplay_ = true;
+    for (TableFiles* table : tables) {
+      table->discard();
+      table->forget(table->stamp());
+    }
+  }
+}
+
+void CommitProtocol::waitForApply(TableFiles& table) {
+  if (table.tryApply(LockMode::exclusive)) return;
+  File& file = table.lockFile();
+  // Readers that come after this mark stand back, so that a stream of them cannot hold a commit up.
+  const bool announced = file.lock(kApplyIntentByte, 1, LockMode::exclusive);
+  LiveState live = table.readLive();
+  live.waiting = true;
+  table.writeLive(live);
+  Backoff backoff(environment_.clock);
+  bool got = false;
+  while (!(got = table.tryApply(LockMode::exclusive)) && backoff.wait()) {
+  }
+  if (announced) file.unlock(kApplyIntentByte, 1);
+  if (!got) throw StoreError(Code::recordLocked, "Table '" + table.name() + "' is being read without end.");
+}
+
+void CommitProtocol::apply(std::span<TableFiles* const> tables, std::uint64_t commit) {
+  struct Held {
+    std::vector<TableFiles*> tables;
+    ~Held() {
+      for (TableFiles* table : tables) table->releaseApply();
+    }
+  } held;
+  for (TableFiles* table : tables) {
+    waitForApply(*table);
+    held.tables.push_back(table);
+  }
+  for (TableFiles* table : tables) {
+    table->writeLive({table->stamp(), true, false});
+    if (network_) table->lockFile().sync();
+  }
+  for (TableFiles* table : tables)
+    for (const Role role : {kDat, kIdx, kBlb}) {
+      PageFile& file = table->file(role);
+      if (file.dirtyPages() == 0) continue;
+      file.writeInPlace(file.dirtyNumbers());
+      if (network_) file.file().sync();
+    }
+  for (TableFiles* table : tables) {
+    table->writeLive({commit, false, false});
+    if (network_) table->lockFile().sync();
+  }
+  for (TableFiles* table : tables) {
+    table->published(commit);
+    table->spot = last_;
+  }
+}
+
+CommitProtocol::Quiet::Quiet(CommitProtocol& protocol) : protocol_(protocol) {
+  protocol_.lockCommit();
+  try {
+    protocol_.catchUpLocked();
+    protocol_.checkpointLocked();
+  } catch (...) {
+    protocol_.unlockCommit();
+    throw;
+  }
+}
+
+CommitProtocol::Quiet::~Quiet() { protocol_.unlockCommit(); }
+
+}  // namespace quillon::store

@@ -1,0 +1,348 @@
+#include "store/journal/Journal.h"
+
+#define XXH_STATIC_LINKING_ONLY  // the streaming state by value
+#include <xxhash.h>
+
+#include <algorithm>
+#include <array>
+
+#include "store/Errors.h"
+#include "store/vfs/File.h"
+
+namespace quillon::store {
+namespace {
+
+constexpr std::uint64_t kHeadMagic = 0x314C4E4A4E4C5551;    // "QULNJNL1"
+constexpr std::uint64_t kRecordMagic = 0x4443455243455251;  // "QRECRECD"
+constexpr std::uint64_t kEndMark = 0x444E455243455251;
+constexpr std::uint32_t kVersion = 1;
+constexpr std::size_t kHeadSize = 64;
+constexpr std::uint64_t kHeadPlace[2] = {0, 4096};
+constexpr std::uint64_t kAppliedPlace = 8192;
+constexpr std::size_t kRecordHead = 64;
+constexpr std::size_t kTableEntry = 96;
+constexpr std::size_t kPageEntry = 12;
+constexpr std::size_t kNameSize = kTableEntry - 17;
+constexpr std::size_t kTrailer = 16;
+constexpr std::uint64_t kRoomStep = 256 * 1024;
+constexpr std::uint32_t kMaxTables = 4096;
+
+template <typename T>
+void put(std::string& out, T value) {
+  out.append(reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+Bytes bytesOf(const std::string& text) { return std::as_bytes(std::span(text.data(), text.size())); }
+
+}  // namespace
+
+Journal::Journal(FileSystem& files, const std::string& folder, std::uint64_t newCompanyId)
+    : file_(files.open(folder + "/" + kJournalName, OpenMode::create)) {
+  head_.companyId = newCompanyId;
+}
+
+Journal::~Journal() = default;
+
+void Journal::writeHead(const Head& head) {
+  std::array<std::byte, kHeadSize> bytes{};
+  storeAt(bytes.data(), 0, kHeadMagic);
+  storeAt(bytes.data(), 8, kVersion);
+  storeAt<std::uint32_t>(bytes.data(), 12, head.rewrite ? 1 : 0);
+  storeAt(bytes.data(), 16, head.companyId);
+  storeAt(bytes.data(), 24, head.epoch);
+  storeAt(bytes.data(), 32, head.checkpointCommit);
+  storeAt(bytes.data(), 56, hashBytes(bytes.data(), 56));
+  file_->write(kHeadPlace[head.epoch % 2], bytes);
+}
+
+void Journal::readHead() {
+  Head best;
+  bool found = false;
+  bool newer = false;
+  for (const std::uint64_t place : kHeadPlace) {
+    std::array<std::byte, kHeadSize> bytes{};
+    if (file_->read(place, bytes.data(), kHeadSize) != kHeadSize || loadAt<std::uint64_t>(bytes.data(), 0) != kHeadMagic)
+      continue;
+    newer = newer || loadAt<std::uint32_t>(bytes.data(), 8) > kVersion;
+    if (loadAt<std::uint64_t>(bytes.data(), 56) != hashBytes(bytes.data(), 56)) continue;
+    const Head head{loadAt<std::uint64_t>(bytes.data(), 16), loadAt<std::uint64_t>(bytes.data(), 24),
+                    loadAt<std::uint64_t>(bytes.data(), 32), loadAt<std::uint32_t>(bytes.data(), 12) != 0};
+    if (found && head.epoch <= best.epoch) continue;
+    best = head;
+    found = true;
+  }
+  if (newer)
+    throw StoreError(Code::newerFormat, std::string("'") + kJournalName +
+                                            "' was written by a later version of this program. Use that version.");
+  if (found) {
+    head_ = best;
+    return;
+  }
+  // Room for records is made only after the first head is safe, so a short file without a head never held a commit.
+  if (file_->size() > kJournalStart)
+    throw StoreError(Code::headerDamaged, std::string("The header of '") + kJournalName +
+                                              "' is damaged. Close the company everywhere and bring back a backup.");
+  head_ = {head_.companyId, 1, 0, false};
+  file_->truncate(0);
+  file_->truncate(kJournalStart);
+  writeHead(head_);
+  file_->sync();
+}
+
+JournalSpot Journal::readApplied() {
+  for (int tries = 0; tries < 2; ++tries) {
+    std::array<std::byte, 40> bytes{};
+    const bool whole = file_->read(kAppliedPlace, bytes.data(), bytes.size()) == bytes.size() &&
+                       loadAt<std::uint64_t>(bytes.data(), 32) == hashBytes(bytes.data(), 32);
+    if (!whole || loadAt<std::uint64_t>(bytes.data(), 0) != head_.companyId) return startSpot();
+    const JournalSpot spot{loadAt<std::uint64_t>(bytes.data(), 8), loadAt<std::uint64_t>(bytes.data(), 16),
+                           loadAt<std::uint64_t>(bytes.data(), 24)};
+    if (spot.epoch == head_.epoch) return spot;
+    if (spot.epoch < head_.epoch) return startSpot();
+    readHead();
+  }
+  return startSpot();
+}
+
+void Journal::writeApplied(const JournalSpot& spot) {
+  std::array<std::byte, 40> bytes{};
+  storeAt(bytes.data(), 0, head_.companyId);
+  storeAt(bytes.data(), 8, spot.epoch);
+  storeAt(bytes.data(), 16, spot.offset);
+  storeAt(bytes.data(), 24, spot.commit);
+  storeAt(bytes.data(), 32, hashBytes(bytes.data(), 32));
+  file_->write(kAppliedPlace, bytes);
+}
+
+bool Journal::readRecord(const JournalSpot& spot, JournalRecord& record) {
+  std::array<std::byte, kRecordHead> head;
+  if (file_->read(spot.offset, head.data(), kRecordHead) != kRecordHead) return false;
+  if (loadAt<std::uint64_t>(head.data(), 0) != kRecordMagic || loadAt<std::uint64_t>(head.data(), 8) != head_.companyId ||
+      loadAt<std::uint64_t>(head.data(), 16) != spot.epoch || loadAt<std::uint64_t>(head.data(), 32) != spot.commit)
+    return false;
+  record.offset = spot.offset;
+  record.commit = loadAt<std::uint64_t>(head.data(), 24);
+  record.previous = spot.commit;
+  record.length = loadAt<std::uint64_t>(head.data(), 40);
+  const auto tables = loadAt<std::uint32_t>(head.data(), 48);
+  const auto pages = loadAt<std::uint32_t>(head.data(), 52);
+  const std::uint64_t directory = std::uint64_t{tables} * kTableEntry + std::uint64_t{pages} * kPageEntry;
+  const std::uint64_t size = file_->size();
+  if (record.commit <= spot.commit || tables > kMaxTables || record.length > size || spot.offset > size - record.length ||
+      directory + kRecordHead + kTrailer > record.length)
+    return false;
+  std::vector<std::byte> bytes(directory);
+  if (file_->read(spot.offset + kRecordHead, bytes.data(), directory) != directory) return false;
+  if (loadAt<std::uint64_t>(head.data(), 56) != hashBytes(bytes.data(), directory, hashBytes(head.data(), 56))) return false;
+  record.tables.resize(tables);
+  record.pages.resize(pages);
+  record.dataOffset = spot.offset + kRecordHead + directory;
+  const std::byte* at = bytes.data();
+  for (JournalTable& table : record.tables) {
+    table.fileId = loadAt<std::uint64_t>(at, 0);
+    table.stampBefore = loadAt<std::uint64_t>(at, 8);
+    const auto length = std::min<std::size_t>(loadAt<std::uint8_t>(at, 16), kNameSize);
+    table.name.assign(reinterpret_cast<const char*>(at) + 17, length);
+    at += kTableEntry;
+  }
+  std::uint64_t data = 0;
+  for (JournalPage& page : record.pages) {
+    page.table = loadAt<std::uint16_t>(at, 0);
+    page.role = loadAt<std::uint8_t>(at, 2);
+    page.whole = loadAt<std::uint8_t>(at, 3) != 0;
+    page.number = loadAt<PageNo>(at, 4);
+    page.bytes = loadAt<std::uint32_t>(at, 8);
+    if (page.table >= tables || page.role > 2 || page.bytes > 2 * kPageSize || (page.whole && page.bytes != kPageSize))
+      return false;
+    data += page.bytes;
+    at += kPageEntry;
+  }
+  return record.dataOffset + data + kTrailer <= record.end();
+}
+
+bool Journal::recordIsWhole(const JournalRecord& record) {
+  XXH3_state_t state;
+  XXH3_64bits_reset(&state);
+  std::vector<std::byte> buffer(std::min<std::uint64_t>(record.length, 1 << 20));
+  const std::uint64_t hashed = record.length - kTrailer;
+  for (std::uint64_t done = 0; done < hashed;) {
+    const std::size_t part = std::min<std::uint64_t>(buffer.size(), hashed - done);
+    if (file_->read(record.offset + done, buffer.data(), part) != part) return false;
+    XXH3_64bits_update(&state, buffer.data(), part);
+    done += part;
+  }
+  std::array<std::byte, kTrailer> trailer;
+  if (file_->read(record.end() - kTrailer, trailer.data(), kTrailer) != kTrailer) return false;
+  return loadAt<std::uint64_t>(trailer.data(), 0) == XXH3_64bits_digest(&state) &&
+         loadAt<std::uint64_t>(trailer.data(), 8) == (kEndMark ^ record.commit);
+}
+
+void Journal::readPages(const JournalRecord& record, const std::function<bool(const JournalPage&)>& wanted,
+                        const std::function<void(const JournalPage&, const std::byte*)>& page) {
+  std::array<std::byte, 2 * kPageSize> buffer;
+  std::uint64_t at = record.dataOffset;
+  for (const JournalPage& entry : record.pages) {
+    if (wanted(entry)) {
+      if (file_->read(at, buffer.data(), entry.bytes) != entry.bytes)
+        throw StoreError(Code::ioFailed, std::string("'") + kJournalName + "' is cut short.");
+      page(entry, buffer.data());
+    }
+    at += entry.bytes;
+  }
+}
+
+JournalSpot Journal::append(const JournalSpot& spot, std::uint64_t commit, const std::vector<JournalTable>& tables,
+                            const std::vector<JournalPage>& pages,
+                            const std::function<const std::byte*(std::size_t)>& data) {
+  std::string directory;
+  directory.reserve(tables.size() * kTableEntry + pages.size() * kPageEntry);
+  for (const JournalTable& table : tables) {
+    put(directory, table.fileId);
+    put(directory, table.stampBefore);
+    const std::string name = table.name.substr(0, kNameSize);
+    put(directory, static_cast<std::uint8_t>(name.size()));
+    directory += name;
+    directory.append(kNameSize - name.size(), '\0');
+  }
+  std::uint64_t dataSize = 0;
+  for (const JournalPage& page : pages) {
+    put(directory, page.table);
+    put(directory, page.role);
+    put(directory, static_cast<std::uint8_t>(page.whole ? 1 : 0));
+    put(directory, page.number);
+    put(directory, page.bytes);
+    dataSize += page.bytes;
+  }
+  const std::uint64_t padding = (8 - (directory.size() + dataSize) % 8) % 8;
+  const std::uint64_t length = kRecordHead + directory.size() + dataSize + padding + kTrailer;
+  ensureRoom(spot.offset + length);
+
+  std::string buffer;
+  buffer.reserve(std::min<std::uint64_t>(length, (1 << 20) + 2 * kPageSize));
+  put(buffer, kRecordMagic);
+  put(buffer, head_.companyId);
+  put(buffer, spot.epoch);
+  put(buffer, commit);
+  put(buffer, spot.commit);
+  put(buffer, length);
+  put(buffer, static_cast<std::uint32_t>(tables.size()));
+  put(buffer, static_cast<std::uint32_t>(pages.size()));
+  put(buffer, hashBytes(directory.data(), directory.size(), hashBytes(buffer.data(), buffer.size())));
+  buffer += directory;
+
+  XXH3_state_t state;
+  XXH3_64bits_reset(&state);
+  bool written = false;
+  try {
+    std::uint64_t at = spot.offset;
+    const auto flush = [&] {
+      file_->write(at, bytesOf(buffer));
+      at += buffer.size();
+      buffer.clear();
+    };
+    std::size_t hashed = 0;
+    const auto hash = [&] {
+      XXH3_64bits_update(&state, buffer.data() + hashed, buffer.size() - hashed);
+      hashed = buffer.size();
+    };
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+      buffer.append(reinterpret_cast<const char*>(data(i)), pages[i].bytes);
+      if (buffer.size() < (1 << 20)) continue;
+      hash();
+      flush();
+      hashed = 0;
+    }
+    buffer.append(padding, '\0');
+    hash();
+    put(buffer, static_cast<std::uint64_t>(XXH3_64bits_digest(&state)));
+    put(buffer, kEndMark ^ commit);
+    flush();
+    written = true;
+    file_->sync();
+  } catch (const IoError& error) {
+    blank(spot.offset, error.what(), written);
+    throw;
+  }
+  return {spot.epoch, spot.offset + length, commit};
+}
+
+// The record must not come to life later: its magic goes, and where a sync was tried that has to reach the disk too.
+void Journal::blank(std::uint64_t offset, const std::string& why, bool synced) {
+  try {
+    const std::array<std::byte, 8> zeros{};
+    file_->write(offset, zeros);
+    if (synced) file_->sync();
+  } catch (const IoError&) {
+    throw StoreError(Code::outcomeUnknown,
+                     why + "\rWhether the last change was saved is known only when the company is opened again. "
+                           "Close the company and open it again.");
+  }
+}
+
+void Journal::ensureRoom(std::uint64_t end) {
+  // A room smaller than before means that another process has given space back.
+  room_ = file_->size();
+  if (end <= room_) return;
+  const std::uint64_t wanted = (end + kRoomStep - 1) / kRoomStep * kRoomStep;
+  file_->reserve(wanted);
+  if (end - room_ < 4 * kRoomStep) {
+    // Real zeros: syncs of space that was only set aside cost twice as much.
+    const std::vector<std::byte> zeros(kRoomStep);
+    for (std::uint64_t at = room_; at < wanted; at += kRoomStep)
+      file_->write(at, Bytes(zeros).first(std::min<std::uint64_t>(kRoomStep, wanted - at)));
+  }
+  room_ = wanted;
+}
+
+void Journal::startEpoch(std::uint64_t checkpointCommit) {
+  const Head head{head_.companyId, head_.epoch + 1, checkpointCommit, false};
+  writeHead(head);
+  file_->sync();
+  head_ = head;
+  writeApplied(startSpot());
+}
+
+void Journal::setRewrite() {
+  Head head = head_;
+  head.rewrite = true;
+  head_ = head;
+  writeHead(head);
+}
+
+void Journal::shrink() {
+  if (file_->size() > kJournalStart + 2 * kRoomStep) file_->truncate(kJournalStart + kRoomStep);
+}
+
+std::string Journal::changedRuns(const std::byte* before, const std::byte* after) {
+  std::string out;
+  constexpr std::size_t kWord = 8;
+  for (std::size_t at = 0; at < kPageSize;) {
+    if (std::memcmp(before + at, after + at, kWord) == 0) {
+      at += kWord;
+      continue;
+    }
+    std::size_t end = at + kWord;
+    // Equal stretches shorter than a run's own head are not worth a new run.
+    for (std::size_t look = end; look < kPageSize && look < end + 2 * kWord; look += kWord)
+      if (std::memcmp(before + look, after + look, kWord) != 0) end = look + kWord;
+    put(out, static_cast<std::uint16_t>(at));
+    put(out, static_cast<std::uint16_t>(end - at));
+    out.append(reinterpret_cast<const char*>(after) + at, end - at);
+    at = end;
+  }
+  return out;
+}
+
+bool Journal::applyRuns(std::byte* page, const std::byte* data, std::uint32_t bytes) {
+  for (std::uint32_t at = 0; at < bytes;) {
+    if (bytes - at < 4) return false;
+    const auto offset = loadAt<std::uint16_t>(data, at);
+    const auto length = loadAt<std::uint16_t>(data, at + 2);
+    if (length > bytes - at - 4 || offset + length > kPageSize) return false;
+    std::memcpy(page + offset, data + at + 4, length);
+    at += 4u + length;
+  }
+  return true;
+}
+
+}  // namespace quillon::store

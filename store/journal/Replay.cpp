@@ -1,0 +1,149 @@
+#include "store/journal/Replay.h"
+
+#include <array>
+
+#include "store/Errors.h"
+#include "store/journal/Backoff.h"
+#include "store/table/TableFiles.h"
+#include "store/vfs/File.h"
+
+namespace quillon::store {
+
+struct Replay::Target {
+  std::string name;
+  std::array<std::unique_ptr<File>, 3> files;
+  std::uint64_t fileId = 0;
+  std::uint64_t lastCommit = 0;
+  bool usable = false;
+  bool locked = false;
+
+  File& file(Role role, FileSystem& system, const std::string& folder) {
+    if (!files[role]) files[role] = system.open(folder + "/" + name + kExtensions[role], OpenMode::existing);
+    return *files[role];
+  }
+};
+
+Replay::Replay(CommitProtocol& protocol) : protocol_(protocol) {}
+
+Replay::~Replay() = default;  // the handles close, and their locks end
+
+void Replay::onlyPagesOf(const JournalRecord& record) {
+  all_ = false;
+  for (const JournalPage& page : record.pages)
+    wanted_.emplace(record.tables[page.table].fileId, page.role, page.number);
+}
+
+bool Replay::wants(const JournalRecord& record, const JournalPage& page) const {
+  return all_ || wanted_.count({record.tables[page.table].fileId, page.role, page.number}) > 0;
+}
+
+Replay::Target* Replay::target(const JournalTable& table, std::uint64_t commit) {
+  auto& slot = targets_[{table.name, table.fileId}];
+  if (!slot) {
+    slot = std::make_unique<Target>();
+    slot->name = table.name;
+    slot->fileId = table.fileId;
+    std::string why;
+    try {
+      File& dat = slot->file(kDat, protocol_.environment_.files, protocol_.folder_);
+      if (TableFiles::checkIdentity(dat, table.name, kDat) != table.fileId)
+        why = "the file was replaced";
+      else if (readLiveState(dat).stamp < table.stampBefore)
+        why = "the file is older than the journal";
+      else
+        slot->usable = true;
+    } catch (const StoreError& error) {
+      if (error.code() == Code::ioFailed) throw;
+      why = error.what();
+    }
+    if (!slot->usable) {
+      slot->files = {};
+      protocol_.notes_.push_back("Changes of table '" + table.name + "' in the journal were passed over: " + why);
+    }
+  }
+  slot->lastCommit = commit;
+  return slot->usable ? slot.get() : nullptr;
+}
+
+void Replay::lockTargets(const JournalSpot& end) {
+  JournalRecord record;
+  for (JournalSpot spot = protocol_.journal_.startSpot(); spot.offset < end.offset;
+       spot = {spot.epoch, record.end(), record.commit}) {
+    if (!protocol_.journal_.readRecord(spot, record))
+      throw StoreError(Code::damaged, std::string("'") + kJournalName + "' is damaged. Bring back a backup.");
+    for (const JournalPage& page : record.pages)
+      if (wants(record, page)) target(record.tables[page.table], record.commit);
+  }
+  for (auto& [key, target] : targets_) {
+    if (!target->usable) continue;
+    Backoff backoff(protocol_.environment_.clock);
+    File& dat = *target->files[kDat];
+    while (!dat.lock(kApplyByte, 1, LockMode::exclusive))
+      if (!backoff.wait())
+        throw StoreError(Code::recordLocked, "Table '" + target->name + "' is being read without end. Try again.");
+    target->locked = true;
+    LiveState live = readLiveState(dat);
+    live.applying = true;
+    writeLiveState(dat, live);
+  }
+}
+
+void Replay::run(const JournalSpot& end) {
+  lockTargets(end);
+  JournalRecord record;
+  for (JournalSpot spot = protocol_.journal_.startSpot(); spot.offset < end.offset;
+       spot = {spot.epoch, record.end(), record.commit}) {
+    if (!protocol_.journal_.readRecord(spot, record))
+      throw StoreError(Code::damaged, std::string("'") + kJournalName + "' is damaged. Bring back a backup.");
+    const auto usable = [&](const JournalPage& page) {
+      if (!wants(record, page)) return false;
+      const auto& table = record.tables[page.table];
+      const auto found = targets_.find({table.name, table.fileId});
+      return found != targets_.end() && found->second->usable;
+    };
+    protocol_.journal_.readPages(record, usable, [&](const JournalPage& page, const std::byte* data) {
+      const auto& table = record.tables[page.table];
+      writePage(*targets_[{table.name, table.fileId}], page, data);
+    });
+  }
+  for (auto& [key, target] : targets_) {
+    if (!target->usable) continue;
+    File& dat = *target->files[kDat];
+    const std::uint64_t stamp = std::max(readLiveState(dat).stamp, target->lastCommit);
+    if (protocol_.network_)
+      for (const auto& file : target->files)
+        if (file) file->sync();
+    writeLiveState(dat, {stamp, false, false});
+    if (protocol_.network_) dat.sync();
+    dat.unlock(kApplyByte, 1);
+  }
+}
+
+void Replay::writePage(Target& target, const JournalPage& page, const std::byte* data) {
+  File& file = target.file(static_cast<Role>(page.role), protocol_.environment_.files, protocol_.folder_);
+  const std::uint64_t place = std::uint64_t{page.number} * kPageSize;
+  if (page.whole) {
+    file.write(place, Bytes(data, kPageSize));
+    return;
+  }
+  std::array<std::byte, kPageSize> current;
+  if (file.read(place, current.data(), kPageSize) != kPageSize || !Journal::applyRuns(current.data(), data, page.bytes) ||
+      !pageIsSound(current.data(), target.fileId ^ page.role, page.number))
+    throw StoreError(Code::damaged, "Page " + std::to_string(page.number) + " of '" + target.name +
+                                        kExtensions[page.role] + "' cannot be brought up to date. Bring back a backup.");
+  file.write(place, current);
+}
+
+void Replay::syncFiles() {
+  for (auto& [key, target] : targets_) {
+    if (!target->usable) continue;
+    // The live area was written last, so every .DAT file is among them.
+    for (const auto& file : target->files) {
+      if (!file) continue;
+      file->sync();
+      ++protocol_.syncs_;
+    }
+  }
+}
+
+}  // namespace quillon::store
