@@ -1,0 +1,262 @@
+// Searches by key and by value.
+#include <algorithm>
+
+#include "base/Text.h"
+#include "store/Cursor.h"
+#include "store/CursorParts.h"
+#include "store/Database.h"
+#include "store/Errors.h"
+#include "store/table/Table.h"
+
+namespace quillon::store {
+namespace {
+
+constexpr int kMostCandidates = 2000;  // of an index in another order; with more, the walk in order is taken
+
+bool sameText(std::string_view text, const std::string& wanted, const std::string& folded, LocateOptions options,
+              bool partial) {
+  if (options.caseInsensitive) {
+    const std::string mine = foldCase(text);
+    return partial ? mine.starts_with(folded) : mine == folded;
+  }
+  return partial ? text.starts_with(wanted) : text == wanted;
+}
+
+}  // namespace
+
+bool Cursor::findKey(const std::vector<Value>& values) {
+  requireOpen();
+  leaveRow();
+  synchronise();
+  if (order_ < 0) throw StoreError(Code::noSuchIndex, "A search by key on '" + name_ + "' needs an index.");
+  if (nothing_) return false;
+  std::string prefix, record;
+  table_->codec(order_).encodePrefix(values, prefix);
+  if (filtered_ && events.onFilter) {
+    const Standing before = at_;
+    if (fill(true, std::max(prefix, low_), true, false)) {
+      take(window_.entries[0]);
+      while (at_.key.starts_with(prefix)) {
+        if (passes()) {
+          bof_ = eof_ = false;
+          arrived();
+          return true;
+        }
+        const Window::Entry* entry = ahead(true);
+        if (!entry) break;
+        take(*entry);
+      }
+    }
+    at_ = before;
+    view_.reset();
+    calculated_ = false;
+    return false;
+  }
+  RowId row;
+  {
+    const Table::Reading reading(*table_);
+    TreeWalk walk(table_->index(order_));
+    if (!walk.seek(std::max<std::string_view>(prefix, low_)) || !walk.key().starts_with(prefix) || !inBounds(walk.key()))
+      return false;
+    row = KeyCodec::rowOf(walk.key());
+    if (!table_->readRow(row, record))
+      throw StoreError(Code::damaged, "An index of table '" + table_->name() +
+                                          "' names a record that is not there. Run Pack/Repair on the company.");
+    at_.key = walk.key();
+  }
+  at_.there = true;
+  at_.row = row;
+  at_.record.swap(record);
+  at_.expected.reset();
+  at_.ownDeleted = false;
+  bof_ = eof_ = false;
+  arrived();
+  return true;
+}
+
+bool Cursor::findNearest(const std::vector<Value>& values) {
+  requireOpen();
+  leaveRow();
+  synchronise();
+  if (order_ < 0) throw StoreError(Code::noSuchIndex, "A search by key on '" + name_ + "' needs an index.");
+  std::string prefix;
+  table_->codec(order_).encodePrefix(values, prefix);
+  window_ = {};
+  bof_ = eof_ = false;
+  if (prefix.empty() ? !firstRow() : !enter(true, prefix, true)) {
+    eof_ = true;
+    if (!lastRow()) bof_ = true;
+  }
+  arrived();
+  return at_.there;
+}
+
+bool Cursor::locate(std::string_view fields, const std::vector<Value>& values, LocateOptions options) {
+  requireOpen();
+  leaveRow();
+  synchronise();
+  Search wanted{{}, options};
+  const std::vector<int> places = positions(fields);
+  if (places.size() != values.size())
+    throw StoreError(Code::badValue, "A search on '" + name_ + "' has another number of values than of fields.");
+  for (std::size_t i = 0; i < places.size(); ++i)
+    wanted.terms.push_back({places[i], values[i],
+                            values[i].kind() == Value::Kind::text ? foldCase(values[i].asText()) : std::string()});
+  Standing found;
+  if (!search(wanted, found)) return false;
+  at_ = std::move(found);
+  bof_ = eof_ = false;
+  arrived();
+  return true;
+}
+
+std::vector<Value> Cursor::lookupAll(std::string_view keyFields, const std::vector<Value>& values,
+                                     std::string_view results) {
+  synchronise();
+  Search wanted;
+  const std::vector<int> places = positions(keyFields);
+  for (std::size_t i = 0; i < places.size() && i < values.size(); ++i) wanted.terms.push_back({places[i], values[i], {}});
+  const std::vector<int> given = positions(results);
+  std::vector<Value> result(given.size());
+  Standing found;
+  const CursorState state = std::exchange(state_, CursorState::browse);
+  Standing before = at_;
+  try {
+    if (!nothing_ && search(wanted, found)) {
+      at_ = std::move(found);
+      view_.reset();
+      calculated_ = false;
+      for (std::size_t i = 0; i < given.size(); ++i) result[i] = fieldValue(given[i]);
+    }
+  } catch (...) {
+    at_ = std::move(before);
+    state_ = state;
+    view_.reset();
+    throw;
+  }
+  at_ = std::move(before);
+  state_ = state;
+  view_.reset();
+  calculated_ = false;
+  return result;
+}
+
+Value Cursor::lookup(std::string_view keyFields, const std::vector<Value>& values, std::string_view result) {
+  std::vector<Value> all = lookupAll(keyFields, values, result);
+  return all.empty() ? Value() : std::move(all.front());
+}
+
+// Whether the row that the cursor stands on for the moment is wanted.
+bool Cursor::matches(const Search& wanted) {
+  const int own = static_cast<int>(table_->definition().fields.size());
+  for (std::size_t i = 0; i < wanted.terms.size(); ++i) {
+    const Search::Term& term = wanted.terms[i];
+    const bool partial = wanted.options.partialKey && i + 1 == wanted.terms.size();
+    const bool text = term.position < own && table_->layout().field(term.position).type == FieldType::string;
+    if (text && term.value.kind() == Value::Kind::text) {
+      if (view().isNull(term.position)) return false;
+      if (!sameText(view().text(term.position), term.value.asText(), term.folded, wanted.options, partial)) return false;
+      continue;
+    }
+    const Value value = fieldValue(term.position);
+    if (value.kind() == Value::Kind::text && term.value.kind() == Value::Kind::text) {
+      if (!sameText(value.asText(), term.value.asText(), term.folded, wanted.options, partial)) return false;
+    } else if (!(value == term.value)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool Cursor::search(const Search& wanted, Standing& found) {
+  if (nothing_) return false;
+  Standing before = at_;
+  const auto putBack = [&] {
+    at_ = std::move(before);
+    view_.reset();
+    calculated_ = false;
+  };
+  try {
+    bool usable = false;
+    bool result = searchByIndex(wanted, found, usable);
+    if (!usable) result = searchByWalk(wanted, found);
+    putBack();
+    return result;
+  } catch (...) {
+    putBack();
+    throw;
+  }
+}
+
+// An index whose leading fields are those of the search, in any order, finds candidates; they are tested again.
+bool Cursor::searchByIndex(const Search& wanted, Standing& found, bool& usable) {
+  const auto& indexes = table_->definition().indexes;
+  std::vector<Value> values(wanted.terms.size());
+  int chosen = -1;
+  for (std::size_t i = 0; i < indexes.size() && chosen < 0; ++i) {
+    const IndexDef& index = indexes[i];
+    if (index.parts.size() < wanted.terms.size()) continue;
+    bool fits = true;
+    for (std::size_t t = 0; t < wanted.terms.size() && fits; ++t) {
+      const auto part = std::find_if(index.parts.begin(), index.parts.begin() + static_cast<std::ptrdiff_t>(wanted.terms.size()),
+                                     [&](const IndexPart& p) { return p.field == wanted.terms[t].position; });
+      const auto place = static_cast<std::size_t>(part - index.parts.begin());
+      fits = place < wanted.terms.size();
+      if (!fits) break;
+      const bool text = table_->layout().field(part->field).type == FieldType::string;
+      if (text && wanted.options.caseInsensitive && !index.caseInsensitive) fits = false;
+      if (wanted.options.partialKey && t + 1 == wanted.terms.size())
+        fits = fits && text && place + 1 == wanted.terms.size();
+      values[place] = wanted.terms[t].value;
+    }
+    if (fits) chosen = static_cast<int>(i);
+  }
+  if (chosen < 0) return false;
+  std::string prefix;
+  try {
+    table_->codec(chosen).encodePrefix(
+        values, prefix, wanted.options.partialKey ? KeyCodec::LastText::beginning : KeyCodec::LastText::whole);
+  } catch (const StoreError& error) {
+    if (error.code() != Code::badValue) throw;
+    usable = true;  // a value that the field cannot hold is in no row
+    return false;
+  }
+  usable = true;
+  bool any = false;
+  std::string from = prefix, key, record;
+  for (int candidates = 0;; ++candidates) {
+    if (candidates > kMostCandidates) {
+      usable = false;
+      return false;
+    }
+    RowId row;
+    {
+      const Table::Reading reading(*table_);
+      TreeWalk walk(table_->index(chosen));
+      if (!walk.seek(from) || !walk.key().starts_with(prefix)) break;
+      from.assign(walk.key());
+      from.push_back('\0');
+      row = KeyCodec::rowOf(walk.key());
+      if (!table_->readRow(row, record)) continue;
+    }
+    keyOf(row, record, key);
+    if (!inBounds(key) || (any && key >= found.key)) continue;
+    stand(row, key, record);
+    if (!matches(wanted) || !passes()) continue;
+    found = at_;
+    any = true;
+    if (chosen == order_) break;
+  }
+  return any;
+}
+
+bool Cursor::searchByWalk(const Search& wanted, Standing& found) {
+  for (bool there = firstRow(); there; there = step(true)) {
+    if (!matches(wanted)) continue;
+    found = at_;
+    return true;
+  }
+  return false;
+}
+
+}  // namespace quillon::store

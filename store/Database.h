@@ -1,0 +1,160 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/Schema.h"
+#include "store/Session.h"
+#include "store/locks/TableLocks.h"
+
+namespace quillon::store {
+
+class CommitProtocol;
+class FileSystem;
+class Holders;
+class Table;
+enum class LockKind : std::uint32_t;
+
+// A folder of tables, or the tables in memory. Names of tables are taken in any case, with or without ".DAT".
+class Database {
+ public:
+  // Opens the folder: brings an interrupted publish to its end, joins the others that have it open. Raises
+  // noSuchFolder, accessDenied, headerDamaged or newerFormat (of the journal).
+  Database(Session& session, std::string folder);
+  ~Database();  // publishes what was gathered, rolls back an open transaction; never raises
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  Session& session() { return session_; }
+  const std::string& folder() const { return folder_; }
+  FileSystem& files() { return files_; }
+  bool inMemory() const { return protocol_ == nullptr; }
+  CommitProtocol* protocol() { return protocol_.get(); }
+
+  // Whole tables.
+  bool exists(std::string_view name);
+  std::vector<std::string> tableNames();                // sorted
+  void createTable(const TableDef& definition);         // tableExists, badDefinition
+  void createTables(std::span<const TableDef> definitions);  // with one sync of the folder
+  void dropTable(std::string_view name);                // noSuchTable; tableInUse while any cursor has it open
+  // Removes all rows and starts autoInc over. tableInUse while another own cursor or another process has it open.
+  void emptyTable(std::string_view name);
+
+  // A transaction over the tables named, whose write locks it holds. One at a time (badTransaction). recordLocked,
+  // after the tries of the settings, when another process holds one of them.
+  void startTransaction(std::span<const std::string> tables);
+  void startTransaction(std::initializer_list<std::string> tables) {
+    startTransaction(std::span<const std::string>(tables.begin(), tables.size()));
+  }
+  // All or nothing; on return it survives a power loss. On a failure the transaction is still open: roll it back.
+  // A publish is always forced to the disk, so the flag is a promise and not a choice.
+  void commit(bool forceFlush = true);
+  void rollback();
+  bool inTransaction() const { return transaction_; }
+
+  // Publishes everything that was gathered. Called before any dialog or event loop.
+  void settle();
+  // While one lives, Posts on any table gather (imports, the rows of a new company, purges). May nest. Its end
+  // publishes; call settle() first to hear of a failure.
+  class BulkScope {
+   public:
+    explicit BulkScope(Database& database);
+    ~BulkScope();
+    BulkScope(const BulkScope&) = delete;
+    BulkScope& operator=(const BulkScope&) = delete;
+
+   private:
+    Database& database_;
+  };
+  // While one lives, required fields may stay empty.
+  class CopyScope {
+   public:
+    explicit CopyScope(Database& database) : database_(database) { ++database_.copying_; }
+    ~CopyScope() { --database_.copying_; }
+    CopyScope(const CopyScope&) = delete;
+    CopyScope& operator=(const CopyScope&) = delete;
+
+   private:
+    Database& database_;
+  };
+  // Reads of these tables inside the scope belong to one committed state over all of them. Short, as Table::Reading.
+  class Snapshot {
+   public:
+    Snapshot(Database& database, std::vector<Table*> tables);
+    ~Snapshot();
+    Snapshot(const Snapshot&) = delete;
+    Snapshot& operator=(const Snapshot&) = delete;
+
+   private:
+    std::vector<Table*> tables_;
+  };
+
+  // For cursors and statements.
+  Table& openTable(std::string_view name, TableLocks::Owner owner, bool exclusive);
+  void closeTable(Table& table, TableLocks::Owner owner);
+  bool requiredIsChecked() const { return copying_ == 0; }
+
+  // One atomic change of a table: a Post, a Delete, a statement. Takes the write lock (recordLocked when it cannot be
+  // had); `done` publishes, or leaves the change to the transaction or the group that is being gathered. Without
+  // `done` nothing of it stays.
+  class Change {
+   public:
+    Change(Database& database, Table& table);
+    ~Change();
+    void done(int rows = 1);
+    Change(const Change&) = delete;
+    Change& operator=(const Change&) = delete;
+
+   private:
+    Database& database_;
+    Table& table_;
+    bool covered_ = false;   // by the open transaction
+    bool gathers_ = false;   // leaves its pages to a group
+    bool inGroup_ = false;   // the table has a group already
+    bool finished_ = false;
+  };
+
+  // Takes a lock by the tries of the settings: `attempt` is one try. Raises recordLocked (tableInUse for an open) naming
+  // the holder, at once when the holder is of this process. What is granted is noted for others to read.
+  void takeLock(Table& table, LockKind kind, RowId row, const std::function<TableLocks::Answer()>& attempt);
+  void forgetLock(Table& table, LockKind kind, RowId row) noexcept;
+  // Waits until no other process holds the table in a transaction, in the same way.
+  void waitOutTransaction(Table& table);
+
+ private:
+  friend class Session;
+  explicit Database(Session& session, FileSystem& memory);  // the tables in memory
+
+  void publish(std::span<Table* const> tables);
+  void takeWrite(Table& table);
+  bool gathersNow(Table& table) const;
+  void dropGathered(Table& table) noexcept;
+  std::string findName(std::string_view name);
+  std::string plainName(std::string_view name) const;
+  [[noreturn]] void raiseLocked(Table& table, LockKind kind, RowId row, bool here);
+  void releaseTransaction() noexcept;
+  std::uint64_t newFileId(std::string_view name);
+
+  Session& session_;
+  FileSystem& files_;
+  std::string folder_;
+  std::unique_ptr<CommitProtocol> protocol_;
+  std::unique_ptr<Holders> holders_;
+  std::map<std::string, std::unique_ptr<Table>, std::less<>> tables_;  // by folded name
+  std::vector<Table*> covered_;   // by the transaction
+  std::vector<Table*> gathering_;
+  std::int64_t gatherStart_ = 0;
+  bool transaction_ = false;
+  int bulk_ = 0;
+  int copying_ = 0;
+  int lost_ = 0;             // rows of a gathered group that an error took with it
+  std::uint64_t made_ = 0;   // tables, for file ids
+};
+
+}  // namespace quillon::store

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "store/Environment.h"
+
+namespace quillon::store {
+
+class Database;
+class MemoryFileSystem;
+class PageCache;
+class SpillFile;
+
+enum class LockProtocol { pessimistic };
+enum class SessionType { local, remote };
+
+// The engine's settings, made once at start.
+struct Settings {
+  int lockRetryCount = 15;              // tries of a lock before it fails
+  int lockWaitTime = 100;               // milliseconds between tries
+  LockProtocol lockProtocol = LockProtocol::pessimistic;
+  int progressSteps = 20;               // progress callbacks of a long operation
+  bool strictChangeDetection = false;   // true: cursors look for other processes' changes at every move
+  std::size_t maxTableIndexBufferSize = 196608;  // bytes; kept for its place in the settings: the page cache serves all tables
+  bool createTempTablesInDatabase = true;        // scratch of transactions goes to the company folder, not privateDir
+  std::string privateDir;               // the user's scratch folder
+  SessionType sessionType = SessionType::local;
+  std::string remoteHost, remoteAddress;
+  std::size_t cacheBytes = std::size_t{64} << 20;
+  std::uint64_t journalBytes = std::uint64_t{32} << 20;  // the journal is emptied when it is longer
+};
+
+// The store of one process: its settings, its page cache, and the database of tables in memory.
+class Session {
+ public:
+  explicit Session(const Environment& environment, Settings settings = {});
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  const Environment& environment() const { return environment_; }
+  Settings& settings() { return settings_; }
+  PageCache& cache() { return *cache_; }
+  // Tables named "\Memory\Name"; they end with the session.
+  Database& memory();
+  // Scratch for transactions larger than memory, made when first needed in `folder` or the private folder.
+  SpillFile* spill(const std::string& folder);
+
+ private:
+  Environment environment_;
+  Settings settings_;
+  std::unique_ptr<PageCache> cache_;
+  std::unique_ptr<MemoryFileSystem> memoryFiles_;
+  std::unique_ptr<Database> memory_;
+  std::unique_ptr<SpillFile> spill_;
+};
+
+}  // namespace quillon::store
