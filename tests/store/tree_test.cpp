@@ -1,0 +1,434 @@
+// The tree against a std::map: random histories over several shapes of keys, with commits, undone overlays and a cache
+// far smaller than the tree. After every stretch an independent check walks the whole tree and accounts for each page.
+// QUILLON_SEED and QUILLON_TRIALS repeat or lengthen a run.
+#include "store/tree/Tree.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <string>
+
+#include "store/tree/TreeCheck.h"
+#include "support/LonePageFile.h"
+
+namespace quillon::store {
+namespace {
+
+using Model = std::map<std::string, std::string>;
+using Random = std::mt19937_64;
+using sim::fromEnvironment;
+
+std::uint64_t below(Random& random, std::uint64_t bound) { return random() % bound; }
+
+std::string rowId(std::uint64_t number) {
+  std::string key(5, '\0');
+  for (std::size_t i = 5; i-- > 0; number >>= 8) key[i] = static_cast<char>(number & 255);
+  return key;
+}
+
+std::string randomBytes(Random& random, std::size_t size, unsigned letters = 256) {
+  std::string text(size, '\0');
+  for (char& letter : text) letter = static_cast<char>(below(random, letters));
+  return text;
+}
+
+// A tree in a file of its own.
+class Grove : public sim::LonePageFile {
+ public:
+  using LonePageFile::LonePageFile;
+  void commit() {
+    LonePageFile::commit();
+    savedRoot_ = root;
+  }
+  void undo() {
+    LonePageFile::undo();
+    root = savedRoot_;
+  }
+  // Sound, holding exactly what the model holds, and every page of the file in use once or free.
+  void expectHolds(const Model& model) {
+    std::size_t pages = 0;
+    auto expected = model.begin();
+    bool same = true;
+    const std::uint64_t entries =
+        checkTree(file, root,
+                  {[&](PageNo) { ++pages; },
+                   [&](std::string_view key, std::string_view payload) {
+                     same = same && expected != model.end() && expected->first == key && expected->second == payload;
+                     if (same) ++expected;
+                   },
+                   [](const std::string& fault) { ADD_FAILURE() << fault; }});
+    EXPECT_TRUE(same && expected == model.end()) << "the tree's entries are not the model's";
+    EXPECT_EQ(entries, model.size());
+    EXPECT_EQ(tree.count(), model.size());
+    EXPECT_EQ(1 + pages + space.freePages, space.pages) << "pages lost or used twice";
+    EXPECT_EQ(root == 0, model.empty());
+  }
+  // Bytes of entries with their slots and lengths, over the bytes of the tree's pages.
+  double fill() {
+    std::size_t pages = 0, bytes = 0;
+    checkTree(file, root,
+              {[&](PageNo) { ++pages; },
+               [&](std::string_view key, std::string_view payload) {
+                 bytes += TreeCell{key, payload}.size() + 2;
+               },
+               {}});
+    return static_cast<double>(bytes) / static_cast<double>(pages * kPageSize);
+  }
+
+  PageNo root = 0;
+  Tree tree{file, root};
+
+ private:
+  PageNo savedRoot_ = 0;
+};
+
+// One shape of keys and payloads.
+struct Shape {
+  const char* name;
+  std::string (*key)(Random&, std::uint64_t step);
+  std::size_t maxPayload;
+};
+
+std::string groupKey(Random& random, std::uint64_t step) {
+  return "\x01group" + std::to_string(below(random, 20)) + rowId(step);
+}
+
+constexpr Shape kShapes[] = {
+    {"scattered row ids", [](Random& random, std::uint64_t) { return rowId(below(random, 6000)); }, 300},
+    {"ascending row ids", [](Random&, std::uint64_t step) { return rowId(step); }, 150},
+    {"descending row ids", [](Random&, std::uint64_t step) { return rowId(1000000 - step); }, 150},
+    {"row ids beside longer and shorter keys",
+     [](Random& random, std::uint64_t) { return randomBytes(random, 3 + below(random, 8), 3); }, 40},
+    {"groups that grow at their end", groupKey, 0},
+    {"short keys", [](Random& random, std::uint64_t) { return randomBytes(random, 1 + below(random, 3), 40); }, 10},
+    {"long keys, few letters",
+     [](Random& random, std::uint64_t) { return randomBytes(random, 1 + below(random, kMaxTreeKey), 2); }, 400},
+    {"long common beginnings",
+     [](Random& random, std::uint64_t) {
+       return std::string(900 + below(random, 3), 'a') + randomBytes(random, 1 + below(random, 100), 3);
+     },
+     310},
+    {"large payloads", [](Random& random, std::uint64_t) { return rowId(below(random, 100000)); }, 1315},
+};
+
+class Simulation {
+ public:
+  Simulation(const Shape& shape, std::uint64_t seed)
+      : shape_(shape), random_(seed), grove_(below(random_, 2) ? 24 : 100000) {}
+
+  void run() {
+    for (const int insertsOf100 : {90, 55, 20, 0}) {
+      for (int stretch = 0; stretch < 6 && !::testing::Test::HasFailure(); ++stretch) {
+        for (int i = 0; i < 250; ++i) step(insertsOf100);
+        lookAround();
+        grove_.expectHolds(model_);
+        finishStretch();
+      }
+    }
+    while (!model_.empty()) erase(somewhere()->first);
+    grove_.expectHolds(model_);
+  }
+
+ private:
+  void step(int insertsOf100) {
+    const int dice = static_cast<int>(below(random_, 100));
+    if (dice < insertsOf100) {
+      const std::string key = shape_.key(random_, ++steps_), payload = somePayload(key);
+      EXPECT_EQ(grove_.tree.insert(key, payload), model_.emplace(key, payload).second);
+    } else if (dice % 3 == 0 && !model_.empty()) {
+      const auto entry = somewhere();
+      entry->second = below(random_, 2) ? somePayload(entry->first) : std::string(entry->second.size(), 'r');
+      EXPECT_TRUE(grove_.tree.replace(entry->first, entry->second));
+    } else if (!model_.empty()) {
+      erase(somewhere()->first);
+    }
+  }
+  void erase(std::string key) {
+    EXPECT_TRUE(grove_.tree.erase(key));
+    EXPECT_FALSE(grove_.tree.erase(key));
+    EXPECT_FALSE(grove_.tree.replace(key, "x"));
+    model_.erase(key);
+  }
+  std::string somePayload(const std::string& key) {
+    const std::size_t most = std::min(shape_.maxPayload, kMaxTreeEntry - key.size());
+    return randomBytes(random_, below(random_, 4) ? below(random_, most / 4 + 1) : below(random_, most + 1));
+  }
+  Model::iterator somewhere() {
+    const auto found = model_.lower_bound(shape_.key(random_, below(random_, steps_ + 1)));
+    return found == model_.end() ? model_.begin() : found;
+  }
+  void expectAt(TreeWalk& walk, Model::iterator place) {
+    ASSERT_EQ(walk.valid(), place != model_.end());
+    if (!walk.valid()) return;
+    EXPECT_EQ(walk.key(), place->first);
+    EXPECT_EQ(walk.payload(), place->second);
+  }
+  // From a key that may or may not be there: seeks, ranks, and some moves to and fro.
+  void lookAround() {
+    for (int i = 0; i < 20; ++i) {
+      std::string key = shape_.key(random_, below(random_, steps_ + 2));
+      if (below(random_, 2) && !model_.empty()) key = somewhere()->first;
+      auto place = model_.lower_bound(key);
+      const auto rank = static_cast<std::uint64_t>(std::distance(model_.begin(), place));
+      EXPECT_EQ(grove_.tree.rank(key), rank);
+      TreeWalk walk(grove_.tree);
+      walk.seekRank(rank);
+      expectAt(walk, place);
+      walk.seekBefore(key);
+      expectAt(walk, place == model_.begin() ? model_.end() : std::prev(place));
+      walk.seek(key);
+      expectAt(walk, place);
+      for (int move = 0; move < 300 && walk.valid(); ++move) {
+        const bool on = below(random_, 300) < 150u + (i % 2 ? 100 : 0);
+        if (on) {
+          EXPECT_EQ(walk.next(), ++place != model_.end());
+        } else {
+          EXPECT_EQ(walk.prior(), place != model_.begin());
+          place = place == model_.begin() ? model_.end() : std::prev(place);
+        }
+        expectAt(walk, place);
+      }
+    }
+    TreeWalk walk(grove_.tree);
+    std::size_t met = 0;
+    for (bool more = walk.last(); more; more = walk.prior()) ++met;
+    EXPECT_EQ(met, model_.size());
+    EXPECT_FALSE(walk.next());
+    EXPECT_EQ(walk.first(), !model_.empty());
+    EXPECT_TRUE(!walk.valid() || walk.key() == model_.begin()->first);
+  }
+  void finishStretch() {
+    switch (below(random_, 3)) {
+      case 0:
+        grove_.commit();
+        committed_ = model_;
+        break;
+      case 1:
+        grove_.undo();
+        model_ = committed_;
+        grove_.expectHolds(model_);
+        break;
+      default:
+        break;  // the overlay grows on
+    }
+  }
+
+  const Shape& shape_;
+  Random random_;
+  Grove grove_;
+  Model model_, committed_;
+  std::uint64_t steps_ = 0;
+};
+
+TEST(Tree, RandomHistoriesMatchAMap) {
+  const std::uint64_t seed = fromEnvironment("QUILLON_SEED", 20240601), trials = fromEnvironment("QUILLON_TRIALS", 4);
+  for (std::uint64_t trial = 0; trial < trials; ++trial) {
+    for (const Shape& shape : kShapes) {
+      SCOPED_TRACE(std::string(shape.name) + "; repeat with QUILLON_SEED=" + std::to_string(seed + trial) +
+                   " QUILLON_TRIALS=1");
+      Simulation(shape, seed + trial).run();
+      if (HasFailure()) return;
+    }
+  }
+}
+
+TEST(Tree, OrderedInsertsFillTheirPages) {
+  constexpr std::uint64_t kRows = 20000;
+  Random random(1);
+  const auto fillOf = [&](std::size_t payload, auto&& keyOf) {
+    Grove grove;
+    Model model;
+    for (std::uint64_t i = 0; i < kRows; ++i) {
+      const std::string key = keyOf(i);
+      model[key] = std::string(payload, 'p');
+      grove.tree.insert(key, model[key]);
+    }
+    grove.expectHolds(model);
+    return grove.fill();
+  };
+  EXPECT_GT(fillOf(100, [](std::uint64_t i) { return rowId(i); }), 0.93);
+  EXPECT_GT(fillOf(0, [](std::uint64_t i) { return rowId(i); }), 0.93);
+  EXPECT_GT(fillOf(1000, [](std::uint64_t i) { return rowId(i); }), 0.93);
+  EXPECT_GT(fillOf(100, [](std::uint64_t i) { return rowId(kRows - i); }), 0.93);
+  EXPECT_GT(fillOf(0, [&](std::uint64_t i) { return "group" + std::to_string(below(random, 10)) + rowId(i); }), 0.85);
+  EXPECT_GT(fillOf(0, [&](std::uint64_t i) { return "group" + std::to_string(below(random, 10)) + rowId(kRows - i); }),
+            0.85);
+  EXPECT_GT(fillOf(0, [&](std::uint64_t) { return randomBytes(random, 20); }), 0.6);
+}
+
+TEST(Tree, AnEntryBeyondTheBoundsIsRefused) {
+  Grove grove;
+  Model model;
+  const std::string longest(kMaxTreeKey, 'k');
+  const auto codeOf = [](auto&& change) {
+    try {
+      change();
+    } catch (const StoreError& error) {
+      return error.code();
+    }
+    return Code{};
+  };
+  EXPECT_TRUE(grove.tree.insert(longest, std::string(kMaxTreeEntry - kMaxTreeKey, 'p')));
+  model[longest] = std::string(kMaxTreeEntry - kMaxTreeKey, 'p');
+  EXPECT_EQ(codeOf([&] { grove.tree.insert(longest + "k", ""); }), Code::limitReached);
+  EXPECT_EQ(codeOf([&] { grove.tree.insert("a", std::string(kMaxTreeEntry, 'p')); }), Code::limitReached);
+  EXPECT_EQ(codeOf([&] { grove.tree.replace(longest, std::string(kMaxTreeEntry - kMaxTreeKey + 1, 'p')); }),
+            Code::limitReached);
+  grove.expectHolds(model);
+}
+
+TEST(Tree, AFullDiskLeavesTheTreeAsItWas) {
+  Random random(7);
+  for (int trial = 0; trial < 12; ++trial) {
+    Grove grove;
+    Model model;
+    const std::size_t keySize = trial % 2 ? 600 : 30;  // long keys: splits that go up several levels
+    grove.diskLimit = 0;
+    for (int refusals = 0; refusals < 25;) {
+      const std::string key = randomBytes(random, keySize, 4), payload = randomBytes(random, below(random, 600));
+      try {
+        if (grove.tree.insert(key, payload)) model[key] = payload;
+        if (refusals > 0 && !model.empty()) {
+          const std::string other = model.begin()->first;
+          grove.tree.replace(other, payload);
+          model[other] = payload;
+        }
+      } catch (const StoreError& error) {
+        ASSERT_EQ(error.code(), Code::noSpace);
+        grove.expectHolds(model);
+        ++refusals;
+        // Room for the next step in which the file grows, and no more.
+        grove.diskLimit = (grove.space.pages + grove.space.pages / 8 + 2 + below(random, 8)) * kPageSize;
+      }
+    }
+    grove.expectHolds(model);
+  }
+}
+
+TEST(Tree, ClearGivesEveryPageBack) {
+  Grove grove;
+  Random random(3);
+  for (int i = 0; i < 3000; ++i) grove.tree.insert(randomBytes(random, 1 + below(random, 200)), "payload");
+  grove.tree.clear();
+  grove.expectHolds({});
+  EXPECT_TRUE(grove.tree.insert("again", ""));
+  grove.expectHolds({{"again", ""}});
+}
+
+// Bytes of sealed pages are changed and every operation tried. Each ends, and either raises `damaged` or gives some
+// answer; the check must tell the faults that are structural.
+class TreeDamage : public ::testing::Test {
+ protected:
+  void plant(int rows) {
+    for (int i = 0; i < rows; ++i) {
+      const std::string key = randomBytes(random, 1 + below(random, 60)),
+                        payload = randomBytes(random, below(random, 90));
+      if (grove.tree.insert(key, payload)) model[key] = payload;
+    }
+    grove.commit();
+    pages = grove.space.pages;
+  }
+  template <typename Change>
+  std::vector<std::string> faultsAfter(PageNo number, Change change) {
+    change(grove.file.write(number).writable());
+    std::vector<std::string> faults;
+    checkTree(grove.file, grove.root, {{}, {}, [&](const std::string& fault) { faults.push_back(fault); }});
+    grove.undo();
+    return faults;
+  }
+  PageNo pageOfLevel(unsigned level) {
+    for (;;) {
+      const auto number = static_cast<PageNo>(1 + below(random, pages - 1));
+      const PageRef page = grove.file.read(number);
+      if (pageLevel(page.data()) == level && pageCount(page.data()) > 3) return number;
+    }
+  }
+
+  Random random{11};
+  Grove grove;
+  Model model;
+  std::uint32_t pages = 0;
+};
+
+TEST_F(TreeDamage, TheCheckNamesEachKind) {
+  plant(20000);
+  for (int trial = 0; trial < 40; ++trial) {
+    const unsigned level = trial % 2;
+    const PageNo number = pageOfLevel(level);
+    const auto namedIn = [&](const std::vector<std::string>& faults) {
+      return !faults.empty() && faults[0].find("Page " + std::to_string(number) + " ") == 0;
+    };
+    const auto swapSlots = [](std::byte* page) {
+      const auto first = loadAt<std::uint16_t>(page, kTreeSlots + 2);
+      storeAt(page, kTreeSlots + 2, loadAt<std::uint16_t>(page, kTreeSlots + 4));
+      storeAt(page, kTreeSlots + 4, first);
+    };
+    EXPECT_FALSE(faultsAfter(number, swapSlots).empty());
+    EXPECT_TRUE(namedIn(faultsAfter(number, [](std::byte* page) { storeAt<std::uint16_t>(page, kTreeSlots, 4095); })));
+    EXPECT_TRUE(namedIn(faultsAfter(number, [](std::byte* page) { storeAt<std::uint16_t>(page, kTreeSlots, 8); })));
+    EXPECT_TRUE(namedIn(faultsAfter(number, [](std::byte* page) { page[21] = std::byte{7}; })));
+    EXPECT_TRUE(namedIn(faultsAfter(number, [](std::byte* page) { page[20] = std::byte{8}; })));
+    EXPECT_TRUE(namedIn(faultsAfter(number, [](std::byte* page) { storeAt<std::uint16_t>(page, 22, 0); })));
+    EXPECT_TRUE(namedIn(faultsAfter(number, [](std::byte* page) { storeAt<std::uint16_t>(page, 26, 1); })) ||
+                loadAt<std::uint16_t>(grove.file.read(number).data(), 26) == 1);
+    EXPECT_TRUE(namedIn(faultsAfter(
+        number, [](std::byte* page) { storeAt(page, kTreeSlots, loadAt<std::uint16_t>(page, kTreeSlots + 2)); })));
+    if (level == 0) continue;
+    const auto slot = loadAt<std::uint16_t>(grove.file.read(number).data(), kTreeSlots + 2);
+    const auto next = loadAt<std::uint16_t>(grove.file.read(number).data(), kTreeSlots + 4);
+    EXPECT_FALSE(faultsAfter(number, [&](std::byte* page) {
+                   storeAt(page, slot + 4u, loadAt<std::uint32_t>(page, slot + 4u) + 1);
+                 }).empty());
+    EXPECT_FALSE(
+        faultsAfter(number, [&](std::byte* page) { storeAt(page, slot, loadAt<PageNo>(page, next)); }).empty());
+    EXPECT_FALSE(faultsAfter(number, [&](std::byte* page) { storeAt<PageNo>(page, slot, 999999); }).empty());
+    EXPECT_FALSE(faultsAfter(number, [&](std::byte* page) { storeAt<PageNo>(page, slot, number); }).empty());
+  }
+  grove.expectHolds(model);
+}
+
+TEST_F(TreeDamage, NonsenseNeverLeadsAstray) {
+  plant(3000);
+  const std::uint64_t trials = fromEnvironment("QUILLON_TRIALS", 4) * 500;
+  for (std::uint64_t trial = 0; trial < trials; ++trial) {
+    const auto number = below(random, 3) ? static_cast<PageNo>(1 + below(random, pages - 1)) : grove.root;
+    {
+      std::byte* page = grove.file.write(number).writable();
+      for (std::uint64_t i = 1 + below(random, 4); i > 0; --i) {
+        const std::size_t at = below(random, 2) ? 20 + below(random, 60) : 20 + below(random, kPageSize - 20);
+        page[at] =
+            static_cast<std::byte>(below(random, 2) ? below(random, 256) : std::to_integer<unsigned>(page[at]) ^ 1u);
+      }
+    }
+    const auto attempt = [](auto&& operation) {
+      try {
+        operation();
+      } catch (const StoreError& error) {
+        EXPECT_EQ(error.code(), Code::damaged) << error.what();
+      }
+    };
+    const std::string key = randomBytes(random, 1 + below(random, 60));
+    const std::string present = std::next(model.begin(), static_cast<long>(below(random, model.size())))->first;
+    attempt([&] { checkTree(grove.file, grove.root, {}); });
+    attempt([&] { grove.tree.rank(key); });
+    attempt([&] {
+      TreeWalk walk(grove.tree);
+      std::size_t bytes = 0;
+      for (bool more = walk.seekRank(below(random, model.size())); more; more = walk.next()) bytes += walk.key().size();
+      for (bool more = walk.seekBefore(key); more; more = walk.prior()) bytes += walk.payload().size();
+      EXPECT_LT(bytes, std::size_t{pages} * kPageSize * 100);
+    });
+    for (int i = 0; i < 4; ++i) {
+      attempt([&] { grove.tree.insert(randomBytes(random, 1 + below(random, 900)), randomBytes(random, 200)); });
+      attempt([&] { grove.tree.erase(present); });
+      attempt([&] { grove.tree.replace(std::next(model.begin(), i)->first, randomBytes(random, 300)); });
+    }
+    attempt([&] { grove.tree.clear(); });
+    grove.undo();
+  }
+  grove.expectHolds(model);
+}
+
+}  // namespace
+}  // namespace quillon::store
