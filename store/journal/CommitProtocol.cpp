@@ -21,12 +21,18 @@ std::uint64_t newId(const Environment& environment, const std::string& folder) {
   return hashBytes(parts, sizeof parts, hashBytes(folder.data(), folder.size())) | 1;
 }
 
-struct ChangedPage {
+}  // namespace
+
+struct CommitProtocol::ChangedPage {
   PageFile* file;
   std::string runs;  // empty: the whole page
 };
 
-}  // namespace
+struct CommitProtocol::Changes {
+  std::vector<JournalTable> tables;
+  std::vector<JournalPage> pages;
+  std::vector<ChangedPage> content;  // of each page
+};
 
 class CommitProtocol::CommitLock {
  public:
@@ -184,6 +190,47 @@ void CommitProtocol::prepare(std::span<TableFiles* const> tables, std::uint64_t 
   }
 }
 
+// The bytes by which a page differs from its committed state; empty where the whole page must go into the journal.
+std::string CommitProtocol::runsOf(PageFile& file, const PageFile::Dirty& dirty, PageNo number, std::uint64_t imaged) {
+  if (dirty.fresh) return {};
+  std::array<std::byte, kPageSize> read;
+  const std::byte* before = dirty.base;
+  if (!before) {
+    file.readCommitted(number, read.data());
+    before = read.data();
+  }
+  if (pageStamp(before) <= imaged) return {};
+  std::string runs = Journal::changedRuns(before, dirty.page.data());
+  if (runs.size() > kLongestRuns) runs.clear();
+  return runs;
+}
+
+// Seals the changed pages and says what the journal has to hold of each.
+CommitProtocol::Changes CommitProtocol::collect(std::span<TableFiles* const> tables, std::uint64_t commit) {
+  std::size_t total = 0;
+  for (TableFiles* table : tables)
+    for (const Role role : {kDat, kIdx, kBlb}) total += table->file(role).dirtyPages();
+  Changes changes;
+  changes.pages.reserve(total);
+  changes.content.reserve(total);
+  for (TableFiles* table : tables) {
+    const std::uint64_t imaged = std::max(journal_.checkpointCommit(), table->meta().adoptedAt);
+    for (const Role role : {kDat, kIdx, kBlb}) {
+      PageFile& file = table->file(role);
+      for (const PageNo number : file.dirtyNumbers()) {
+        const PageFile::Dirty dirty = file.dirtyPage(number);
+        sealPage(dirty.page.writable(), file.fileId(), commit);
+        std::string runs = total <= kComparedPages ? runsOf(file, dirty, number, imaged) : std::string();
+        changes.pages.push_back({static_cast<std::uint16_t>(changes.tables.size()), role, runs.empty(), number,
+                                 static_cast<std::uint32_t>(runs.empty() ? kPageSize : runs.size())});
+        changes.content.push_back({&file, std::move(runs)});
+      }
+    }
+    changes.tables.push_back({table->name(), table->fileId(), table->stamp()});
+  }
+  return changes;
+}
+
 void CommitProtocol::publish(std::span<TableFiles* const> changed) {
   if (broken_)
     throw StoreError(Code::outcomeUnknown, "An earlier change may not have been saved. Close the company and open it again.");
@@ -203,42 +250,13 @@ void CommitProtocol::publish(std::span<TableFiles* const> changed) {
   ++commit;
   prepare(tables, commit);
 
-  std::vector<JournalTable> names;
-  std::vector<JournalPage> pages;
-  std::vector<ChangedPage> content;
-  std::size_t total = 0;
-  for (TableFiles* table : tables)
-    for (const Role role : {kDat, kIdx, kBlb}) total += table->file(role).dirtyPages();
-  std::array<std::byte, kPageSize> read;
-  for (TableFiles* table : tables) {
-    const std::uint64_t imaged = std::max(journal_.checkpointCommit(), table->meta().adoptedAt);
-    for (const Role role : {kDat, kIdx, kBlb}) {
-      PageFile& file = table->file(role);
-      for (const PageNo number : file.dirtyNumbers()) {
-        const PageFile::Dirty dirty = file.dirtyPage(number);
-        sealPage(dirty.page.writable(), file.fileId(), commit);
-        std::string runs;
-        if (!dirty.fresh && total <= kComparedPages) {
-          const std::byte* before = dirty.base;
-          if (!before) {
-            file.readCommitted(number, read.data());
-            before = read.data();
-          }
-          if (pageStamp(before) > imaged) runs = Journal::changedRuns(before, dirty.page.data());
-          if (runs.size() > kLongestRuns) runs.clear();
-        }
-        pages.push_back({static_cast<std::uint16_t>(names.size()), role, runs.empty(), number,
-                         static_cast<std::uint32_t>(runs.empty() ? kPageSize : runs.size())});
-        content.push_back({&file, std::move(runs)});
-      }
-    }
-    names.push_back({table->name(), table->fileId(), table->stamp()});
-  }
+  const Changes changes = collect(tables, commit);
   PageRef held;
   try {
-    last_ = journal_.append(last_, commit, names, pages, [&](std::size_t i) {
-      if (!content[i].runs.empty()) return reinterpret_cast<const std::byte*>(content[i].runs.data());
-      held = content[i].file->read(pages[i].number);
+    last_ = journal_.append(last_, commit, changes.tables, changes.pages, [&](std::size_t i) {
+      const ChangedPage& page = changes.content[i];
+      if (!page.runs.empty()) return reinterpret_cast<const std::byte*>(page.runs.data());
+      held = page.file->read(changes.pages[i].number);
       return held.data();
     });
   } catch (const StoreError& error) {

@@ -9,6 +9,7 @@
 
 #include "store/Environment.h"
 #include "store/journal/Journal.h"
+#include "store/pages/PageFile.h"
 
 namespace quillon::store {
 
@@ -69,10 +70,14 @@ class CommitProtocol {
   void lockCommit();
   void unlockCommit() noexcept;
   class CommitLock;
+  struct ChangedPage;
+  struct Changes;
   void recoverAll();
   void catchUpLocked();
   void checkpointLocked();
   void syncTables();
+  static std::string runsOf(PageFile& file, const PageFile::Dirty& dirty, PageNo number, std::uint64_t imaged);
+  Changes collect(std::span<TableFiles* const> tables, std::uint64_t commit);
   void prepare(std::span<TableFiles* const> tables, std::uint64_t commit);
   void apply(std::span<TableFiles* const> tables, std::uint64_t commit);
   void waitForApply(TableFiles& table);

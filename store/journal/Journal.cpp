@@ -191,9 +191,9 @@ void Journal::readPages(const JournalRecord& record, const std::function<bool(co
   }
 }
 
-JournalSpot Journal::append(const JournalSpot& spot, std::uint64_t commit, const std::vector<JournalTable>& tables,
-                            const std::vector<JournalPage>& pages,
-                            const std::function<const std::byte*(std::size_t)>& data) {
+// Head and directory of a record.
+std::string Journal::recordHead(const JournalSpot& spot, std::uint64_t commit, const std::vector<JournalTable>& tables,
+                                const std::vector<JournalPage>& pages) const {
   std::string directory;
   directory.reserve(tables.size() * kTableEntry + pages.size() * kPageEntry);
   for (const JournalTable& table : tables) {
@@ -215,8 +215,6 @@ JournalSpot Journal::append(const JournalSpot& spot, std::uint64_t commit, const
   }
   const std::uint64_t padding = (8 - (directory.size() + dataSize) % 8) % 8;
   const std::uint64_t length = kRecordHead + directory.size() + dataSize + padding + kTrailer;
-  ensureRoom(spot.offset + length);
-
   std::string buffer;
   buffer.reserve(std::min<std::uint64_t>(length, (1 << 20) + 2 * kPageSize));
   put(buffer, kRecordMagic);
@@ -228,7 +226,18 @@ JournalSpot Journal::append(const JournalSpot& spot, std::uint64_t commit, const
   put(buffer, static_cast<std::uint32_t>(tables.size()));
   put(buffer, static_cast<std::uint32_t>(pages.size()));
   put(buffer, hashBytes(directory.data(), directory.size(), hashBytes(buffer.data(), buffer.size())));
-  buffer += directory;
+  return buffer += directory;
+}
+
+JournalSpot Journal::append(const JournalSpot& spot, std::uint64_t commit, const std::vector<JournalTable>& tables,
+                            const std::vector<JournalPage>& pages,
+                            const std::function<const std::byte*(std::size_t)>& data) {
+  std::string buffer = recordHead(spot, commit, tables, pages);
+  const std::uint64_t length = loadAt<std::uint64_t>(reinterpret_cast<const std::byte*>(buffer.data()), 40);
+  std::uint64_t dataSize = 0;
+  for (const JournalPage& page : pages) dataSize += page.bytes;
+  const std::size_t padding = length - kTrailer - buffer.size() - dataSize;
+  ensureRoom(spot.offset + length);
 
   XXH3_state_t state;
   XXH3_64bits_reset(&state);

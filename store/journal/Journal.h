@@ -112,6 +112,8 @@ class Journal {
     bool rewrite = false;
   };
   void writeHead(const Head& head);
+  std::string recordHead(const JournalSpot& spot, std::uint64_t commit, const std::vector<JournalTable>& tables,
+                         const std::vector<JournalPage>& pages) const;
   void ensureRoom(std::uint64_t end);
   void blank(std::uint64_t offset, const std::string& why, bool synced);
 

@@ -15,6 +15,7 @@ inline constexpr std::size_t kMaxTreeEntry = 1320;    // key and payload togethe
 // A counted B+tree over the pages of one file: variable keys in byte order, each with a payload (empty in an index).
 // Each inner entry knows how many entries its subtree has, so that rank and "the k-th" cost a descent.
 // Calls are made under the locks that PageFile asks for; a change ends every TreeWalk on the tree.
+// What is given to insert and replace must not lie in the tree's own pages.
 //
 // Keeps: keys strictly ascending; counts exact (up to 2^32 - 1 below one inner entry); every page has at least one
 // entry. Pages are joined with a neighbour when they fall below a quarter.

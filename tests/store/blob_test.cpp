@@ -2,7 +2,9 @@
 // QUILLON_SEED and QUILLON_TRIALS repeat or lengthen a run.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "store/table/BlobCheck.h"

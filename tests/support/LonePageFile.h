@@ -1,8 +1,9 @@
 #pragma once
 
-#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 

@@ -1,0 +1,92 @@
+#include "apps/VerifyCommand.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <iomanip>
+#include <iostream>
+#include <string>
+
+#include "apps/LocalEnvironment.h"
+#include "store/Verify.h"
+
+namespace quillon::apps {
+namespace {
+
+// "1 row", "1,234 rows".
+std::string counted(std::uint64_t count, std::string_view noun) {
+  std::string text = std::to_string(count);
+  for (auto place = static_cast<int>(text.size()) - 3; place > 0; place -= 3) text.insert(place, 1, ',');
+  text.append(" ").append(noun);
+  if (count != 1) text += 's';
+  return text;
+}
+
+// One line that is written over and over, and is gone at the end.
+class ProgressLine {
+ public:
+  ProgressLine() = default;
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
+  ~ProgressLine() { show(""); }
+
+  void show(const std::string& text) {
+    if (!shown_) return;
+    std::cerr << '\r' << std::string(width_, ' ') << '\r' << text << std::flush;
+    width_ = text.size();
+  }
+
+ private:
+  const bool shown_ = ::isatty(STDERR_FILENO) == 1;
+  std::size_t width_ = 0;
+};
+
+void printFindings(const store::VerifyReport& report, const std::string& table) {
+  for (const store::Finding& finding : report.findings)
+    if (finding.table == table) std::cout << "  " << finding.text << '\n';
+}
+
+void printTables(const store::VerifyReport& report) {
+  std::size_t width = 0;
+  for (const store::TableReport& table : report.tables) width = std::max(width, table.table.size());
+  for (const store::TableReport& table : report.tables) {
+    const auto faults = std::ranges::count(report.findings, table.table, &store::Finding::table);
+    std::cout << std::left << std::setw(static_cast<int>(width)) << table.table << "  " << counted(table.rows, "row")
+              << ", " << counted(table.pages, "page") << ": " << (faults ? counted(faults, "fault") : "sound") << '\n';
+    printFindings(report, table.table);
+  }
+}
+
+// Findings about what is no table of the report: the journal, a file that cannot be opened.
+void printOthers(const store::VerifyReport& report) {
+  for (const store::Finding& finding : report.findings) {
+    if (std::ranges::count(report.tables, finding.table, &store::TableReport::table)) continue;
+    if (!finding.table.empty()) std::cout << finding.table << ": ";
+    std::cout << finding.text << '\n';
+  }
+}
+
+}  // namespace
+
+ExitStatus verifyCommand(Arguments arguments) {
+  if (arguments.size() != 1) throw UsageError("verify takes one folder");
+  const std::string folder(arguments.front());
+  const LocalEnvironment environment;
+  store::VerifyReport report;
+  {
+    ProgressLine line;
+    report = store::verifyFolder(environment.get(), folder, [&line](std::string_view table, int percent) {
+      line.show(std::string(table) + ' ' + std::to_string(percent) + '%');
+    });
+  }
+  printTables(report);
+  printOthers(report);
+  const std::string faults = counted(report.findings.size(), "fault");
+  std::cout << counted(report.tables.size(), "table") << ", " << faults << '\n';
+  if (report.clean()) return ExitStatus::done;
+  std::cerr << "quillonctl: " << folder << ": " << faults << '\n';
+  return ExitStatus::failed;
+}
+
+}  // namespace quillon::apps

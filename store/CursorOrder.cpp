@@ -1,0 +1,84 @@
+// Order and limits.
+#include "store/Cursor.h"
+#include "store/CursorParts.h"
+#include "store/Errors.h"
+#include "store/table/Table.h"
+
+namespace quillon::store {
+
+void Cursor::setIndex(std::string_view name) {
+  if (!isOpen()) {
+    wantedIndex_ = name;
+    rowOrder_ = false;
+    return;
+  }
+  const int position = table_->definition().indexPosition(name);
+  if (position < 0 && !name.empty())
+    throw StoreError(Code::noSuchIndex, "Table '" + table_->name() + "' has no index '" + std::string(name) + "'.");
+  leaveRow();
+  synchronise();
+  wantedIndex_ = name;
+  rowOrder_ = false;
+  order_ = position;
+  low_.clear();
+  high_.clear();
+  ranged_ = false;
+  window_ = {};
+  if (link_) applyLink();
+  findAgain(at_.key);
+}
+
+void Cursor::setRowOrder() {
+  rowOrder_ = true;
+  wantedIndex_.clear();
+  if (!isOpen()) return;
+  leaveRow();
+  synchronise();
+  order_ = -1;
+  low_.clear();
+  high_.clear();
+  ranged_ = false;
+  findAgain(at_.key);
+}
+
+std::string Cursor::indexName() const {
+  requireOpen();
+  return order_ < 0 ? std::string() : table_->definition().indexes[static_cast<std::size_t>(order_)].name;
+}
+
+void Cursor::setRange(std::vector<Value> start, std::vector<Value> end) {
+  requireOpen();
+  leaveRow();
+  if (order_ < 0) throw StoreError(Code::noSuchIndex, "A range on '" + name_ + "' needs an index.");
+  if (link_) throw StoreError(Code::noSuchIndex, "'" + name_ + "' follows a master and can have no range of its own.");
+  std::string low, high;
+  table_->codec(order_).encodePrefix(start, low);
+  table_->codec(order_).encodePrefix(end, high);
+  low_ = std::move(low);
+  high_ = KeyCodec::successor(std::move(high));
+  ranged_ = true;
+  findAgain_ = false;
+  first();
+}
+
+void Cursor::cancelRange() {
+  requireOpen();
+  leaveRow();
+  low_.clear();
+  high_.clear();
+  ranged_ = nothing_ = false;
+  if (link_) applyLink();
+  findAgain(at_.key);
+}
+
+void Cursor::setFiltered(bool filtered) {
+  if (!isOpen()) {
+    filtered_ = filtered;
+    return;
+  }
+  leaveRow();
+  filtered_ = filtered;
+  first();
+}
+
+}  // namespace quillon::store

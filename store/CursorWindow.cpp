@@ -1,0 +1,205 @@
+// Where a cursor stands: rows read ahead in batches, filtered outside every lock, and found again after a change.
+#include <algorithm>
+
+#include "store/Cursor.h"
+#include "store/CursorParts.h"
+#include "store/Database.h"
+#include "store/Errors.h"
+#include "store/table/Table.h"
+
+namespace quillon::store {
+namespace {
+
+constexpr std::size_t kFirstBatch = 4;
+constexpr std::size_t kLongestBatch = 256;
+constexpr std::size_t kBatchBytes = 256 * 1024;
+constexpr std::int64_t kFreshFor = 100;  // milliseconds that rows read ahead are believed without a look at the table
+
+}  // namespace
+
+bool Cursor::inBounds(std::string_view key) const { return key >= low_ && (high_.empty() || key < high_); }
+
+void Cursor::keyOf(RowId row, std::string_view record, std::string& key) const {
+  if (order_ < 0) {
+    key.clear();
+    KeyCodec::appendRow(key, row);
+  } else {
+    table_->codec(order_).encode(RecordView(table_->layout(), record), row, key);
+  }
+}
+
+// Reads a batch of rows from the key `from` on (bounded: from the end of the range instead) into the window.
+bool Cursor::fill(bool forward, std::string_view from, bool inclusive, bool bounded) {
+  const std::string start(from);  // `from` may look into what is overwritten
+  window_.batch = window_.forward == forward && !window_.entries.empty() ? std::min(window_.batch * 4, kLongestBatch) : kFirstBatch;
+  window_.forward = forward;
+  window_.entries.clear();
+  window_.bytes.clear();
+  window_.at = 0;
+  if (nothing_) return false;
+  const Table::Reading reading(*table_);
+  Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
+  TreeWalk walk(tree);
+  TreeWalk rows(table_->rows());
+  bool found;
+  if (forward) {
+    const std::string_view lower = bounded || start < low_ ? std::string_view(low_) : std::string_view(start);
+    found = walk.seek(lower);
+    if (found && !inclusive && !bounded && walk.key() == start) found = walk.next();
+  } else if (bounded || (!high_.empty() && start >= high_)) {
+    found = high_.empty() ? walk.last() : walk.seekBefore(high_);
+  } else {
+    found = inclusive && walk.seek(start) && walk.key() == start;
+    if (!found) found = walk.seekBefore(start);
+  }
+  std::string rowKey;
+  for (; found && window_.entries.size() < window_.batch && window_.bytes.size() < kBatchBytes;
+       found = forward ? walk.next() : walk.prior()) {
+    const std::string_view key = walk.key();
+    if (!inBounds(key)) break;
+    Window::Entry entry;
+    entry.row = KeyCodec::rowOf(key);
+    std::string_view payload;
+    if (order_ < 0) {
+      payload = walk.payload();
+    } else {
+      rowKey.assign(key.substr(KeyCodec::fieldBytes(key)));
+      if (!rows.seek(rowKey) || rows.key() != rowKey)
+        throw StoreError(Code::damaged, "An index of table '" + table_->name() +
+                                            "' names a record that is not there. Run Pack/Repair on the company.");
+      payload = rows.payload();
+    }
+    const std::string_view record = table_->record(payload, scratch_);
+    entry.key = static_cast<std::uint32_t>(window_.bytes.size());
+    entry.keySize = static_cast<std::uint32_t>(key.size());
+    window_.bytes += key;
+    entry.record = static_cast<std::uint32_t>(window_.bytes.size());
+    entry.recordSize = static_cast<std::uint32_t>(record.size());
+    window_.bytes += record;
+    window_.entries.push_back(entry);
+  }
+  window_.version = table_->version();
+  window_.time = database_.session().environment().clock.milliseconds();
+  return !window_.entries.empty();
+}
+
+// The neighbour of the current row among the rows read ahead, or read now; null at the end.
+const Cursor::Window::Entry* Cursor::ahead(bool forward) {
+  if (!window_.entries.empty() && window_.forward == forward && window_.at + 1 < window_.entries.size() &&
+      window_.version == table_->version()) {
+    const Window::Entry& current = window_.entries[window_.at];
+    const bool mine = current.row == at_.row && current.keySize == at_.key.size() &&
+                      std::string_view(window_.bytes).substr(current.key, current.keySize) == at_.key;
+    bool fresh = mine;
+    if (mine && !database_.inMemory()) {
+      const std::int64_t now = database_.session().environment().clock.milliseconds();
+      if (now - window_.time > kFreshFor || database_.session().settings().strictChangeDetection) {
+        const Table::Reading reading(*table_);  // notices what others have published
+        fresh = window_.version == table_->version();
+        window_.time = now;
+      }
+    }
+    if (fresh) return &window_.entries[++window_.at];
+  }
+  return fill(forward, at_.key, false, false) ? &window_.entries[0] : nullptr;
+}
+
+void Cursor::take(const Window::Entry& entry) {
+  at_.there = true;
+  at_.row = entry.row;
+  at_.key.assign(window_.bytes, entry.key, entry.keySize);
+  at_.record.assign(window_.bytes, entry.record, entry.recordSize);
+  at_.expected.reset();
+  at_.ownDeleted = false;
+  view_.reset();
+  calculated_ = false;
+}
+
+void Cursor::stand(RowId row, std::string key, std::string record) {
+  at_ = {true, row, std::move(key), std::move(record), std::nullopt, false};
+  view_.reset();
+  calculated_ = false;
+}
+
+bool Cursor::passes() { return !filtered_ || !events.onFilter || events.onFilter(); }
+
+// To the next passing row in a direction; without one the row stays.
+bool Cursor::step(bool forward) {
+  if (!filtered_ || !events.onFilter) {
+    const Window::Entry* entry = ahead(forward);
+    if (entry) take(*entry);
+    return entry != nullptr;
+  }
+  Standing before = at_;
+  try {
+    while (const Window::Entry* entry = ahead(forward)) {
+      take(*entry);
+      if (passes()) return true;
+    }
+  } catch (...) {
+    at_ = std::move(before);
+    view_.reset();
+    throw;
+  }
+  at_ = std::move(before);
+  view_.reset();
+  calculated_ = false;
+  return false;
+}
+
+bool Cursor::enter(bool forward, std::string_view from, bool inclusive) {
+  if (!fill(forward, from, inclusive, from.empty())) {
+    at_.there = false;
+    return false;
+  }
+  take(window_.entries[0]);
+  if (passes() || step(forward)) return true;
+  at_.there = false;
+  return false;
+}
+
+bool Cursor::firstRow() {
+  window_ = {};
+  return enter(true, {}, true);
+}
+
+bool Cursor::lastRow() {
+  window_ = {};
+  return enter(false, {}, true);
+}
+
+void Cursor::arrived() {
+  view_.reset();
+  calculated_ = false;
+  tellDetails();
+  if (events.afterScroll) events.afterScroll();
+}
+
+// Stands on the row that it stood on, or where that is gone or out of view on the next one that passes, else at the end.
+void Cursor::findAgain(const std::string& key) {
+  window_ = {};
+  std::string record;
+  if (at_.there && readStanding(at_.row, record)) {
+    std::string now;
+    keyOf(at_.row, record, now);
+    if (inBounds(now) && !nothing_) {
+      stand(at_.row, std::move(now), std::move(record));
+      if (passes()) {
+        arrived();
+        return;
+      }
+    }
+  }
+  bof_ = false;
+  const std::string from = key;
+  eof_ = from.empty() ? !firstRow() : !enter(true, from, true);
+  if (eof_ && !lastRow()) bof_ = true;
+  arrived();
+}
+
+bool Cursor::readStanding(RowId row, std::string& record) const {
+  const Table::Reading reading(*table_);
+  return table_->readRow(row, record);
+}
+
+}  // namespace quillon::store
