@@ -169,6 +169,7 @@ void Database::startTransaction(std::span<const std::string> tables) {
         throw;
       }
       covered_.push_back(&table);
+      noteLock(table, LockKind::write, 0);
       table.refreshUnderLock();
     }
   } catch (...) {

@@ -95,6 +95,17 @@ void Cursor::close() {
   database_.closeTable(table, this);
 }
 
+void Cursor::abandon() {
+  toBrowse();
+  state_ = CursorState::closed;
+  std::exchange(table_, nullptr)->detach(this);
+  at_ = kept_ = {};
+  view_.reset();
+  buffer_.reset();
+  window_ = {};
+  tellDetails();
+}
+
 void Cursor::requireOpen() const {
   if (!isOpen()) throw StoreError(Code::notEditing, "'" + name_ + "' is closed.");
 }
@@ -237,6 +248,7 @@ void Cursor::setField(int position, const Value& value) {
     if (field.type == FieldType::memo && !isValidUtf8(content))
       throw StoreError(Code::badValue, "The text for field '" + field.name + "' is not valid UTF-8.");
     contents_[position] = std::move(content);
+    contentsModified_ = true;
   }
   calculated_ = false;
   tellDetails();

@@ -149,6 +149,7 @@ class Cursor {
   // For Table: own changes that concern this cursor.
   void ownChange(RowId row, const std::string* record);
   void ownRollback(bool cancelEdit);
+  void abandon();  // the database ends: closed, without a word to it
 
  private:
   friend class Field;
@@ -234,6 +235,7 @@ class Cursor {
   std::optional<RecordView> view_;
   std::unique_ptr<RowBuffer> buffer_;
   std::map<int, std::string> contents_;  // new contents of memo and blob fields
+  bool contentsModified_ = false;        // by more than the defaults of a new row
   std::vector<std::unique_ptr<Extra>> extras_;
   bool calculated_ = false, calculating_ = false;
   std::unique_ptr<Link> link_;

@@ -33,7 +33,7 @@ void Cursor::withErrorEvent(const std::function<ErrorAnswer(const StoreError&)>&
   }
 }
 
-bool Cursor::modified() const { return isEditing() && (buffer_->modified() || !contents_.empty()); }
+bool Cursor::modified() const { return isEditing() && (buffer_->modified() || contentsModified_); }
 
 void Cursor::leaveRow() {
   requireOpen();
@@ -70,6 +70,8 @@ void Cursor::unlockStanding() noexcept {
 void Cursor::lockStanding() {
   database_.waitOutTransaction(*table_);
   database_.takeLock(*table_, LockKind::record, at_.row, [&] { return table_->locks().tryRecord(this, at_.row); });
+  // Under a table lock or in a transaction that note says enough.
+  if (!table_->locks().holdsWrite()) database_.noteLock(*table_, LockKind::record, at_.row);
   try {
     std::string now;
     const bool there = readStanding(at_.row, now);
@@ -100,6 +102,7 @@ void Cursor::edit() {
   withErrorEvent(events.onEditError, [&] { lockStanding(); });
   buffer_->load(at_.record);
   contents_.clear();
+  contentsModified_ = false;
   state_ = CursorState::edit;
   calculated_ = false;
   fire(events.afterEdit);
@@ -126,8 +129,9 @@ void Cursor::insert() {
     toBrowse();
     throw;
   }
-  // Contents given as defaults stay, without counting as typed: an untouched new row is dropped when it is left.
+  // Defaults do not count as typed: an untouched new row is dropped when it is left.
   buffer_->clearModified();
+  contentsModified_ = false;
   fire(events.afterInsert);
 }
 
@@ -290,6 +294,7 @@ void Cursor::flush() {
 void Cursor::lockTable() {
   requireOpen();
   database_.takeLock(*table_, LockKind::table, 0, [&] { return table_->locks().tryTable(this); });
+  database_.noteLock(*table_, LockKind::table, 0);
   try {
     table_->refreshUnderLock();
   } catch (...) {

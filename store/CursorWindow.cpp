@@ -31,7 +31,9 @@ void Cursor::keyOf(RowId row, std::string_view record, std::string& key) const {
 // Reads a batch of rows from the key `from` on (bounded: from the end of the range instead) into the window.
 bool Cursor::fill(bool forward, std::string_view from, bool inclusive, bool bounded) {
   const std::string start(from);  // `from` may look into what is overwritten
-  window_.batch = window_.forward == forward && !window_.entries.empty() ? std::min(window_.batch * 4, kLongestBatch) : kFirstBatch;
+  // Batches grow while a walk uses them up; one that own changes overtake is read again and stays small.
+  const bool usedUp = window_.forward == forward && !window_.entries.empty() && window_.version == table_->version();
+  window_.batch = usedUp ? std::min(window_.batch * 4, kLongestBatch) : kFirstBatch;
   window_.forward = forward;
   window_.entries.clear();
   window_.bytes.clear();

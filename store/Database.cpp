@@ -1,14 +1,17 @@
 #include "store/Database.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "base/Text.h"
+#include "store/Cursor.h"
 #include "store/Errors.h"
 #include "store/journal/Backoff.h"
 #include "store/journal/CommitProtocol.h"
 #include "store/locks/Holders.h"
 #include "store/table/Table.h"
 #include "store/vfs/File.h"
+#include "store/vfs/FileNames.h"
 #include "store/vfs/MemoryFileSystem.h"
 
 namespace quillon::store {
@@ -38,6 +41,9 @@ Database::~Database() {
   } catch (...) {
     // A destructor tells nobody; whoever must know settles before.
   }
+  // Cursors that outlive their database are closed under them.
+  for (const auto& entry : tables_)
+    while (entry.second && !entry.second->cursors().empty()) entry.second->cursors().back()->abandon();
   tables_.clear();
 }
 
@@ -52,16 +58,10 @@ std::string Database::plainName(std::string_view name) const {
 std::string Database::findName(std::string_view name) {
   const std::string plain = plainName(name);
   if (plain.empty() || plain.find('/') != std::string::npos) return {};
-  if (files_.exists(folder_ + "/" + plain + kExtensions[kDat])) return plain;
-  if (inMemory()) {
-    for (const std::string& file : files_.list(folder_))
-      if (equalFolded(file, plain + kExtensions[kDat])) return file.substr(0, file.size() - 4);
-    return {};
-  }
-  for (const std::string& file : files_.list(folder_))
-    if (file.ends_with(kExtensions[kDat]) && equalFolded(file, plain + kExtensions[kDat]))
-      return file.substr(0, file.size() - 4);
-  return {};
+  const std::string path = findFile(files_, folder_, plain + kExtensions[kDat]);
+  if (!files_.exists(path)) return {};
+  const std::string file = path.substr(folder_.size() + 1);
+  return file.substr(0, file.size() - 4);
 }
 
 bool Database::exists(std::string_view name) { return !findName(name).empty(); }
@@ -69,7 +69,7 @@ bool Database::exists(std::string_view name) { return !findName(name).empty(); }
 std::vector<std::string> Database::tableNames() {
   std::vector<std::string> names;
   for (const std::string& file : files_.list(folder_))
-    if (file.ends_with(kExtensions[kDat])) names.push_back(file.substr(0, file.size() - 4));
+    if (foldCase(file).ends_with(".dat")) names.push_back(file.substr(0, file.size() - 4));
   return names;
 }
 
@@ -82,33 +82,44 @@ std::uint64_t Database::newFileId(std::string_view name) {
 
 void Database::createTable(const TableDef& definition) { createTables({&definition, 1}); }
 
+void Database::refuseInTransaction() const {
+  if (transaction_ && !inMemory())
+    throw StoreError(Code::badTransaction, "Tables cannot be made, emptied or dropped inside a transaction.");
+}
+
 void Database::createTables(std::span<const TableDef> definitions) {
-  for (const TableDef& definition : definitions) {
-    definition.validate();
+  refuseInTransaction();
+  for (const TableDef& definition : definitions) definition.validate();
+  std::optional<CommitProtocol::Quiet> alone;  // of two processes that make the same table one is refused
+  if (!inMemory()) alone.emplace(*protocol_, CommitProtocol::Quiet::Journal::asItIs);
+  for (const TableDef& definition : definitions)
     if (exists(definition.name))
       throw StoreError(Code::tableExists, "Table '" + definition.name + "' exists already.");
-  }
   for (const TableDef& definition : definitions)
-    TableFiles::create(files_, folder_, definition.name, newFileId(definition.name), definition.encode(),
-                       definition.indexes.size());
+    TableFiles::prepare(files_, folder_, definition.name, newFileId(definition.name), definition.encode(),
+                        definition.indexes.size());
+  files_.syncFolder(folder_);
+  for (const TableDef& definition : definitions) TableFiles::appear(files_, folder_, definition.name);
   files_.syncFolder(folder_);
 }
 
 void Database::dropTable(std::string_view name) {
+  refuseInTransaction();
   const std::string found = findName(name);
   if (found.empty()) throw StoreError(Code::noSuchTable, "Table '" + plainName(name) + "' is not there.");
   if (tables_.count(foldCase(found)) > 0)
     throw StoreError(Code::tableInUse, "Table '" + found + "' is in use by this program and cannot be dropped.");
   const auto removeFiles = [&] {
     // The .DAT file goes first: without it there is no table, whatever else is left.
-    for (const char* extension : kExtensions) files_.remove(folder_ + "/" + found + extension);
+    files_.remove(findFile(files_, folder_, found + kExtensions[kDat]));
     files_.syncFolder(folder_);
+    for (const Role role : {kIdx, kBlb}) files_.remove(findFile(files_, folder_, found + kExtensions[role]));
   };
   if (inMemory()) return removeFiles();
   const int marker = 0;
   Table& table = openTable(found, &marker, true);
   try {
-    CommitProtocol::Quiet quiet(*protocol_);
+    const CommitProtocol::Quiet alone(*protocol_, CommitProtocol::Quiet::Journal::emptied);
     removeFiles();
   } catch (...) {
     closeTable(table, &marker);
@@ -118,6 +129,7 @@ void Database::dropTable(std::string_view name) {
 }
 
 void Database::emptyTable(std::string_view name) {
+  refuseInTransaction();
   const auto open = tables_.find(foldCase(findName(name)));
   if (open != tables_.end() && (transaction_ || open->second->locks().openers() > 0))
     throw StoreError(Code::tableInUse, "Table '" + open->second->name() + "' is in use by this program and cannot be emptied.");
@@ -149,7 +161,7 @@ Table& Database::openTable(std::string_view name, TableLocks::Owner owner, bool 
     if (made) slot = std::make_unique<Table>(*this, found);
     Table& table = *slot;
     takeLock(table, LockKind::exclusiveOpen, 0, [&] { return table.locks().tryOpen(owner, exclusive); });
-    if (!exclusive) forgetLock(table, LockKind::exclusiveOpen, 0);
+    if (exclusive) noteLock(table, LockKind::exclusiveOpen, 0);
     try {
       if (made) table.load();
       if (exclusive) table.refreshUnderLock();
@@ -193,6 +205,9 @@ void Database::takeLock(Table& table, LockKind kind, RowId row, const std::funct
       raiseLocked(table, kind, row, answer == TableLocks::Answer::heldHere);
     session_.environment().clock.sleep(std::int64_t{settings.lockWaitTime} * 1000);
   }
+}
+
+void Database::noteLock(Table& table, LockKind kind, RowId row) noexcept {
   if (holders_) holders_->note({kind, Holders::tableHash(table.name()), row});
 }
 

@@ -41,7 +41,7 @@ class Database {
   bool exists(std::string_view name);
   std::vector<std::string> tableNames();                // sorted
   void createTable(const TableDef& definition);         // tableExists, badDefinition
-  void createTables(std::span<const TableDef> definitions);  // with one sync of the folder
+  void createTables(std::span<const TableDef> definitions);  // with two syncs of the folder in all
   void dropTable(std::string_view name);                // noSuchTable; tableInUse while any cursor has it open
   // Removes all rows and starts autoInc over. tableInUse while another own cursor or another process has it open.
   void emptyTable(std::string_view name);
@@ -121,8 +121,9 @@ class Database {
   };
 
   // Takes a lock by the tries of the settings: `attempt` is one try. Raises recordLocked (tableInUse for an open) naming
-  // the holder, at once when the holder is of this process. What is granted is noted for others to read.
+  // the holder, at once when the holder is of this process. noteLock writes it down for others to read.
   void takeLock(Table& table, LockKind kind, RowId row, const std::function<TableLocks::Answer()>& attempt);
+  void noteLock(Table& table, LockKind kind, RowId row) noexcept;
   void forgetLock(Table& table, LockKind kind, RowId row) noexcept;
   // Waits until no other process holds the table in a transaction, in the same way.
   void waitOutTransaction(Table& table);
@@ -136,6 +137,7 @@ class Database {
   bool gathersNow(Table& table) const;
   void dropGathered(Table& table) noexcept;
   std::string findName(std::string_view name);
+  void refuseInTransaction() const;
   std::string plainName(std::string_view name) const;
   [[noreturn]] void raiseLocked(Table& table, LockKind kind, RowId row, bool here);
   void releaseTransaction() noexcept;

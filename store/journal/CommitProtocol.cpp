@@ -8,6 +8,7 @@
 #include "store/journal/Replay.h"
 #include "store/table/TableFiles.h"
 #include "store/vfs/File.h"
+#include "store/vfs/FileNames.h"
 
 namespace quillon::store {
 namespace {
@@ -168,7 +169,7 @@ void CommitProtocol::syncTables() {
   }
   try {
     for (const auto& [name, role] : touched) {
-      const std::string path = folder_ + "/" + name + kExtensions[role];
+      const std::string path = findFile(environment_.files, folder_, name + kExtensions[role]);
       if (!environment_.files.exists(path)) continue;
       environment_.files.open(path, OpenMode::existing)->sync();
       ++syncs_;
@@ -326,11 +327,11 @@ void CommitProtocol::apply(std::span<TableFiles* const> tables, std::uint64_t co
   }
 }
 
-CommitProtocol::Quiet::Quiet(CommitProtocol& protocol) : protocol_(protocol) {
+CommitProtocol::Quiet::Quiet(CommitProtocol& protocol, Journal journal) : protocol_(protocol) {
   protocol_.lockCommit();
   try {
     protocol_.catchUpLocked();
-    protocol_.checkpointLocked();
+    if (journal == Journal::emptied) protocol_.checkpointLocked();
   } catch (...) {
     protocol_.unlockCommit();
     throw;

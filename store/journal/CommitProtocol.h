@@ -47,10 +47,12 @@ class CommitProtocol {
   bool changedSince(JournalSpot& spot, std::uint64_t fileId, std::uint64_t stamp,
                     std::vector<std::pair<std::uint8_t, PageNo>>& pages);
 
-  // Holds the commit lock for a whole-table operation that replaces files; the journal is empty when it begins.
+  // Holds the commit lock for an operation that makes or takes away files; where files go, the journal must hold
+  // nothing of theirs any more.
   class Quiet {
    public:
-    explicit Quiet(CommitProtocol& protocol);
+    enum class Journal { asItIs, emptied };
+    Quiet(CommitProtocol& protocol, Journal journal);
     ~Quiet();
     Quiet(const Quiet&) = delete;
     Quiet& operator=(const Quiet&) = delete;

@@ -8,6 +8,7 @@
 
 #include "store/Errors.h"
 #include "store/vfs/File.h"
+#include "store/vfs/FileNames.h"
 
 namespace quillon::store {
 namespace {
@@ -37,7 +38,7 @@ Bytes bytesOf(const std::string& text) { return std::as_bytes(std::span(text.dat
 }  // namespace
 
 Journal::Journal(FileSystem& files, const std::string& folder, std::uint64_t newCompanyId)
-    : file_(files.open(folder + "/" + kJournalName, OpenMode::create)) {
+    : file_(files.open(findFile(files, folder, kJournalName), OpenMode::create)) {
   head_.companyId = newCompanyId;
 }
 
@@ -75,6 +76,7 @@ void Journal::readHead() {
     throw StoreError(Code::newerFormat, std::string("'") + kJournalName +
                                             "' was written by a later version of this program. Use that version.");
   if (found) {
+    if (best.epoch > head_.epoch) doubtfulHead_ = false;  // another process made it good
     head_ = best;
     return;
   }
@@ -237,6 +239,7 @@ JournalSpot Journal::append(const JournalSpot& spot, std::uint64_t commit, const
   std::uint64_t dataSize = 0;
   for (const JournalPage& page : pages) dataSize += page.bytes;
   const std::size_t padding = length - kTrailer - buffer.size() - dataSize;
+  if (doubtfulHead_) wipeDoubtfulHead();
   ensureRoom(spot.offset + length);
 
   XXH3_state_t state;
@@ -305,10 +308,24 @@ void Journal::ensureRoom(std::uint64_t end) {
 
 void Journal::startEpoch(std::uint64_t checkpointCommit) {
   const Head head{head_.companyId, head_.epoch + 1, checkpointCommit, false};
-  writeHead(head);
-  file_->sync();
+  try {
+    writeHead(head);
+    file_->sync();
+  } catch (const IoError&) {
+    // Half a head must not win over the old one, now or after a power loss: the next append begins by wiping it, and
+    // its sync makes that safe before its record counts.
+    doubtfulHead_ = true;
+    wipeDoubtfulHead();
+    throw;
+  }
   head_ = head;
   writeApplied(startSpot());
+}
+
+void Journal::wipeDoubtfulHead() {
+  const std::array<std::byte, kHeadSize> zeros{};
+  file_->write(kHeadPlace[(head_.epoch + 1) % 2], zeros);
+  doubtfulHead_ = false;
 }
 
 void Journal::setRewrite() {

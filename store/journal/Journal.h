@@ -114,12 +114,14 @@ class Journal {
   void writeHead(const Head& head);
   std::string recordHead(const JournalSpot& spot, std::uint64_t commit, const std::vector<JournalTable>& tables,
                          const std::vector<JournalPage>& pages) const;
+  void wipeDoubtfulHead();
   void ensureRoom(std::uint64_t end);
   void blank(std::uint64_t offset, const std::string& why, bool synced);
 
   std::unique_ptr<File> file_;
   Head head_;
   std::uint64_t room_ = 0;
+  bool doubtfulHead_ = false;  // the other head was written, but its sync failed
 };
 
 }  // namespace quillon::store

@@ -6,6 +6,7 @@
 #include "store/journal/Backoff.h"
 #include "store/table/TableFiles.h"
 #include "store/vfs/File.h"
+#include "store/vfs/FileNames.h"
 
 namespace quillon::store {
 
@@ -18,7 +19,7 @@ struct Replay::Target {
   bool locked = false;
 
   File& file(Role role, FileSystem& system, const std::string& folder) {
-    if (!files[role]) files[role] = system.open(folder + "/" + name + kExtensions[role], OpenMode::existing);
+    if (!files[role]) files[role] = system.open(findFile(system, folder, name + kExtensions[role]), OpenMode::existing);
     return *files[role];
   }
 };

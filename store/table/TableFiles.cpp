@@ -5,6 +5,7 @@
 
 #include "store/Errors.h"
 #include "store/vfs/File.h"
+#include "store/vfs/FileNames.h"
 
 namespace quillon::store {
 namespace {
@@ -12,6 +13,7 @@ namespace {
 constexpr std::uint64_t kMagic = 0x1A4E4F4C4C495551;  // "QUILLON\x1a"
 constexpr std::size_t kLivePlace = 64;
 constexpr PageNo kMetaPage = 1;
+constexpr const char* kNew = "~new";  // behind the name of a file that is no part of a table yet
 constexpr std::size_t kSchemaBody = kPageBody + 4;  // behind the number of the next schema page
 constexpr std::size_t kSchemaPart = kPageSize - kSchemaBody;
 
@@ -97,8 +99,8 @@ void writeLiveState(File& dat, const LiveState& live) {
   dat.write(kLivePlace, bytes);
 }
 
-void TableFiles::create(FileSystem& files, const std::string& folder, const std::string& name, std::uint64_t fileId,
-                        const std::string& schema, std::size_t indexes) {
+void TableFiles::prepare(FileSystem& files, const std::string& folder, const std::string& name, std::uint64_t fileId,
+                         const std::string& schema, std::size_t indexes) {
   if (indexes > kMaxIndexes) throw StoreError(Code::badDefinition, "Table '" + name + "' has too many indexes.");
   TableMeta meta;
   const std::size_t schemaPages = (schema.size() + kSchemaPart - 1) / kSchemaPart;
@@ -116,18 +118,17 @@ void TableFiles::create(FileSystem& files, const std::string& folder, const std:
     std::memcpy(page + kSchemaBody, schema.data() + i * kSchemaPart, part);
   }
   for (std::size_t at = 0; at < pages.size(); at += kPageSize) sealPage(pages.data() + at, fileId ^ kDat, 0);
-  // The .DAT file comes last: without it there is no table, so that a cut in between leaves none.
-  const std::string base = folder + "/" + name;
   for (const Role role : {kBlb, kIdx, kDat}) {
-    if (role != kDat) files.remove(base + kExtensions[role]);
-    const std::string made = base + kExtensions[role] + "~new";
-    files.remove(made);
-    writeNew(files, made, role, fileId, role == kDat ? pages : std::vector<std::byte>{});
+    const std::string path = folder + "/" + name + kExtensions[role];
+    files.remove(path + kNew);
+    writeNew(files, path + kNew, role, fileId, role == kDat ? pages : std::vector<std::byte>{});
+    if (role != kDat) files.rename(path + kNew, path);
   }
-  if (files.exists(base + kExtensions[kDat]))
-    throw StoreError(Code::tableExists, "Table '" + name + "' exists already.");
-  for (const Role role : {kBlb, kIdx, kDat})
-    files.rename(base + kExtensions[role] + "~new", base + kExtensions[role]);
+}
+
+void TableFiles::appear(FileSystem& files, const std::string& folder, const std::string& name) {
+  const std::string path = folder + "/" + name + kExtensions[kDat];
+  files.rename(path + kNew, path);
 }
 
 std::uint64_t TableFiles::checkIdentity(File& file, const std::string& name, Role role) {
@@ -151,7 +152,7 @@ TableFiles::TableFiles(FileSystem& files, PageCache& cache, const std::string& f
     const std::string fileName = name_ + kExtensions[role];
     std::unique_ptr<File> file;
     try {
-      file = files.open(folder + "/" + fileName, OpenMode::existing);
+      file = files.open(findFile(files, folder, fileName), OpenMode::existing);
     } catch (const IoError& error) {
       if (error.code() != Code::noSuchTable || role == kDat) throw;
       throw StoreError(Code::headerDamaged,

@@ -48,9 +48,12 @@ struct TableMeta {
 // The three files of an open table, its meta page and its apply lock. No knowledge of rows.
 class TableFiles {
  public:
-  // Makes the files with an encoded schema and no rows, synced but for the folder. Raises tableExists.
-  static void create(FileSystem& files, const std::string& folder, const std::string& name, std::uint64_t fileId,
-                     const std::string& schema, std::size_t indexes);
+  // Makes a table without rows in two steps, with a sync of the folder behind each: `prepare` writes all three files, of
+  // which .DAT still has another name; `appear` gives it its own. Without a .DAT file there is no table, so that a cut at
+  // any moment leaves the whole table or none. What an earlier cut left behind is replaced.
+  static void prepare(FileSystem& files, const std::string& folder, const std::string& name, std::uint64_t fileId,
+                      const std::string& schema, std::size_t indexes);
+  static void appear(FileSystem& files, const std::string& folder, const std::string& name);
   // Raises noSuchTable, headerDamaged, foreign, newerFormat. Reads nothing that needs a lock but the identity.
   TableFiles(FileSystem& files, PageCache& cache, const std::string& folder, std::string name);
 
