@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "apps/Command.h"
+#include "apps/CreateCommand.h"
 #include "apps/VerifyCommand.h"
 #include "base/Errors.h"
 
@@ -15,6 +16,7 @@ namespace quillon::apps {
 namespace {
 
 constexpr Command kCommands[] = {
+    {"create", "FOLDER", "make a new company: its tables, without data", createCommand},
     {"verify", "FOLDER", "check every table of the company folder; changes nothing", verifyCommand},
 };
 

@@ -8,6 +8,7 @@
 #include "store/journal/CommitProtocol.h"
 #include "store/locks/Holders.h"
 #include "store/table/Table.h"
+#include "store/vfs/IoErrors.h"
 
 namespace quillon::store {
 
@@ -27,7 +28,7 @@ void Database::publish(std::span<Table* const> tables) {
   if (inMemory()) {
     for (Table* table : tables) {
       TableFiles& files = table->files();
-      const std::uint64_t commit = files.stamp() == ~std::uint64_t{0} ? 1 : files.stamp() + 1;
+      const std::uint64_t commit = files.meta().stamp + 1;
       files.storeMeta(commit);
       for (const Role role : {kDat, kIdx, kBlb}) {
         PageFile& file = files.file(role);
@@ -50,7 +51,20 @@ bool Database::gathersNow(Table& table) const {
 }
 
 void Database::settle() {
-  if (gathering_.empty() && lost_ == 0) return;
+  publishGathered();
+  const int lost = std::exchange(lost_, 0);
+  if (lost == 0) return;
+  const std::string records = std::to_string(lost) + " changed records of '" + baseName(folder_) + "'";
+  if (unknown_)
+    throw StoreError(Code::outcomeUnknown, "Whether " + records +
+                                               " were saved is known only when the company is opened "
+                                               "again. Close the company and open it again.");
+  throw StoreError(Code::ioFailed, records + " could not be saved after an earlier error. Enter them again.");
+}
+
+void Database::publishGathered() {
+  untold_ = 0;
+  if (gathering_.empty()) return;
   std::vector<Table*> tables;
   tables.swap(gathering_);
   const auto release = [&] {
@@ -61,24 +75,33 @@ void Database::settle() {
   };
   try {
     publish(tables);
-  } catch (...) {
+  } catch (const StoreError& error) {
     for (Table* table : tables) {
+      untold_ += table->gathered;
       table->discardChanges();
       table->everythingChanged(false);
     }
     release();
+    unknown_ = unknown_ || error.code() == Code::outcomeUnknown;
+    if (unknown_ || untold_ <= 1) throw;
+    throw StoreError(error.code(), std::string(error.what()) + "\r" + std::to_string(untold_) +
+                                       " changed records were not saved. Enter them again.");
+  } catch (...) {
+    for (Table* table : tables) table->discardChanges();
+    release();
     throw;
   }
   release();
-  if (const int lost = std::exchange(lost_, 0); lost > 0)
-    throw StoreError(Code::ioFailed, std::to_string(lost) +
-                                         " changed records could not be saved after an earlier error. Enter them again.");
 }
 
-void Database::dropGathered(Table& table) noexcept {
-  lost_ += table.gathered;
-  table.discardChanges();
-  std::erase(gathering_, &table);
+// A group is published wholly or not at all: one table's failure takes the others' changes with it.
+void Database::dropGathered() noexcept {
+  for (Table* table : std::exchange(gathering_, {})) {
+    lost_ += table->gathered;
+    table->discardChanges();
+    table->everythingChanged(false);
+    table->locks().releaseWrite(TableLocks::WriteKind::post);
+  }
 }
 
 Database::Change::Change(Database& database, Table& table) : database_(database), table_(table) {
@@ -107,11 +130,10 @@ Database::Change::~Change() {
   }
   if (table_.touched) {
     if (inGroup_) {
-      database_.dropGathered(table_);
-      table_.everythingChanged(false);
-    } else {
-      table_.discardChanges();
+      database_.dropGathered();
+      return;
     }
+    table_.discardChanges();
   } else if (inGroup_) {
     return;
   }
@@ -137,7 +159,8 @@ void Database::Change::done(int rows) {
   table_.gathered += rows;
   constexpr int kMostRows = 1000;
   constexpr std::int64_t kLongest = 500;
-  if (table_.gathered >= kMostRows || clock.milliseconds() - database_.gatherStart_ >= kLongest) database_.settle();
+  if (table_.gathered >= kMostRows || clock.milliseconds() - database_.gatherStart_ >= kLongest)
+    database_.publishGathered();
 }
 
 Database::BulkScope::BulkScope(Database& database) : database_(database) { ++database_.bulk_; }
@@ -147,7 +170,7 @@ Database::BulkScope::~BulkScope() {
   try {
     database_.settle();
   } catch (...) {
-    // Told by the settle that the caller makes; a destructor raises nothing.
+    database_.tellAtSettle();  // a destructor raises nothing
   }
 }
 
@@ -195,7 +218,8 @@ void Database::commit(bool) {
   if (!transaction_) throw StoreError(Code::badTransaction, "No transaction is open.");
   for (const Table* table : covered_)
     if (table->doomed)
-      throw StoreError(Code::badTransaction, "An earlier error broke the transaction of table '" + table->name() + "'.");
+      throw StoreError(Code::badTransaction,
+                       "An earlier error broke the transaction of table '" + table->name() + "'.");
   publish(covered_);
   releaseTransaction();
 }
@@ -211,18 +235,27 @@ void Database::rollback() {
 
 Database::Snapshot::Snapshot(Database& database, std::vector<Table*> tables) {
   Backoff backoff(database.session_.environment().clock);
+  const auto letGo = [&] {
+    for (Table* table : std::exchange(tables_, {})) table->endReading();
+  };
   while (true) {
-    for (Table* table : tables) {
-      // Only the first is waited for: whoever waits with one lock in hand can block a commit that waits for it.
-      if (tables_.empty())
-        table->beginReading();
-      else if (!table->tryBeginReading())
-        break;
-      tables_.push_back(table);
+    try {
+      for (Table* table : tables) {
+        // Only the first is waited for, and brought up after a dead writer: whoever waits with one lock in hand can
+        // block a commit, or a replay, that waits for it.
+        if (tables_.empty())
+          table->beginReading();
+        else if (!table->tryBeginReading(true, false))
+          break;
+        tables_.push_back(table);
+      }
+    } catch (...) {
+      letGo();
+      throw;
     }
     if (tables_.size() == tables.size()) return;
-    for (Table* table : tables_) table->endReading();
-    tables_.clear();
+    letGo();
+    if (!database.inMemory()) database.protocol_->catchUp();
     if (!backoff.wait()) throw StoreError(Code::recordLocked, "The tables are being saved by another user. Try again.");
   }
 }

@@ -47,20 +47,21 @@ struct Bookmark {
 // Handlers of a cursor's events. A handler that raises stops what it came before.
 struct CursorEvents {
   using Handler = std::function<void()>;
-  Handler beforeEdit, afterEdit, beforeInsert, afterInsert, beforePost, afterPost, beforeDelete, afterDelete, afterCancel;
-  Handler onNewRecord;    // defaults of a new row; does not count as a modification
-  Handler onCalculate;    // sets the calculated fields (setCalculated) from the row
-  Handler afterScroll;    // another row, or the same one read again
+  Handler beforeEdit, afterEdit, beforeInsert, afterInsert, beforePost, afterPost, beforeDelete, afterDelete,
+      afterCancel;
+  Handler onNewRecord;             // defaults of a new row; does not count as a modification
+  Handler onCalculate;             // sets the calculated fields (setCalculated) from the row
+  Handler afterScroll;             // another row, or the same one read again
   std::function<bool()> onFilter;  // whether the row passes; tested while filtered
   std::function<ErrorAnswer(const StoreError&)> onEditError, onDeleteError, onPostError;
 };
 
 // A view on a table: a current row, an order, a range, a filter, a master, and the cycle of editing.
 //
-// Keeps its place as key and row id and finds it again after any change. The row that it stands on may be old; moves and
-// searches read the committed present, in batches. First without rows is BOF and EOF; at EOF the last row stays current.
-// A move or search posts a modified row and cancels an unmodified one. All calls raise StoreError; a call on a closed
-// cursor raises notEditing.
+// Keeps its place as key and row id and finds it again after any change. The row that it stands on may be old; moves
+// and searches read the committed present, in batches. First without rows is BOF and EOF; at EOF the last row stays
+// current. A move or search posts a modified row and cancels an unmodified one. All calls raise StoreError; a call on a
+// closed cursor raises notEditing.
 class Cursor {
  public:
   // Closed. `table` may be "\Memory\Name". The database must outlive it.
@@ -80,12 +81,12 @@ class Cursor {
   bool isOpen() const { return state_ != CursorState::closed; }
   CursorState state() const { return state_; }
   bool isEditing() const { return state_ == CursorState::edit || state_ == CursorState::insert; }
-  Database& database() const { return database_; }
+  Database& database() const { return *database_; }
   const TableDef& definition() const;
   Table& table() const;
 
   // Fields.
-  Field operator[](std::string_view field);        // noSuchField
+  Field operator[](std::string_view field);  // noSuchField
   Field field(int position) { return {*this, position}; }
   int fieldPosition(std::string_view field) const;  // -1 when there is none
   int fieldCount() const;
@@ -116,12 +117,12 @@ class Cursor {
   bool bof();
   bool eof();
   bool isEmpty();
-  std::uint64_t recordCount();             // O(log n) without a filter
-  std::uint64_t recordNumber();            // 1 is the first; 0 without a row
-  bool goTo(std::uint64_t number);         // the k-th row, 1 is the first
+  std::uint64_t recordCount();      // O(log n) without a filter
+  std::uint64_t recordNumber();     // 1 is the first; 0 without a row
+  bool goTo(std::uint64_t number);  // the k-th row, 1 is the first
   Bookmark bookmark();
-  bool goTo(const Bookmark& bookmark);     // false, unmoved: the row is gone or out of view
-  RowId rowId();                           // 0 without a row
+  bool goTo(const Bookmark& bookmark);  // false, unmoved: the row is gone or out of view
+  RowId rowId();                        // 0 without a row
   bool goToRow(RowId row);
 
   // Searches. False: not found and not moved.
@@ -133,12 +134,12 @@ class Cursor {
   std::vector<Value> lookupAll(std::string_view keyFields, const std::vector<Value>& values, std::string_view results);
 
   // The record cycle.
-  void edit();     // recordLocked, recordChanged, through onEditError
+  void edit();  // recordLocked, recordChanged, through onEditError
   void insert();
   void append();
-  void post();     // required, keyViolation, recordChanged, recordLocked, through onPostError
+  void post();  // required, keyViolation, recordChanged, recordLocked, through onPostError
   void cancel();
-  void remove();   // deletes the row; as edit, through onDeleteError
+  void remove();  // deletes the row; as edit, through onDeleteError
   bool modified() const;
   void refresh();    // undoes an edit, reads again, keeps the row as far as possible
   void rereadRow();  // the current row only
@@ -151,9 +152,16 @@ class Cursor {
   void ownRollback(bool cancelEdit);
   void abandon();  // the database ends: closed, without a word to it
 
+ protected:
+  // For Query, while closed: what to open next. A list makes a live result of exactly these rows; a result that is not
+  // live cannot be changed.
+  void setTarget(Database& database, std::string table, bool readOnly);
+  void setRows(std::vector<RowId> rows);
+  void setName(std::string name) { name_ = std::move(name); }
+
  private:
   friend class Field;
-  struct Extra;   // a calculated or looked-up field
+  struct Extra;  // a calculated or looked-up field
   struct Link;
   struct Search;
   struct Standing {  // a row that the cursor stands on
@@ -162,7 +170,10 @@ class Cursor {
     std::string key, record;
     std::optional<std::string> expected;  // what an own change made of it; without one, `record`
     bool ownDeleted = false;
+    std::uint64_t version = 0;  // of the table, when the row was read
   };
+  struct RowList;  // of a live result: its rows, in order
+  class Aside;     // looks at other rows and comes back
   struct Window {  // rows read ahead
     struct Entry {
       std::uint32_t key, keySize, record, recordSize;
@@ -178,14 +189,20 @@ class Cursor {
   };
 
   void requireOpen() const;
-  void synchronise();                   // follows the master, finds the row again after a rollback
-  void leaveRow();                      // posts or cancels, here and in the details
+  void requireChangeable() const;
+  void synchronise();  // follows the master, finds the row again after a rollback
+  void leaveRow();     // posts or cancels, here and in the details
+  void leaveDetails();
   void toBrowse();
   bool passes();
   bool inBounds(std::string_view key) const;
+  bool isAt(std::uint64_t number);
   void take(const Window::Entry& entry);
   void stand(RowId row, std::string key, std::string record);
   void arrived();
+  void fillFromTree(bool forward, const std::string& start, bool inclusive, bool bounded);
+  bool isCurrent() const;
+  bool fillFromList(bool forward, std::string_view from, bool inclusive, bool bounded);
   bool fill(bool forward, std::string_view from, bool inclusive, bool bounded);
   const Window::Entry* ahead(bool forward);
   bool step(bool forward);
@@ -193,11 +210,16 @@ class Cursor {
   bool firstRow();
   bool lastRow();
   void findAgain(const std::string& key);
+  void findAgainFrom(const Standing& standing);  // in another order than it was found in
+  void moveOn(const std::string& key);
   void keyOf(RowId row, std::string_view record, std::string& key) const;
   bool readStanding(RowId row, std::string& record) const;
-  void applyLink();
+  bool applyLink();
+  int linkIndex(const std::vector<std::string_view>& names) const;
   void tellDetails();
   void copyLinkFields();
+  bool prepareSearch(std::string_view fields, const std::vector<Value>& values, Search& wanted) const;
+  bool findKeyFiltered(const std::string& prefix);
   bool matches(const Search& wanted);
   bool search(const Search& wanted, Standing& found);
   bool searchByIndex(const Search& wanted, Standing& found, bool& usable);
@@ -207,30 +229,38 @@ class Cursor {
   template <typename Action>
   void withErrorEvent(const std::function<ErrorAnswer(const StoreError&)>& handler, Action&& action);
   void checkRequired() const;
-  void postEdit();
-  void postInsert();
-  void standAfterPost(RowId row, const std::string& record, const std::string& oldKey);
+  struct Posted {
+    RowId row = 0;
+    std::string record, oldKey;
+  };
+  Posted postEdit();
+  Posted postInsert();
+  void standAfterPost(const Posted& posted);
   Value fieldValue(int position);
-  Value blobValue(int position);
+  Value blobValue(int position, bool asTyped);
   Value lookedUp(const Extra& extra);
   void setField(int position, const Value& value);
   void calculate();
   RecordView& view();
   std::vector<int> positions(std::string_view fields) const;
 
-  Database& database_;
+  Database* database_;
   std::string tableName_, name_;
   Table* table_ = nullptr;
   CursorState state_ = CursorState::closed;
   bool exclusive_ = false;
-  int order_ = -1;               // position of the index; -1: by row id
+  int order_ = -1;  // position of the index; -1: by row id
   std::string wantedIndex_;
   bool rowOrder_ = false;
-  std::string low_, high_;       // bounds of the keys: low_ <= key < high_ (empty: none)
+  bool readOnly_ = false;
+  std::unique_ptr<RowList> list_;
+  std::string low_, high_;                                    // bounds of the keys: low_ <= key < high_ (empty: none)
   bool ranged_ = false, filtered_ = false, nothing_ = false;  // nothing_: the master has no row
   bool bof_ = true, eof_ = true;
   bool findAgain_ = false;
-  Standing at_, kept_;           // kept_: while a new row is being entered
+  bool linked_ = false;     // the bounds are a master's
+  bool suspended_ = false;  // looks at other rows for a moment: does not follow anybody
+  Standing at_, kept_;      // kept_: while a new row is being entered
   Window window_;
   std::optional<RecordView> view_;
   std::unique_ptr<RowBuffer> buffer_;

@@ -20,6 +20,8 @@ void fire(const CursorEvents::Handler& handler) {
 // Runs an action; an error goes to the handler, which may have it tried again or ended silently.
 template <typename Action>
 void Cursor::withErrorEvent(const std::function<ErrorAnswer(const StoreError&)>& handler, Action&& action) {
+  const CursorState before = state_;
+  const RowId row = at_.row;
   while (true) {
     try {
       action();
@@ -29,6 +31,8 @@ void Cursor::withErrorEvent(const std::function<ErrorAnswer(const StoreError&)>&
       const ErrorAnswer answer = handler(error);
       if (answer == ErrorAnswer::abort) throw Abort();
       if (answer == ErrorAnswer::fail) throw;
+      // The handler may have cancelled, moved or closed: then there is nothing left to try again.
+      if (state_ != before || (state_ == CursorState::closed) || at_.row != row) throw Abort();
     }
   }
 }
@@ -37,13 +41,20 @@ bool Cursor::modified() const { return isEditing() && (buffer_->modified() || co
 
 void Cursor::leaveRow() {
   requireOpen();
-  for (Cursor* detail : details_)
-    if (detail->isEditing()) detail->leaveRow();
+  leaveDetails();
   if (!isEditing()) return;
   if (modified())
     post();
   else
     cancel();
+}
+
+// Handlers of a detail may make or end other details.
+void Cursor::leaveDetails() {
+  const std::vector<Cursor*> details = details_;
+  for (Cursor* detail : details)
+    if (std::find(details_.begin(), details_.end(), detail) != details_.end() && detail->isEditing())
+      detail->leaveRow();
 }
 
 // Back to browsing without writing anything, and without events.
@@ -62,16 +73,22 @@ void Cursor::toBrowse() {
 void Cursor::unlockStanding() noexcept {
   if (!table_->locks().holdsRecord(this, at_.row)) return;
   table_->locks().releaseRecord(this, at_.row);
-  database_.forgetLock(*table_, LockKind::record, at_.row);
+  database_->forgetLock(*table_, LockKind::record, at_.row);
+}
+
+// Whether the row is surely as it was read: nobody else can publish, and this process has changed nothing since.
+bool Cursor::isCurrent() const {
+  return table_->locks().holdsWrite() && at_.version == table_->version() && !at_.expected && !at_.ownDeleted;
 }
 
 // Locks the current row and reads it again under the lock. Another process's change is recordChanged; the own process's
 // is taken over.
 void Cursor::lockStanding() {
-  database_.waitOutTransaction(*table_);
-  database_.takeLock(*table_, LockKind::record, at_.row, [&] { return table_->locks().tryRecord(this, at_.row); });
+  database_->waitOutTransaction(*table_);
+  database_->takeLock(*table_, LockKind::record, at_.row, [&] { return table_->locks().tryRecord(this, at_.row); });
   // Under a table lock or in a transaction that note says enough.
-  if (!table_->locks().holdsWrite()) database_.noteLock(*table_, LockKind::record, at_.row);
+  if (!table_->locks().holdsWrite()) database_->noteLock(*table_, LockKind::record, at_.row);
+  if (isCurrent()) return;
   try {
     std::string now;
     const bool there = readStanding(at_.row, now);
@@ -85,22 +102,33 @@ void Cursor::lockStanding() {
       view_.reset();
     }
     at_.expected.reset();
+    at_.version = table_->version();
   } catch (...) {
     unlockStanding();
     throw;
   }
 }
 
-void Cursor::edit() {
+void Cursor::requireChangeable() const {
   requireOpen();
+  if (readOnly_) throw StoreError(Code::notEditing, "'" + name_ + "' is the result of a query and cannot be changed.");
+}
+
+void Cursor::edit() {
+  requireChangeable();
   synchronise();
   if (isEditing()) return;
   if (!at_.there) return insert();
-  for (Cursor* detail : details_)
-    if (detail->isEditing()) detail->leaveRow();
+  leaveDetails();
   fire(events.beforeEdit);
+  if (state_ != CursorState::browse || !at_.there) return;
   withErrorEvent(events.onEditError, [&] { lockStanding(); });
-  buffer_->load(at_.record);
+  try {
+    buffer_->load(at_.record);
+  } catch (...) {
+    unlockStanding();
+    throw;
+  }
   contents_.clear();
   contentsModified_ = false;
   state_ = CursorState::edit;
@@ -109,7 +137,7 @@ void Cursor::edit() {
 }
 
 void Cursor::insert() {
-  requireOpen();
+  requireChangeable();
   leaveRow();
   synchronise();
   if (nothing_) throw StoreError(Code::notEditing, "'" + name_ + "' cannot take a record: its master has none.");
@@ -147,7 +175,7 @@ void Cursor::cancel() {
 }
 
 void Cursor::checkRequired() const {
-  if (!database_.requiredIsChecked()) return;
+  if (!database_->requiredIsChecked()) return;
   for (int i = 0; i < table_->layout().fieldCount(); ++i) {
     const FieldDef& field = table_->layout().field(i);
     if (!field.required || field.type == FieldType::autoInc) continue;
@@ -159,26 +187,30 @@ void Cursor::checkRequired() const {
 
 void Cursor::post() {
   requireOpen();
-  if (!isEditing()) throw StoreError(Code::notEditing, "'" + name_ + "' is not being edited: there is nothing to post.");
-  for (Cursor* detail : details_)
-    if (detail->isEditing()) detail->leaveRow();
+  if (!isEditing())
+    throw StoreError(Code::notEditing, "'" + name_ + "' is not being edited: there is nothing to post.");
+  leaveDetails();
   fire(events.beforePost);
+  if (!isEditing()) return;  // the handler cancelled
   checkRequired();
-  withErrorEvent(events.onPostError, [&] { state_ == CursorState::edit ? postEdit() : postInsert(); });
+  Posted posted;
+  withErrorEvent(events.onPostError, [&] { posted = state_ == CursorState::edit ? postEdit() : postInsert(); });
+  standAfterPost(posted);  // the row is saved: an error from here on is none of the post
   fire(events.afterPost);
 }
 
-void Cursor::postEdit() {
+Cursor::Posted Cursor::postEdit() {
   const std::string oldKey = at_.key;
   std::string record = at_.record;
   if (modified()) {
     try {
-      Database::Change change(database_, *table_);
+      const bool current = isCurrent();  // before the change takes the write lock for itself
+      Database::Change change(*database_, *table_);
       std::string now;
-      if (!readStanding(at_.row, now) || now != at_.record)
+      if (!current && (!readStanding(at_.row, now) || now != at_.record))
         throw StoreError(Code::recordChanged, "A record of table '" + table_->name() +
                                                   "' has been changed or deleted since it was read. Read it again.");
-      table_->updateRow(at_.row, now, *buffer_, contents_, record);
+      table_->updateRow(at_.row, at_.record, *buffer_, contents_, record);
       change.done();
     } catch (...) {
       // The places of contents that were not saved after all.
@@ -192,61 +224,78 @@ void Cursor::postEdit() {
   unlockStanding();
   const RowId row = at_.row;
   if (record != at_.record) table_->rowChanged(row, &record);
-  standAfterPost(row, record, oldKey);
+  return {row, std::move(record), oldKey};
 }
 
-void Cursor::postInsert() {
+Cursor::Posted Cursor::postInsert() {
   int autoInc = -1;
   for (int i = 0; i < table_->layout().fieldCount(); ++i)
     if (table_->layout().field(i).type == FieldType::autoInc && buffer_->isNull(i)) autoInc = i;
+  const bool typed = buffer_->modified();
   std::string record;
   RowId row = 0;
   try {
-    Database::Change change(database_, *table_);
+    Database::Change change(*database_, *table_);
     row = table_->insertRow(*buffer_, contents_, record);
     change.done();
   } catch (...) {
     if (autoInc >= 0) buffer_->setNull(autoInc);
     for (const auto& content : contents_) buffer_->setNull(content.first);
+    if (!typed) buffer_->clearModified();
     throw;
   }
   kept_ = {};
+  if (list_) list_->append(row);
   table_->rowChanged(row, &record);
   std::string key;
   keyOf(row, record, key);
-  standAfterPost(row, record, key);
+  return {row, std::move(record), std::move(key)};
 }
 
 // On the posted row where it is still in view, otherwise on the one behind its old place.
-void Cursor::standAfterPost(RowId row, const std::string& record, const std::string& oldKey) {
+void Cursor::standAfterPost(const Posted& posted) {
   state_ = CursorState::browse;
   buffer_->clear();
   contents_.clear();
   std::string key;
-  keyOf(row, record, key);
-  stand(row, std::move(key), record);
+  keyOf(posted.row, posted.record, key);
+  stand(posted.row, std::move(key), posted.record);
   if (inBounds(at_.key) && !nothing_ && passes()) {
     bof_ = eof_ = false;
     arrived();
     return;
   }
   at_.there = false;
-  findAgain(oldKey);
+  moveOn(posted.oldKey);
+}
+
+// The change is saved: an error of looking for the next row says nothing about it, so the next call looks again.
+void Cursor::moveOn(const std::string& key) {
+  const std::string from = key;
+  try {
+    findAgain(from);
+  } catch (const StoreError&) {
+    at_.there = false;
+    at_.key = from;
+    findAgain_ = true;
+  }
 }
 
 void Cursor::remove() {
-  requireOpen();
+  requireChangeable();
   synchronise();
   if (state_ == CursorState::insert) return cancel();
   if (state_ == CursorState::edit) cancel();
   if (!at_.there) throw StoreError(Code::notEditing, "'" + name_ + "' has no record to delete.");
-  for (Cursor* detail : details_)
-    if (detail->isEditing()) detail->cancel();
+  const std::vector<Cursor*> details = details_;
+  for (Cursor* detail : details)
+    if (std::find(details_.begin(), details_.end(), detail) != details_.end() && detail->isEditing()) detail->cancel();
   fire(events.beforeDelete);
+  if (state_ != CursorState::browse || !at_.there) return;
   withErrorEvent(events.onDeleteError, [&] {
     lockStanding();
     try {
-      Database::Change change(database_, *table_);
+      Database::Change change(*database_, *table_);
       std::string now;
       if (!readStanding(at_.row, now) || now != at_.record)
         throw StoreError(Code::recordChanged, "A record of table '" + table_->name() +
@@ -261,14 +310,13 @@ void Cursor::remove() {
   unlockStanding();
   table_->rowChanged(at_.row, nullptr);
   at_.there = false;
-  findAgain(at_.key);
+  moveOn(at_.key);
   fire(events.afterDelete);
 }
 
 void Cursor::refresh() {
   requireOpen();
   if (isEditing()) cancel();
-  if (link_) link_->stale = false;
   if (link_) applyLink();
   findAgain_ = false;
   findAgain(at_.key);
@@ -288,18 +336,18 @@ void Cursor::rereadRow() {
 
 void Cursor::flush() {
   requireOpen();
-  database_.settle();
+  database_->settle();
 }
 
 void Cursor::lockTable() {
   requireOpen();
-  database_.takeLock(*table_, LockKind::table, 0, [&] { return table_->locks().tryTable(this); });
-  database_.noteLock(*table_, LockKind::table, 0);
+  database_->takeLock(*table_, LockKind::table, 0, [&] { return table_->locks().tryTable(this); });
+  database_->noteLock(*table_, LockKind::table, 0);
   try {
     table_->refreshUnderLock();
   } catch (...) {
     table_->locks().releaseTable(this);
-    database_.forgetLock(*table_, LockKind::table, 0);
+    database_->forgetLock(*table_, LockKind::table, 0);
     throw;
   }
 }
@@ -309,10 +357,10 @@ void Cursor::unlockTable() {
   if (!table_->locks().holdsTable(this)) return;
   const auto release = [&] {
     table_->locks().releaseTable(this);
-    database_.forgetLock(*table_, LockKind::table, 0);
+    database_->forgetLock(*table_, LockKind::table, 0);
   };
   try {
-    database_.settle();
+    database_->settle();
   } catch (...) {
     release();
     throw;

@@ -39,7 +39,7 @@ bool Cursor::next() {
     eof_ = true;
     return false;
   }
-  bof_ = false;
+  bof_ = eof_ = false;  // rows may have come behind what was the end
   arrived();
   return true;
 }
@@ -52,7 +52,7 @@ bool Cursor::prior() {
     bof_ = true;
     return false;
   }
-  eof_ = false;
+  bof_ = eof_ = false;
   arrived();
   return true;
 }
@@ -63,21 +63,35 @@ std::int64_t Cursor::moveBy(std::int64_t rows) {
   synchronise();
   if (!at_.there || rows == 0) return 0;
   std::int64_t moved = 0;
-  if (filtered_ && events.onFilter) {
+  if ((filtered_ && events.onFilter) || list_) {
     for (; moved < rows && step(true); ++moved) {
     }
     for (; moved > rows && step(false); --moved) {
     }
+    if (moved != 0) bof_ = eof_ = false;
+    if (moved != 0) arrived();
   } else {
-    const auto here = static_cast<std::int64_t>(recordNumber());
-    const std::int64_t target = std::clamp<std::int64_t>(here + rows, 1, static_cast<std::int64_t>(recordCount()));
-    if (goTo(static_cast<std::uint64_t>(target))) moved = target - here;
+    constexpr std::int64_t kFar = std::int64_t{1} << 41;
+    const auto count = static_cast<std::int64_t>(recordCount());
+    const auto number = static_cast<std::int64_t>(recordNumber());
+    // Where the row itself is gone, the one behind it has its number and is one step away.
+    const bool gone = rows > 0 && !isAt(static_cast<std::uint64_t>(number));
+    const std::int64_t here = gone ? number - 1 : number;
+    const std::int64_t target = std::min(std::max<std::int64_t>(here + std::clamp(rows, -kFar, kFar), 1), count);
+    if (target >= 1 && target != here && goTo(static_cast<std::uint64_t>(target))) moved = target - here;
   }
-  if (moved != 0) bof_ = eof_ = false;
+  if (!isOpen()) return moved;
   if (moved < rows) eof_ = true;
   if (moved > rows) bof_ = true;
-  if (moved != 0) arrived();
   return moved;
+}
+
+// Whether the row that the cursor stands on is still the one of that number.
+bool Cursor::isAt(std::uint64_t number) {
+  const Table::Reading reading(*table_);
+  Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
+  TreeWalk walk(tree);
+  return walk.seekRank((low_.empty() ? 0 : tree.rank(low_)) + number - 1) && walk.key() == at_.key;
 }
 
 bool Cursor::bof() {
@@ -98,37 +112,33 @@ bool Cursor::isEmpty() {
 std::uint64_t Cursor::recordCount() {
   synchronise();
   if (nothing_) return 0;
+  if (list_) return list_->rows.size() - list_->gone;
   if (!filtered_ || !events.onFilter) {
     const Table::Reading reading(*table_);
     Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
     const std::uint64_t above = high_.empty() ? tree.count() : tree.rank(high_);
-    return above - (low_.empty() ? 0 : tree.rank(low_));
+    const std::uint64_t below = low_.empty() ? 0 : tree.rank(low_);
+    return above > below ? above - below : 0;
   }
-  if (isEditing()) leaveRow();
-  const Standing before = at_;
+  const Aside aside(*this);
   std::uint64_t count = 0;
   for (bool found = firstRow(); found; found = step(true)) ++count;
-  at_ = before;
-  view_.reset();
-  calculated_ = false;
   return count;
 }
 
 std::uint64_t Cursor::recordNumber() {
   synchronise();
   if (!at_.there) return 0;
+  if (list_) return list_->places[at_.row] + 1;
   if (!filtered_ || !events.onFilter) {
     const Table::Reading reading(*table_);
     Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
     return tree.rank(at_.key) - (low_.empty() ? 0 : tree.rank(low_)) + 1;
   }
-  if (isEditing()) leaveRow();
-  const Standing before = at_;
+  const std::string mine = at_.key;
+  const Aside aside(*this);
   std::uint64_t number = 0;
-  for (bool found = firstRow(); found && at_.key <= before.key; found = step(true)) ++number;
-  at_ = before;
-  view_.reset();
-  calculated_ = false;
+  for (bool found = firstRow(); found && at_.key <= mine; found = step(true)) ++number;
   return number;
 }
 
@@ -137,6 +147,7 @@ bool Cursor::goTo(std::uint64_t number) {
   leaveRow();
   synchronise();
   if (number == 0 || nothing_) return false;
+  if (list_) return number <= list_->rows.size() && goToRow(list_->rows[number - 1]);
   if (filtered_ && events.onFilter) {
     const Standing before = at_;
     std::uint64_t count = 0;
@@ -148,6 +159,7 @@ bool Cursor::goTo(std::uint64_t number) {
       }
     at_ = before;
     view_.reset();
+    calculated_ = false;
     return false;
   }
   std::string key, record;
@@ -192,6 +204,7 @@ bool Cursor::goToRow(RowId row) {
   if (!passes()) {
     at_ = std::move(before);
     view_.reset();
+    calculated_ = false;
     return false;
   }
   bof_ = eof_ = false;

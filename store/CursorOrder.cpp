@@ -24,11 +24,13 @@ void Cursor::setIndex(std::string_view name) {
   high_.clear();
   ranged_ = false;
   window_ = {};
+  linked_ = false;
   if (link_) applyLink();
-  findAgain(at_.key);
+  findAgainFrom(at_);
 }
 
 void Cursor::setRowOrder() {
+  if (link_) throw StoreError(Code::noSuchIndex, "'" + name_ + "' follows a master and keeps the order of its index.");
   rowOrder_ = true;
   wantedIndex_.clear();
   if (!isOpen()) return;
@@ -38,7 +40,7 @@ void Cursor::setRowOrder() {
   low_.clear();
   high_.clear();
   ranged_ = false;
-  findAgain(at_.key);
+  findAgainFrom(at_);
 }
 
 std::string Cursor::indexName() const {
@@ -52,8 +54,14 @@ void Cursor::setRange(std::vector<Value> start, std::vector<Value> end) {
   if (order_ < 0) throw StoreError(Code::noSuchIndex, "A range on '" + name_ + "' needs an index.");
   if (link_) throw StoreError(Code::noSuchIndex, "'" + name_ + "' follows a master and can have no range of its own.");
   std::string low, high;
-  table_->codec(order_).encodePrefix(start, low);
-  table_->codec(order_).encodePrefix(end, high);
+  const KeyCodec& codec = table_->codec(order_);
+  codec.encodePrefix(start, low);
+  codec.encodePrefix(end, high);
+  // In a descending field the larger value comes first, whichever of the two was named first.
+  const auto& parts = table_->definition().indexes[static_cast<std::size_t>(order_)].parts;
+  std::size_t differs = 0;
+  while (differs < start.size() && differs < end.size() && start[differs] == end[differs]) ++differs;
+  if (differs < start.size() && differs < end.size() && parts[differs].descending && high < low) std::swap(low, high);
   low_ = std::move(low);
   high_ = KeyCodec::successor(std::move(high));
   ranged_ = true;
@@ -66,7 +74,7 @@ void Cursor::cancelRange() {
   leaveRow();
   low_.clear();
   high_.clear();
-  ranged_ = nothing_ = false;
+  ranged_ = nothing_ = linked_ = false;
   if (link_) applyLink();
   findAgain(at_.key);
 }

@@ -1,9 +1,15 @@
 #pragma once
 // What a cursor is made of inside; for its own sources only.
 
+#include <unordered_map>
+#include <utility>
+
 #include "store/Cursor.h"
 
 namespace quillon::store {
+
+// Names joined by ';'.
+std::vector<std::string_view> splitNames(std::string_view names);
 
 struct Cursor::Extra {
   FieldDef definition;
@@ -19,6 +25,43 @@ struct Cursor::Link {
   std::string masterFields;
   std::string index;
   bool stale = true;
+};
+
+struct Cursor::RowList {
+  std::vector<RowId> rows;
+  std::unordered_map<RowId, std::uint64_t> places;
+  std::uint64_t gone = 0;  // rows that were deleted here
+  void append(RowId row) {
+    places.emplace(row, rows.size());
+    rows.push_back(row);
+  }
+};
+
+// While one lives, the cursor may stand on any row, as when browsing; its end puts everything back.
+class Cursor::Aside {
+ public:
+  explicit Aside(Cursor& cursor)
+      : cursor_(cursor), at_(cursor.at_), state_(cursor.state_), suspended_(cursor.suspended_) {
+    cursor.state_ = CursorState::browse;
+    cursor.suspended_ = true;
+    cursor.view_.reset();
+    cursor.calculated_ = false;
+  }
+  ~Aside() {
+    cursor_.at_ = std::move(at_);
+    cursor_.state_ = state_;
+    cursor_.suspended_ = suspended_;
+    cursor_.view_.reset();
+    cursor_.calculated_ = false;
+  }
+  Aside(const Aside&) = delete;
+  Aside& operator=(const Aside&) = delete;
+
+ private:
+  Cursor& cursor_;
+  Standing at_;
+  CursorState state_;
+  bool suspended_;
 };
 
 // A search for rows by the values of some fields.

@@ -6,6 +6,7 @@
 #include "store/CursorParts.h"
 #include "store/Database.h"
 #include "store/Errors.h"
+#include "store/sql/Datum.h"
 #include "store/table/Table.h"
 
 namespace quillon::store {
@@ -31,44 +32,60 @@ bool Cursor::findKey(const std::vector<Value>& values) {
   if (order_ < 0) throw StoreError(Code::noSuchIndex, "A search by key on '" + name_ + "' needs an index.");
   if (nothing_) return false;
   std::string prefix, record;
-  table_->codec(order_).encodePrefix(values, prefix);
-  if (filtered_ && events.onFilter) {
-    const Standing before = at_;
+  try {
+    table_->codec(order_).encodePrefix(values, prefix);
+  } catch (const StoreError& error) {
+    if (error.code() != Code::badValue) throw;
+    return false;  // no row has a value that its field cannot hold
+  }
+  if (filtered_ && events.onFilter) return findKeyFiltered(prefix);
+  RowId row = 0;
+  std::string key;
+  table_->read([&] {
+    row = 0;
+    TreeWalk walk(table_->index(order_));
+    if (!walk.seek(std::max<std::string_view>(prefix, low_)) || !walk.key().starts_with(prefix) ||
+        !inBounds(walk.key()))
+      return;
+    row = KeyCodec::rowOf(walk.key());
+    if (!table_->readRow(row, record))
+      throw StoreError(Code::damaged, "An index of table '" + table_->name() +
+                                          "' names a record that is not there. Run Pack/Repair on the company.");
+    key = walk.key();
+  });
+  if (row == 0) return false;
+  at_.key.swap(key);
+  at_.there = true;
+  at_.row = row;
+  at_.record.swap(record);
+  at_.version = table_->version();
+  at_.expected.reset();
+  at_.ownDeleted = false;
+  bof_ = eof_ = false;
+  arrived();
+  return true;
+}
+
+bool Cursor::findKeyFiltered(const std::string& prefix) {
+  std::optional<Standing> found;
+  {
+    const Aside aside(*this);
+    window_ = {};
     if (fill(true, std::max(prefix, low_), true, false)) {
       take(window_.entries[0]);
       while (at_.key.starts_with(prefix)) {
         if (passes()) {
-          bof_ = eof_ = false;
-          arrived();
-          return true;
+          found = at_;
+          break;
         }
         const Window::Entry* entry = ahead(true);
         if (!entry) break;
         take(*entry);
       }
     }
-    at_ = before;
-    view_.reset();
-    calculated_ = false;
-    return false;
   }
-  RowId row;
-  {
-    const Table::Reading reading(*table_);
-    TreeWalk walk(table_->index(order_));
-    if (!walk.seek(std::max<std::string_view>(prefix, low_)) || !walk.key().starts_with(prefix) || !inBounds(walk.key()))
-      return false;
-    row = KeyCodec::rowOf(walk.key());
-    if (!table_->readRow(row, record))
-      throw StoreError(Code::damaged, "An index of table '" + table_->name() +
-                                          "' names a record that is not there. Run Pack/Repair on the company.");
-    at_.key = walk.key();
-  }
-  at_.there = true;
-  at_.row = row;
-  at_.record.swap(record);
-  at_.expected.reset();
-  at_.ownDeleted = false;
+  if (!found) return false;
+  at_ = std::move(*found);
   bof_ = eof_ = false;
   arrived();
   return true;
@@ -80,7 +97,12 @@ bool Cursor::findNearest(const std::vector<Value>& values) {
   synchronise();
   if (order_ < 0) throw StoreError(Code::noSuchIndex, "A search by key on '" + name_ + "' needs an index.");
   std::string prefix;
-  table_->codec(order_).encodePrefix(values, prefix);
+  try {
+    table_->codec(order_).encodePrefix(values, prefix);
+  } catch (const StoreError& error) {
+    if (error.code() != Code::badValue) throw;
+    return false;
+  }
   window_ = {};
   bof_ = eof_ = false;
   if (prefix.empty() ? !firstRow() : !enter(true, prefix, true)) {
@@ -96,12 +118,7 @@ bool Cursor::locate(std::string_view fields, const std::vector<Value>& values, L
   leaveRow();
   synchronise();
   Search wanted{{}, options};
-  const std::vector<int> places = positions(fields);
-  if (places.size() != values.size())
-    throw StoreError(Code::badValue, "A search on '" + name_ + "' has another number of values than of fields.");
-  for (std::size_t i = 0; i < places.size(); ++i)
-    wanted.terms.push_back({places[i], values[i],
-                            values[i].kind() == Value::Kind::text ? foldCase(values[i].asText()) : std::string()});
+  if (!prepareSearch(fields, values, wanted)) return false;
   Standing found;
   if (!search(wanted, found)) return false;
   at_ = std::move(found);
@@ -110,34 +127,48 @@ bool Cursor::locate(std::string_view fields, const std::vector<Value>& values, L
   return true;
 }
 
+// What is looked for, in the types of the fields; false when a field cannot hold its value, so that no row has it.
+bool Cursor::prepareSearch(std::string_view fields, const std::vector<Value>& values, Search& wanted) const {
+  const std::vector<int> places = positions(fields);
+  if (places.size() != values.size())
+    throw StoreError(Code::badValue, "A search on '" + name_ + "' has another number of values than of fields.");
+  const TableDef& table = table_->definition();
+  sql::Texts texts;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    Value value = values[i];
+    const auto place = static_cast<std::size_t>(places[i]);
+    const FieldType type =
+        place < table.fields.size() ? table.fields[place].type : extras_[place - table.fields.size()]->definition.type;
+    try {
+      if (sql::typeOf(type) == sql::Type::text)
+        value = value.isNull() || value.kind() == Value::Kind::text ? value : Value(value.toText());
+      else if (!value.isNull())
+        value = sql::valueOf(sql::convert(sql::datumOf(value, texts), sql::typeOf(type), texts));
+    } catch (const StoreError& error) {
+      if (error.code() != Code::badValue && error.code() != Code::typeMismatch) throw;
+      return false;
+    }
+    const std::string folded = value.kind() == Value::Kind::text ? foldCase(value.asText()) : std::string();
+    wanted.terms.push_back({places[i], std::move(value), folded});
+  }
+  return true;
+}
+
 std::vector<Value> Cursor::lookupAll(std::string_view keyFields, const std::vector<Value>& values,
                                      std::string_view results) {
+  requireOpen();
   synchronise();
-  Search wanted;
-  const std::vector<int> places = positions(keyFields);
-  for (std::size_t i = 0; i < places.size() && i < values.size(); ++i) wanted.terms.push_back({places[i], values[i], {}});
   const std::vector<int> given = positions(results);
   std::vector<Value> result(given.size());
+  Search wanted;
   Standing found;
-  const CursorState state = std::exchange(state_, CursorState::browse);
-  Standing before = at_;
-  try {
-    if (!nothing_ && search(wanted, found)) {
-      at_ = std::move(found);
-      view_.reset();
-      calculated_ = false;
-      for (std::size_t i = 0; i < given.size(); ++i) result[i] = fieldValue(given[i]);
-    }
-  } catch (...) {
-    at_ = std::move(before);
-    state_ = state;
-    view_.reset();
-    throw;
-  }
-  at_ = std::move(before);
-  state_ = state;
+  if (nothing_ || !prepareSearch(keyFields, values, wanted)) return result;
+  const Aside aside(*this);
+  if (!search(wanted, found)) return result;
+  at_ = std::move(found);
   view_.reset();
   calculated_ = false;
+  for (std::size_t i = 0; i < given.size(); ++i) result[i] = fieldValue(given[i]);
   return result;
 }
 
@@ -155,7 +186,8 @@ bool Cursor::matches(const Search& wanted) {
     const bool text = term.position < own && table_->layout().field(term.position).type == FieldType::string;
     if (text && term.value.kind() == Value::Kind::text) {
       if (view().isNull(term.position)) return false;
-      if (!sameText(view().text(term.position), term.value.asText(), term.folded, wanted.options, partial)) return false;
+      if (!sameText(view().text(term.position), term.value.asText(), term.folded, wanted.options, partial))
+        return false;
       continue;
     }
     const Value value = fieldValue(term.position);
@@ -170,22 +202,10 @@ bool Cursor::matches(const Search& wanted) {
 
 bool Cursor::search(const Search& wanted, Standing& found) {
   if (nothing_) return false;
-  Standing before = at_;
-  const auto putBack = [&] {
-    at_ = std::move(before);
-    view_.reset();
-    calculated_ = false;
-  };
-  try {
-    bool usable = false;
-    bool result = searchByIndex(wanted, found, usable);
-    if (!usable) result = searchByWalk(wanted, found);
-    putBack();
-    return result;
-  } catch (...) {
-    putBack();
-    throw;
-  }
+  const Aside aside(*this);
+  bool usable = false;
+  const bool result = searchByIndex(wanted, found, usable);
+  return usable ? result : searchByWalk(wanted, found);
 }
 
 // An index whose leading fields are those of the search, in any order, finds candidates; they are tested again.
@@ -198,8 +218,9 @@ bool Cursor::searchByIndex(const Search& wanted, Standing& found, bool& usable) 
     if (index.parts.size() < wanted.terms.size()) continue;
     bool fits = true;
     for (std::size_t t = 0; t < wanted.terms.size() && fits; ++t) {
-      const auto part = std::find_if(index.parts.begin(), index.parts.begin() + static_cast<std::ptrdiff_t>(wanted.terms.size()),
-                                     [&](const IndexPart& p) { return p.field == wanted.terms[t].position; });
+      const auto part =
+          std::find_if(index.parts.begin(), index.parts.begin() + static_cast<std::ptrdiff_t>(wanted.terms.size()),
+                       [&](const IndexPart& p) { return p.field == wanted.terms[t].position; });
       const auto place = static_cast<std::size_t>(part - index.parts.begin());
       fits = place < wanted.terms.size();
       if (!fits) break;

@@ -17,11 +17,20 @@ constexpr std::int64_t kFreshFor = 100;  // milliseconds that rows read ahead ar
 
 }  // namespace
 
-bool Cursor::inBounds(std::string_view key) const { return key >= low_ && (high_.empty() || key < high_); }
+// In a live result keys are the place in the list, then the row id.
+bool Cursor::inBounds(std::string_view key) const {
+  if (list_) return key[0] != '\xFF';
+  return key >= low_ && (high_.empty() || key < high_);
+}
 
 void Cursor::keyOf(RowId row, std::string_view record, std::string& key) const {
   if (order_ < 0) {
     key.clear();
+    if (list_) {
+      const auto found = list_->places.find(row);
+      const std::uint64_t place = found == list_->places.end() ? ~std::uint64_t{0} : found->second;
+      for (int shift = 56; shift >= 0; shift -= 8) key += static_cast<char>(place >> shift);
+    }
     KeyCodec::appendRow(key, row);
   } else {
     table_->codec(order_).encode(RecordView(table_->layout(), record), row, key);
@@ -35,11 +44,20 @@ bool Cursor::fill(bool forward, std::string_view from, bool inclusive, bool boun
   const bool usedUp = window_.forward == forward && !window_.entries.empty() && window_.version == table_->version();
   window_.batch = usedUp ? std::min(window_.batch * 4, kLongestBatch) : kFirstBatch;
   window_.forward = forward;
+  window_.at = 0;
   window_.entries.clear();
   window_.bytes.clear();
-  window_.at = 0;
   if (nothing_) return false;
-  const Table::Reading reading(*table_);
+  if (list_) return fillFromList(forward, start, inclusive, bounded);
+  table_->read([&] { fillFromTree(forward, start, inclusive, bounded); });
+  window_.version = table_->version();
+  window_.time = database_->session().environment().clock.milliseconds();
+  return !window_.entries.empty();
+}
+
+void Cursor::fillFromTree(bool forward, const std::string& start, bool inclusive, bool bounded) {
+  window_.entries.clear();
+  window_.bytes.clear();
   Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
   TreeWalk walk(tree);
   TreeWalk rows(table_->rows());
@@ -80,8 +98,32 @@ bool Cursor::fill(bool forward, std::string_view from, bool inclusive, bool boun
     window_.bytes += record;
     window_.entries.push_back(entry);
   }
+}
+
+bool Cursor::fillFromList(bool forward, std::string_view from, bool inclusive, bool bounded) {
+  const auto size = static_cast<std::int64_t>(list_->rows.size());
+  std::int64_t place = forward ? 0 : size - 1;
+  if (!bounded && !from.empty()) {
+    std::uint64_t at = 0;
+    for (std::size_t i = 0; i < 8; ++i) at = at << 8 | static_cast<unsigned char>(from[i]);
+    place = at >= list_->rows.size() ? size : static_cast<std::int64_t>(at);
+    if (!inclusive) place += forward ? 1 : -1;
+  }
+  const Table::Reading reading(*table_);
+  std::string key, record;
+  for (; place >= 0 && place < size && window_.entries.size() < window_.batch; place += forward ? 1 : -1) {
+    const RowId row = list_->rows[static_cast<std::size_t>(place)];
+    if (!table_->readRow(row, record)) continue;
+    keyOf(row, record, key);
+    Window::Entry entry{static_cast<std::uint32_t>(window_.bytes.size()), static_cast<std::uint32_t>(key.size()), 0,
+                        static_cast<std::uint32_t>(record.size()), row};
+    window_.bytes += key;
+    entry.record = static_cast<std::uint32_t>(window_.bytes.size());
+    window_.bytes += record;
+    window_.entries.push_back(entry);
+  }
   window_.version = table_->version();
-  window_.time = database_.session().environment().clock.milliseconds();
+  window_.time = database_->session().environment().clock.milliseconds();
   return !window_.entries.empty();
 }
 
@@ -93,9 +135,9 @@ const Cursor::Window::Entry* Cursor::ahead(bool forward) {
     const bool mine = current.row == at_.row && current.keySize == at_.key.size() &&
                       std::string_view(window_.bytes).substr(current.key, current.keySize) == at_.key;
     bool fresh = mine;
-    if (mine && !database_.inMemory()) {
-      const std::int64_t now = database_.session().environment().clock.milliseconds();
-      if (now - window_.time > kFreshFor || database_.session().settings().strictChangeDetection) {
+    if (mine && !database_->inMemory()) {
+      const std::int64_t now = database_->session().environment().clock.milliseconds();
+      if (now - window_.time > kFreshFor || database_->session().settings().strictChangeDetection) {
         const Table::Reading reading(*table_);  // notices what others have published
         fresh = window_.version == table_->version();
         window_.time = now;
@@ -113,12 +155,13 @@ void Cursor::take(const Window::Entry& entry) {
   at_.record.assign(window_.bytes, entry.record, entry.recordSize);
   at_.expected.reset();
   at_.ownDeleted = false;
+  at_.version = window_.version;
   view_.reset();
   calculated_ = false;
 }
 
 void Cursor::stand(RowId row, std::string key, std::string record) {
-  at_ = {true, row, std::move(key), std::move(record), std::nullopt, false};
+  at_ = {true, row, std::move(key), std::move(record), std::nullopt, false, table_->version()};
   view_.reset();
   calculated_ = false;
 }
@@ -141,6 +184,7 @@ bool Cursor::step(bool forward) {
   } catch (...) {
     at_ = std::move(before);
     view_.reset();
+    calculated_ = false;
     throw;
   }
   at_ = std::move(before);
@@ -160,14 +204,19 @@ bool Cursor::enter(bool forward, std::string_view from, bool inclusive) {
   return false;
 }
 
+// Without any row there is no place to come back to.
 bool Cursor::firstRow() {
   window_ = {};
-  return enter(true, {}, true);
+  if (enter(true, {}, true)) return true;
+  at_.key.clear();
+  return false;
 }
 
 bool Cursor::lastRow() {
   window_ = {};
-  return enter(false, {}, true);
+  if (enter(false, {}, true)) return true;
+  at_.key.clear();
+  return false;
 }
 
 void Cursor::arrived() {
@@ -177,7 +226,8 @@ void Cursor::arrived() {
   if (events.afterScroll) events.afterScroll();
 }
 
-// Stands on the row that it stood on, or where that is gone or out of view on the next one that passes, else at the end.
+// Stands on the row that it stood on, or where that is gone or out of view on the next one that passes, else at the
+// end.
 void Cursor::findAgain(const std::string& key) {
   window_ = {};
   std::string record;
@@ -192,16 +242,23 @@ void Cursor::findAgain(const std::string& key) {
       }
     }
   }
-  bof_ = false;
   const std::string from = key;
+  bof_ = from.empty();
   eof_ = from.empty() ? !firstRow() : !enter(true, from, true);
   if (eof_ && !lastRow()) bof_ = true;
   arrived();
 }
 
+void Cursor::findAgainFrom(const Standing& standing) {
+  std::string key;
+  if (standing.there) keyOf(standing.row, standing.record, key);
+  findAgain(key);
+}
+
 bool Cursor::readStanding(RowId row, std::string& record) const {
-  const Table::Reading reading(*table_);
-  return table_->readRow(row, record);
+  bool found = false;
+  table_->read([&] { found = table_->readRow(row, record); });
+  return found;
 }
 
 }  // namespace quillon::store

@@ -23,6 +23,10 @@ constexpr const char* kMemoryFolder = "\\Memory";
 
 Database::Database(Session& session, std::string folder)
     : session_(session), files_(session.environment().files), folder_(std::move(folder)) {
+  if (session.settings().sessionType == SessionType::remote)
+    throw StoreError(Code::noSuchFolder,
+                     "This version works on folders and not with a store server. Take the remote host "
+                     "out of the settings.");
   if (!files_.folderExists(folder_))
     throw StoreError(Code::noSuchFolder, "The folder '" + folder_ + "' is not there. Check the drive or the network.");
   protocol_ = std::make_unique<CommitProtocol>(session.environment(), folder_);
@@ -47,7 +51,7 @@ Database::~Database() {
   tables_.clear();
 }
 
-std::string Database::plainName(std::string_view name) const {
+std::string Database::plainName(std::string_view name) {
   const std::string folded = foldCase(name);
   if (folded.starts_with("\\memory\\")) name.remove_prefix(8);
   if (folded.ends_with(".dat")) name.remove_suffix(4);
@@ -56,6 +60,7 @@ std::string Database::plainName(std::string_view name) const {
 
 // The name as the files spell it; empty when there is no such table.
 std::string Database::findName(std::string_view name) {
+  if (!inMemory() && foldCase(name).starts_with("\\memory\\")) return {};
   const std::string plain = plainName(name);
   if (plain.empty() || plain.find('/') != std::string::npos) return {};
   const std::string path = findFile(files_, folder_, plain + kExtensions[kDat]);
@@ -93,14 +98,19 @@ void Database::createTables(std::span<const TableDef> definitions) {
   std::optional<CommitProtocol::Quiet> alone;  // of two processes that make the same table one is refused
   if (!inMemory()) alone.emplace(*protocol_, CommitProtocol::Quiet::Journal::asItIs);
   for (const TableDef& definition : definitions)
-    if (exists(definition.name))
-      throw StoreError(Code::tableExists, "Table '" + definition.name + "' exists already.");
+    if (exists(definition.name)) throw StoreError(Code::tableExists, "Table '" + definition.name + "' exists already.");
   for (const TableDef& definition : definitions)
     TableFiles::prepare(files_, folder_, definition.name, newFileId(definition.name), definition.encode(),
                         definition.indexes.size());
   files_.syncFolder(folder_);
-  for (const TableDef& definition : definitions) TableFiles::appear(files_, folder_, definition.name);
-  files_.syncFolder(folder_);
+  try {
+    for (const TableDef& definition : definitions) TableFiles::appear(files_, folder_, definition.name);
+    files_.syncFolder(folder_);
+  } catch (...) {
+    // Refused as a whole: without its .DAT file there is no table.
+    for (const TableDef& definition : definitions) files_.remove(folder_ + "/" + definition.name + kExtensions[kDat]);
+    throw;
+  }
 }
 
 void Database::dropTable(std::string_view name) {
@@ -132,7 +142,8 @@ void Database::emptyTable(std::string_view name) {
   refuseInTransaction();
   const auto open = tables_.find(foldCase(findName(name)));
   if (open != tables_.end() && (transaction_ || open->second->locks().openers() > 0))
-    throw StoreError(Code::tableInUse, "Table '" + open->second->name() + "' is in use by this program and cannot be emptied.");
+    throw StoreError(Code::tableInUse,
+                     "Table '" + open->second->name() + "' is in use by this program and cannot be emptied.");
   const int marker = 0;
   Table& table = openTable(name, &marker, true);
   try {
@@ -142,8 +153,12 @@ void Database::emptyTable(std::string_view name) {
       change.done();
     }
     settle();
-    if (!inMemory()) protocol_->checkpoint();
-    for (const Role role : {kDat, kIdx, kBlb}) table.files().file(role).cut();
+    try {
+      if (!inMemory()) protocol_->checkpoint();
+      for (const Role role : {kDat, kIdx, kBlb}) table.files().file(role).cut();
+    } catch (const StoreError&) {
+      // The table is empty all the same; its files keep their length.
+    }
   } catch (...) {
     closeTable(table, &marker);
     throw;
@@ -155,23 +170,30 @@ Table& Database::openTable(std::string_view name, TableLocks::Owner owner, bool 
   const std::string found = findName(name);
   if (found.empty())
     throw StoreError(Code::noSuchTable, "Table '" + plainName(name) + "' is not in the folder '" + folder_ + "'.");
-  auto& slot = tables_[foldCase(found)];
+  const std::string folded = foldCase(found);
+  auto& slot = tables_[folded];
   const bool made = slot == nullptr;
   try {
     if (made) slot = std::make_unique<Table>(*this, found);
     Table& table = *slot;
     takeLock(table, LockKind::exclusiveOpen, 0, [&] { return table.locks().tryOpen(owner, exclusive); });
+    if (made && !table.files().isInPlace(files_, folder_)) {
+      // While the lock was waited for the table was dropped, and perhaps made anew.
+      tables_.erase(folded);
+      return openTable(name, owner, exclusive);
+    }
     if (exclusive) noteLock(table, LockKind::exclusiveOpen, 0);
     try {
       if (made) table.load();
       if (exclusive) table.refreshUnderLock();
     } catch (...) {
       table.locks().close(owner);
+      if (exclusive) forgetLock(table, LockKind::exclusiveOpen, 0);
       throw;
     }
     return table;
   } catch (...) {
-    if (made) tables_.erase(foldCase(found));
+    if (made) tables_.erase(folded);
     throw;
   }
 }
@@ -203,6 +225,7 @@ void Database::takeLock(Table& table, LockKind kind, RowId row, const std::funct
     if (answer == TableLocks::Answer::granted) break;
     if (answer == TableLocks::Answer::heldHere || tries >= settings.lockRetryCount)
       raiseLocked(table, kind, row, answer == TableLocks::Answer::heldHere);
+    settle();  // nobody is waited for while a gathered group keeps others waiting
     session_.environment().clock.sleep(std::int64_t{settings.lockWaitTime} * 1000);
   }
 }
@@ -225,8 +248,7 @@ void Database::waitOutTransaction(Table& table) {
 }
 
 void Database::raiseLocked(Table& table, LockKind kind, RowId row, bool here) {
-  const std::string what =
-      (kind == LockKind::record ? "The record of table '" : "Table '") + table.name() + "'";
+  const std::string what = (kind == LockKind::record ? "The record of table '" : "Table '") + table.name() + "'";
   const Code code = kind == LockKind::exclusiveOpen ? Code::tableInUse : Code::recordLocked;
   if (here) throw StoreError(code, what + " is in use in another window of this program.");
   throw StoreError(code, inUse(what, holders_.get(), {kind, Holders::tableHash(table.name()), row}) + ".");

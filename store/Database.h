@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "store/Schema.h"
@@ -37,14 +38,22 @@ class Database {
   bool inMemory() const { return protocol_ == nullptr; }
   CommitProtocol* protocol() { return protocol_.get(); }
 
+  // A table's name without "\\Memory\\" and ".DAT".
+  static std::string plainName(std::string_view name);
+
   // Whole tables.
   bool exists(std::string_view name);
-  std::vector<std::string> tableNames();                // sorted
-  void createTable(const TableDef& definition);         // tableExists, badDefinition
+  std::vector<std::string> tableNames();                     // sorted
+  void createTable(const TableDef& definition);              // tableExists, badDefinition
   void createTables(std::span<const TableDef> definitions);  // with two syncs of the folder in all
-  void dropTable(std::string_view name);                // noSuchTable; tableInUse while any cursor has it open
+  void dropTable(std::string_view name);                     // noSuchTable; tableInUse while any cursor has it open
   // Removes all rows and starts autoInc over. tableInUse while another own cursor or another process has it open.
   void emptyTable(std::string_view name);
+
+  // Gives a table another definition; `from` names for each new field the old one whose values it takes, or -1. The
+  // rows are kept in their order and get new row ids. tableInUse while anybody has it open; keyViolation, badValue:
+  // nothing changed.
+  void redefineTable(const TableDef& definition, const std::vector<int>& from);
 
   // A transaction over the tables named, whose write locks it holds. One at a time (badTransaction). recordLocked,
   // after the tries of the settings, when another process holds one of them.
@@ -60,6 +69,8 @@ class Database {
 
   // Publishes everything that was gathered. Called before any dialog or event loop.
   void settle();
+  // The error of the last settle could not be passed on: the next one raises it again.
+  void tellAtSettle() noexcept { lost_ += std::exchange(untold_, 0); }
   // While one lives, Posts on any table gather (imports, the rows of a new company, purges). May nest. Its end
   // publishes; call settle() first to hear of a failure.
   class BulkScope {
@@ -114,14 +125,14 @@ class Database {
    private:
     Database& database_;
     Table& table_;
-    bool covered_ = false;   // by the open transaction
-    bool gathers_ = false;   // leaves its pages to a group
-    bool inGroup_ = false;   // the table has a group already
+    bool covered_ = false;  // by the open transaction
+    bool gathers_ = false;  // leaves its pages to a group
+    bool inGroup_ = false;  // the table has a group already
     bool finished_ = false;
   };
 
-  // Takes a lock by the tries of the settings: `attempt` is one try. Raises recordLocked (tableInUse for an open) naming
-  // the holder, at once when the holder is of this process. noteLock writes it down for others to read.
+  // Takes a lock by the tries of the settings: `attempt` is one try. Raises recordLocked (tableInUse for an open)
+  // naming the holder, at once when the holder is of this process. noteLock writes it down for others to read.
   void takeLock(Table& table, LockKind kind, RowId row, const std::function<TableLocks::Answer()>& attempt);
   void noteLock(Table& table, LockKind kind, RowId row) noexcept;
   void forgetLock(Table& table, LockKind kind, RowId row) noexcept;
@@ -133,12 +144,12 @@ class Database {
   explicit Database(Session& session, FileSystem& memory);  // the tables in memory
 
   void publish(std::span<Table* const> tables);
+  void publishGathered();
   void takeWrite(Table& table);
   bool gathersNow(Table& table) const;
-  void dropGathered(Table& table) noexcept;
+  void dropGathered() noexcept;
   std::string findName(std::string_view name);
   void refuseInTransaction() const;
-  std::string plainName(std::string_view name) const;
   [[noreturn]] void raiseLocked(Table& table, LockKind kind, RowId row, bool here);
   void releaseTransaction() noexcept;
   std::uint64_t newFileId(std::string_view name);
@@ -149,14 +160,16 @@ class Database {
   std::unique_ptr<CommitProtocol> protocol_;
   std::unique_ptr<Holders> holders_;
   std::map<std::string, std::unique_ptr<Table>, std::less<>> tables_;  // by folded name
-  std::vector<Table*> covered_;   // by the transaction
+  std::vector<Table*> covered_;                                        // by the transaction
   std::vector<Table*> gathering_;
   std::int64_t gatherStart_ = 0;
   bool transaction_ = false;
   int bulk_ = 0;
   int copying_ = 0;
-  int lost_ = 0;             // rows of a gathered group that an error took with it
-  std::uint64_t made_ = 0;   // tables, for file ids
+  int lost_ = 0;            // rows of a gathered group that an error took with it, to be told
+  int untold_ = 0;          // rows that the last settle could not publish; it raised
+  bool unknown_ = false;    // whether a group was saved is known only after the next opening
+  std::uint64_t made_ = 0;  // tables, for file ids
 };
 
 }  // namespace quillon::store

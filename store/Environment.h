@@ -14,9 +14,9 @@ class Clock {
   Clock(const Clock&) = delete;
   Clock& operator=(const Clock&) = delete;
   virtual ~Clock() = default;
-  virtual std::int64_t milliseconds() = 0;                  // steady; any start; may be coarse (5 ms)
-  virtual std::int64_t unixSeconds() = 0;                   // calendar time, UTC
-  virtual void sleep(std::int64_t microseconds) = 0;        // other processes run meanwhile
+  virtual std::int64_t milliseconds() = 0;            // steady; any start; may be coarse (5 ms)
+  virtual std::int64_t unixSeconds() = 0;             // calendar time, UTC
+  virtual void sleep(std::int64_t microseconds) = 0;  // other processes run meanwhile
 };
 
 // The real clock; lives as long as the program.
@@ -26,7 +26,7 @@ Clock& systemClock();
 struct Environment {
   FileSystem& files;
   Clock& clock;
-  std::string user;     // shown to others who wait for our locks
+  std::string user;  // shown to others who wait for our locks
   std::string machine;
   std::int64_t process = 0;
 };

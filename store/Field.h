@@ -10,8 +10,8 @@ namespace quillon::store {
 class Cursor;
 struct FieldDef;
 
-// A field of a cursor's current row: of the table, calculated, or looked up. A light handle; valid while the cursor is open.
-// Reading in edit and insert gives what was typed. Setting raises notEditing outside edit and insert, badValue.
+// A field of a cursor's current row: of the table, calculated, or looked up. A light handle; valid while the cursor is
+// open. Reading in edit and insert gives what was typed. Setting raises notEditing outside edit and insert, badValue.
 class Field {
  public:
   Field(Cursor& cursor, int position) : cursor_(&cursor), position_(position) {}

@@ -49,6 +49,7 @@ std::int64_t wholeScalar(const FieldDef& field, std::string_view table, const Va
   } catch (const StoreError&) {
     refuseValue(field, table, value, "a whole number is needed");
   }
+  if (field.type == FieldType::largeInt) return number;
   const bool fits = field.type == FieldType::smallint ? within<std::int16_t>(number) : within<std::int32_t>(number);
   if (!fits) refuseValue(field, table, value, "the number is out of range");
   return number;
@@ -106,6 +107,7 @@ std::int64_t scalarOf(const FieldDef& field, std::string_view table, const Value
     case FieldType::smallint:
     case FieldType::integer:
     case FieldType::autoInc:
+    case FieldType::largeInt:
       return wholeScalar(field, table, value);
     case FieldType::floating:
       return floatScalar(field, table, value);
@@ -136,6 +138,7 @@ Value valueOf(FieldType type, std::int64_t scalar) {
     case FieldType::smallint:
     case FieldType::integer:
     case FieldType::autoInc:
+    case FieldType::largeInt:
       return scalar;
     case FieldType::floating:
       return std::bit_cast<double>(scalar);
@@ -189,6 +192,7 @@ bool isSound(FieldType type, std::int64_t scalar) {
     case FieldType::floating:
       return std::isfinite(std::bit_cast<double>(scalar)) && scalar != std::numeric_limits<std::int64_t>::min();
     case FieldType::currency:
+    case FieldType::largeInt:
       return true;
     case FieldType::boolean:
       return scalar == 0 || scalar == 1;

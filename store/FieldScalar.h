@@ -25,7 +25,7 @@ Value valueOf(FieldType type, std::int64_t scalar);
 
 // Bytes of a field in a record: 0 for text, 16 for a BlobRef.
 constexpr std::uint8_t widthOf(FieldType type) {
-  constexpr std::uint8_t kWidths[] = {0, 0, 2, 4, 4, 8, 8, 1, 4, 4, 8, 16, 16, 16};  // by the types' numbers
+  constexpr std::uint8_t kWidths[] = {0, 0, 2, 4, 4, 8, 8, 1, 4, 4, 8, 16, 16, 16, 8};  // by the types' numbers
   return kWidths[static_cast<unsigned>(type)];
 }
 

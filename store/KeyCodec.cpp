@@ -18,9 +18,9 @@ constexpr char kEscape = 1;  // followed by 1 for a byte 0, by 2 for a byte 1
 constexpr RowId kRowLimit = RowId{1} << 40;
 
 void appendBigEndian(std::uint64_t value, unsigned width, std::string& out) {
-  char bytes[sizeof value];
-  for (unsigned i = 0; i < width; ++i) bytes[i] = static_cast<char>(value >> 8 * (width - 1 - i));
-  out.append(bytes, width);
+  static_assert(std::endian::native == std::endian::little);
+  const std::uint64_t swapped = __builtin_bswap64(value << (64 - 8 * width));
+  out.append(reinterpret_cast<const char*>(&swapped), width);
 }
 
 void appendScalarKey(FieldType type, std::int64_t scalar, std::string& out) {

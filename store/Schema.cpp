@@ -26,6 +26,11 @@ bool isName(std::string_view name) {
          std::all_of(name.begin(), name.end(), isNameByte) && isValidUtf8(name);
 }
 
+bool isFieldName(std::string_view name) {
+  return !name.empty() && name.size() <= kMaxFieldNameSize && trim(name).size() == name.size() && isValidUtf8(name) &&
+         std::none_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; });
+}
+
 // Bytes of a field's longest value in a key, the marker left out.
 std::size_t keyBytes(const FieldDef& field) {
   switch (field.type) {
@@ -41,6 +46,7 @@ std::size_t keyBytes(const FieldDef& field) {
     case FieldType::date:
     case FieldType::time:
       return 4;
+    case FieldType::largeInt:
     case FieldType::floating:
     case FieldType::currency:
     case FieldType::dateTime:
@@ -59,9 +65,9 @@ void validateFields(const TableDef& table) {
   std::set<std::string> names;
   bool counted = false;
   for (const FieldDef& field : table.fields) {
-    if (!isName(field.name)) refuse(table, "'" + field.name + "' is no name for a field");
+    if (!isFieldName(field.name)) refuse(table, "'" + field.name + "' is no name for a field");
     if (!names.insert(foldCase(field.name)).second) refuse(table, "the field " + field.name + " stands there twice");
-    if (field.type < FieldType::string || field.type > FieldType::graphic) {
+    if (field.type < FieldType::string || field.type > FieldType::largeInt) {
       refuse(table, "the field " + field.name + " has an unknown type");
     }
     const bool sized = field.type == FieldType::string;

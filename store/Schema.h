@@ -16,7 +16,8 @@ inline constexpr std::size_t kMaxFields = 500;
 inline constexpr std::size_t kMaxIndexes = 64;
 inline constexpr int kMaxTextSize = 255;          // characters of a string field
 inline constexpr std::size_t kMaxKeySize = 1000;  // bytes of the longest key that an index may need, row id included
-inline constexpr std::size_t kMaxNameSize = 64;   // bytes of a table's, field's or index's name
+inline constexpr std::size_t kMaxNameSize = 64;   // bytes of a table's or index's name
+inline constexpr std::size_t kMaxFieldNameSize = 240;  // bytes; a result's column may be called by its expression
 
 // The numbers stand in table files.
 enum class FieldType : std::uint8_t {
@@ -33,6 +34,7 @@ enum class FieldType : std::uint8_t {
   memo = 11,
   blob = 12,
   graphic = 13,
+  largeInt = 14,  // a whole number of 64 bits: of results of statements
 };
 
 // Whether the content lives in blob chains beside the record.
@@ -101,7 +103,7 @@ struct TableDef {
   std::size_t maxKeySize(const IndexDef& index) const;
   // badDefinition, naming what is wrong: no fields or too many of anything, repeated or odd names, sizes, a second
   // autoInc, an index over an unknown, repeated or blob field, or one whose keys may be too long.
-  // A name has letters, digits, '_', '-' and inner spaces.
+  // A table or index has letters, digits, '_', '-' and inner spaces in its name; a field any printable characters.
   void validate() const;
 
   // As it stands in a table file; encode validates. decode accepts only what encode wrote for a valid table, else

@@ -27,4 +27,9 @@ SpillFile* Session::spill(const std::string& folder) {
   return spill_.get();
 }
 
+std::unique_ptr<File> Session::scratch() {
+  if (settings_.privateDir.empty()) return memoryFiles_->openScratch("");
+  return environment_.files.openScratch(settings_.privateDir);
+}
+
 }  // namespace quillon::store

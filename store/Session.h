@@ -10,6 +10,7 @@
 namespace quillon::store {
 
 class Database;
+class File;
 class MemoryFileSystem;
 class PageCache;
 class SpillFile;
@@ -19,14 +20,15 @@ enum class SessionType { local, remote };
 
 // The engine's settings, made once at start.
 struct Settings {
-  int lockRetryCount = 15;              // tries of a lock before it fails
-  int lockWaitTime = 100;               // milliseconds between tries
+  int lockRetryCount = 15;  // tries of a lock before it fails
+  int lockWaitTime = 100;   // milliseconds between tries
   LockProtocol lockProtocol = LockProtocol::pessimistic;
-  int progressSteps = 20;               // progress callbacks of a long operation
-  bool strictChangeDetection = false;   // true: cursors look for other processes' changes at every move
-  std::size_t maxTableIndexBufferSize = 196608;  // bytes; kept for its place in the settings: the page cache serves all tables
-  bool createTempTablesInDatabase = true;        // scratch of transactions goes to the company folder, not privateDir
-  std::string privateDir;               // the user's scratch folder
+  int progressSteps = 20;              // progress callbacks of a long operation
+  bool strictChangeDetection = false;  // true: cursors look for other processes' changes at every move
+  std::size_t maxTableIndexBufferSize =
+      196608;  // bytes; kept for its place in the settings: the page cache serves all tables
+  bool createTempTablesInDatabase = true;  // scratch of transactions goes to the company folder, not privateDir
+  std::string privateDir;                  // the user's scratch folder
   SessionType sessionType = SessionType::local;
   std::string remoteHost, remoteAddress;
   std::size_t cacheBytes = std::size_t{64} << 20;
@@ -48,6 +50,8 @@ class Session {
   Database& memory();
   // Scratch for transactions larger than memory, made when first needed in `folder` or the private folder.
   SpillFile* spill(const std::string& folder);
+  // A scratch file of its own, for a sort larger than memory.
+  std::unique_ptr<File> scratch();
 
  private:
   Environment environment_;

@@ -13,9 +13,9 @@
 namespace quillon::store {
 namespace {
 
-constexpr std::size_t kComparedPages = 2048;   // a larger record takes whole pages only
-constexpr std::size_t kLongestRuns = 3000;     // more changed bytes than this: the whole page
-constexpr int kLongestLookBack = 2000;         // records
+constexpr std::size_t kComparedPages = 2048;  // a larger record takes whole pages only
+constexpr std::size_t kLongestRuns = 3000;    // more changed bytes than this: the whole page
+constexpr int kLongestLookBack = 2000;        // records
 
 std::uint64_t newId(const Environment& environment, const std::string& folder) {
   const std::int64_t parts[] = {environment.clock.unixSeconds(), environment.clock.milliseconds(), environment.process};
@@ -52,10 +52,12 @@ CommitProtocol::CommitProtocol(const Environment& environment, std::string folde
       journal_(environment.files, folder_, newId(environment, folder_)),
       network_(environment.files.isNetwork(folder_)) {
   CommitLock lock(*this);
-  const bool made = journal_.file().size() == 0;
   journal_.readHead();
-  if (made) environment_.files.syncFolder(folder_);
-  if (journal_.file().lock(kCompanyOpenByte, 1, LockMode::exclusive)) recoverAll();
+  if (journal_.file().lock(kCompanyOpenByte, 1, LockMode::exclusive)) {
+    // Whoever made a file may have died before its name was safe.
+    environment_.files.syncFolder(folder_);
+    recoverAll();
+  }
   if (!journal_.file().lock(kCompanyOpenByte, 1, LockMode::shared))
     throw StoreError(Code::tableInUse, "The company folder is being opened or closed by another user. Try again.");
   catchUpLocked();
@@ -90,13 +92,20 @@ void CommitProtocol::recoverAll() {
   JournalRecord record;
   while (journal_.readRecord(last_, record) && journal_.recordIsWhole(record))
     last_ = {last_.epoch, record.end(), record.commit};
-  if (last_ == journal_.startSpot()) return;
-  // A record may stand in the system's memory only; it must be safe before a page is changed on its word.
-  journal_.file().sync();
-  Replay replay(*this);
-  replay.run(last_);
-  replay.syncFiles();
-  journal_.startEpoch(last_.commit);
+  // It must be safe before a page is changed on its word, or a record is written behind it.
+  journal_.secure(journal_.startSpot(), last_);
+  const JournalSpot applied = journal_.readApplied();
+  if (applied.offset > last_.offset && applied.epoch == last_.epoch)
+    notes_.push_back("The journal is damaged: changes behind commit " + std::to_string(last_.commit) +
+                     " cannot be read from it any more");
+  if (last_ != journal_.startSpot()) {
+    Replay replay(*this);
+    replay.run(last_);
+    replay.syncFiles();
+  }
+  // Also when there was nothing to bring in: this folder may be a copy, and its stamps must not be taken for those of
+  // the original.
+  journal_.startEpoch(last_.commit, newId(environment_, folder_));
   last_ = journal_.startSpot();
 }
 
@@ -111,7 +120,7 @@ void CommitProtocol::catchUpLocked() {
     end = {end.epoch, record.end(), record.commit};
   }
   if (replay) {
-    journal_.file().sync();
+    journal_.secure(last_, end);
     ++syncs_;
     replay->run(end);
     journal_.writeApplied(end);
@@ -151,9 +160,19 @@ void CommitProtocol::checkpoint() {
 
 void CommitProtocol::checkpointLocked() {
   if (journal_.bytesUsed(last_) == 0) return;
-  if (journal_.rewrite()) Replay(*this).run(last_);
+  if (journal_.rewrite()) {
+    // Pages go back to older commits for the moment: should this end half way, everything counts as not applied.
+    journal_.writeApplied(journal_.startSpot());
+    Replay(*this).run(last_);
+    journal_.writeApplied(last_);
+  }
   syncTables();
-  journal_.startEpoch(last_.commit);
+  try {
+    journal_.startEpoch(last_.commit, newId(environment_, folder_));
+  } catch (const StoreError&) {
+    if (journal_.epoch() != last_.epoch) last_ = journal_.startSpot();
+    throw;
+  }
   syncs_ += 1;
   last_ = journal_.startSpot();
 }
@@ -183,8 +202,8 @@ void CommitProtocol::syncTables() {
 void CommitProtocol::prepare(std::span<TableFiles* const> tables, std::uint64_t commit) {
   for (TableFiles* table : tables) {
     TableMeta& meta = table->meta();
-    if (meta.companyId != journal_.companyId()) {
-      meta.companyId = journal_.companyId();
+    if (meta.epochKey != journal_.epochKey()) {
+      meta.epochKey = journal_.epochKey();
       meta.adoptedAt = table->stamp();
     }
     table->storeMeta(commit);
@@ -215,7 +234,7 @@ CommitProtocol::Changes CommitProtocol::collect(std::span<TableFiles* const> tab
   changes.pages.reserve(total);
   changes.content.reserve(total);
   for (TableFiles* table : tables) {
-    const std::uint64_t imaged = std::max(journal_.checkpointCommit(), table->meta().adoptedAt);
+    const std::uint64_t imaged = table->meta().adoptedAt;
     for (const Role role : {kDat, kIdx, kBlb}) {
       PageFile& file = table->file(role);
       for (const PageNo number : file.dirtyNumbers()) {
@@ -234,7 +253,8 @@ CommitProtocol::Changes CommitProtocol::collect(std::span<TableFiles* const> tab
 
 void CommitProtocol::publish(std::span<TableFiles* const> changed) {
   if (broken_)
-    throw StoreError(Code::outcomeUnknown, "An earlier change may not have been saved. Close the company and open it again.");
+    throw StoreError(Code::outcomeUnknown,
+                     "An earlier change may not have been saved. Close the company and open it again.");
   std::vector<TableFiles*> tables(changed.begin(), changed.end());
   std::sort(tables.begin(), tables.end(), [](const auto* a, const auto* b) { return a->name() < b->name(); });
   CommitLock lock(*this);
@@ -249,6 +269,9 @@ void CommitProtocol::publish(std::span<TableFiles* const> changed) {
   std::uint64_t commit = last_.commit;
   for (const TableFiles* table : tables) commit = std::max(commit, table->stamp());
   ++commit;
+  // Whoever made a table may have died before its names were safe, and a row is not safer than its table.
+  if (std::any_of(tables.begin(), tables.end(), [](const auto* table) { return table->stamp() == 0; }))
+    environment_.files.syncFolder(folder_);
   prepare(tables, commit);
 
   const Changes changes = collect(tables, commit);

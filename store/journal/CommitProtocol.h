@@ -18,8 +18,8 @@ class TableFiles;
 // How changed pages become what everybody reads, and how that survives a kill or a power cut. One for each open folder.
 //
 // A publish: commit lock; replay what a dead writer left; one journal record, synced (that is the commit); apply locks
-// of its tables in name order; pages in place; stamps raised; `applied` moved on. An error after the sync is no error of
-// the publish: the pages are replayed from the journal before anyone here reads again.
+// of its tables in name order; pages in place; stamps raised; `applied` moved on. An error after the sync is no error
+// of the publish: the pages are replayed from the journal before anyone here reads again.
 //
 // Keeps: a table file is only written while its apply lock is held exclusively, by a publish or a replay under the
 // commit lock.
@@ -34,10 +34,13 @@ class CommitProtocol {
   // which every later publish is refused with the same code.
   void publish(std::span<TableFiles* const> tables);
 
-  // Brings records that stand in the journal only into the files. Cheap when there are none. Called without apply locks.
+  // Brings records that stand in the journal only into the files. Cheap when there are none. Called without apply
+  // locks.
   void catchUp();
   // Pages of a table may not be believed before `catchUp`: a publish of our own could not finish.
   bool needsReplay() const { return needsReplay_; }
+
+  bool onNetwork() const { return network_; }
 
   // Empties the journal: all table files synced. Called without apply locks.
   void checkpoint();

@@ -39,7 +39,7 @@ Bytes bytesOf(const std::string& text) { return std::as_bytes(std::span(text.dat
 
 Journal::Journal(FileSystem& files, const std::string& folder, std::uint64_t newCompanyId)
     : file_(files.open(findFile(files, folder, kJournalName), OpenMode::create)) {
-  head_.companyId = newCompanyId;
+  head_.companyId = head_.key = newCompanyId;
 }
 
 Journal::~Journal() = default;
@@ -52,6 +52,7 @@ void Journal::writeHead(const Head& head) {
   storeAt(bytes.data(), 16, head.companyId);
   storeAt(bytes.data(), 24, head.epoch);
   storeAt(bytes.data(), 32, head.checkpointCommit);
+  storeAt(bytes.data(), 40, head.key);
   storeAt(bytes.data(), 56, hashBytes(bytes.data(), 56));
   file_->write(kHeadPlace[head.epoch % 2], bytes);
 }
@@ -62,12 +63,14 @@ void Journal::readHead() {
   bool newer = false;
   for (const std::uint64_t place : kHeadPlace) {
     std::array<std::byte, kHeadSize> bytes{};
-    if (file_->read(place, bytes.data(), kHeadSize) != kHeadSize || loadAt<std::uint64_t>(bytes.data(), 0) != kHeadMagic)
+    if (file_->read(place, bytes.data(), kHeadSize) != kHeadSize ||
+        loadAt<std::uint64_t>(bytes.data(), 0) != kHeadMagic)
       continue;
     newer = newer || loadAt<std::uint32_t>(bytes.data(), 8) > kVersion;
     if (loadAt<std::uint64_t>(bytes.data(), 56) != hashBytes(bytes.data(), 56)) continue;
     const Head head{loadAt<std::uint64_t>(bytes.data(), 16), loadAt<std::uint64_t>(bytes.data(), 24),
-                    loadAt<std::uint64_t>(bytes.data(), 32), loadAt<std::uint32_t>(bytes.data(), 12) != 0};
+                    loadAt<std::uint64_t>(bytes.data(), 32), loadAt<std::uint32_t>(bytes.data(), 12) != 0,
+                    loadAt<std::uint64_t>(bytes.data(), 40)};
     if (found && head.epoch <= best.epoch) continue;
     best = head;
     found = true;
@@ -76,7 +79,6 @@ void Journal::readHead() {
     throw StoreError(Code::newerFormat, std::string("'") + kJournalName +
                                             "' was written by a later version of this program. Use that version.");
   if (found) {
-    if (best.epoch > head_.epoch) doubtfulHead_ = false;  // another process made it good
     head_ = best;
     return;
   }
@@ -84,7 +86,7 @@ void Journal::readHead() {
   if (file_->size() > kJournalStart)
     throw StoreError(Code::headerDamaged, std::string("The header of '") + kJournalName +
                                               "' is damaged. Close the company everywhere and bring back a backup.");
-  head_ = {head_.companyId, 1, 0, false};
+  head_ = {head_.companyId, 1, 0, false, head_.key};
   file_->truncate(0);
   file_->truncate(kJournalStart);
   writeHead(head_);
@@ -119,7 +121,8 @@ void Journal::writeApplied(const JournalSpot& spot) {
 bool Journal::readRecord(const JournalSpot& spot, JournalRecord& record) {
   std::array<std::byte, kRecordHead> head;
   if (file_->read(spot.offset, head.data(), kRecordHead) != kRecordHead) return false;
-  if (loadAt<std::uint64_t>(head.data(), 0) != kRecordMagic || loadAt<std::uint64_t>(head.data(), 8) != head_.companyId ||
+  if (loadAt<std::uint64_t>(head.data(), 0) != kRecordMagic ||
+      loadAt<std::uint64_t>(head.data(), 8) != head_.companyId ||
       loadAt<std::uint64_t>(head.data(), 16) != spot.epoch || loadAt<std::uint64_t>(head.data(), 32) != spot.commit)
     return false;
   record.offset = spot.offset;
@@ -130,12 +133,13 @@ bool Journal::readRecord(const JournalSpot& spot, JournalRecord& record) {
   const auto pages = loadAt<std::uint32_t>(head.data(), 52);
   const std::uint64_t directory = std::uint64_t{tables} * kTableEntry + std::uint64_t{pages} * kPageEntry;
   const std::uint64_t size = file_->size();
-  if (record.commit <= spot.commit || tables > kMaxTables || record.length > size || spot.offset > size - record.length ||
-      directory + kRecordHead + kTrailer > record.length)
+  if (record.commit <= spot.commit || tables > kMaxTables || record.length > size ||
+      spot.offset > size - record.length || directory + kRecordHead + kTrailer > record.length)
     return false;
   std::vector<std::byte> bytes(directory);
   if (file_->read(spot.offset + kRecordHead, bytes.data(), directory) != directory) return false;
-  if (loadAt<std::uint64_t>(head.data(), 56) != hashBytes(bytes.data(), directory, hashBytes(head.data(), 56))) return false;
+  if (loadAt<std::uint64_t>(head.data(), 56) != hashBytes(bytes.data(), directory, hashBytes(head.data(), 56)))
+    return false;
   record.tables.resize(tables);
   record.pages.resize(pages);
   record.dataOffset = spot.offset + kRecordHead + directory;
@@ -239,7 +243,8 @@ JournalSpot Journal::append(const JournalSpot& spot, std::uint64_t commit, const
   std::uint64_t dataSize = 0;
   for (const JournalPage& page : pages) dataSize += page.bytes;
   const std::size_t padding = length - kTrailer - buffer.size() - dataSize;
-  if (doubtfulHead_) wipeDoubtfulHead();
+  // The sync of the head may have failed, also in another process; the first record of its epoch makes it safe.
+  if (spot.offset == kJournalStart) writeHead(head_);
   ensureRoom(spot.offset + length);
 
   XXH3_state_t state;
@@ -286,8 +291,9 @@ void Journal::blank(std::uint64_t offset, const std::string& why, bool synced) {
     if (synced) file_->sync();
   } catch (const IoError&) {
     throw StoreError(Code::outcomeUnknown,
-                     why + "\rWhether the last change was saved is known only when the company is opened again. "
-                           "Close the company and open it again.");
+                     why +
+                         "\rWhether the last change was saved is known only when the company is opened again. "
+                         "Close the company and open it again.");
   }
 }
 
@@ -306,33 +312,52 @@ void Journal::ensureRoom(std::uint64_t end) {
   room_ = wanted;
 }
 
-void Journal::startEpoch(std::uint64_t checkpointCommit) {
-  const Head head{head_.companyId, head_.epoch + 1, checkpointCommit, false};
+// `applied` goes first, since others learn from it to read the head again; while it fits no head nothing counts as
+// applied, which is harmless. The head that can be read decides which epoch it is, safe or not: the tables are synced,
+// so after a power loss either head will do, until the first append, which writes the head again (see append).
+void Journal::startEpoch(std::uint64_t checkpointCommit, std::uint64_t drawn) {
+  const std::uint64_t parts[] = {drawn, head_.key, head_.epoch};
+  const Head head{head_.companyId, head_.epoch + 1, checkpointCommit, false, hashBytes(parts, sizeof parts)};
+  writeApplied({head.epoch, kJournalStart, checkpointCommit});
   try {
     writeHead(head);
-    file_->sync();
   } catch (const IoError&) {
-    // Half a head must not win over the old one, now or after a power loss: the next append begins by wiping it, and
-    // its sync makes that safe before its record counts.
-    doubtfulHead_ = true;
-    wipeDoubtfulHead();
+    readHead();
     throw;
   }
   head_ = head;
-  writeApplied(startSpot());
+  file_->sync();
 }
 
-void Journal::wipeDoubtfulHead() {
-  const std::array<std::byte, kHeadSize> zeros{};
-  file_->write(kHeadPlace[(head_.epoch + 1) % 2], zeros);
-  doubtfulHead_ = false;
+// A record may stand in the system's memory only, and a sync that failed once has forgotten it: another sync tells
+// nothing unless the bytes are written again. A record behind that was blanked must stay so for the same reason.
+void Journal::secure(const JournalSpot& from, const JournalSpot& end) {
+  std::array<std::byte, kRecordHead> behind{};
+  file_->read(end.offset, behind.data(), behind.size());
+  const bool blanked = loadAt<std::uint64_t>(behind.data(), 0) == 0 && behind != std::array<std::byte, kRecordHead>{};
+  if (from.offset == end.offset && !blanked) return;
+  std::vector<std::byte> bytes(std::min<std::uint64_t>(end.offset - from.offset, 1 << 20));
+  for (std::uint64_t at = from.offset; at < end.offset;) {
+    const std::size_t part = file_->read(at, bytes.data(), std::min<std::uint64_t>(bytes.size(), end.offset - at));
+    if (part == 0) break;
+    file_->write(at, Bytes(bytes).first(part));
+    at += part;
+  }
+  if (blanked) file_->write(end.offset, std::array<std::byte, kRecordHead>{});
+  file_->sync();
 }
 
 void Journal::setRewrite() {
-  Head head = head_;
-  head.rewrite = true;
-  head_ = head;
-  writeHead(head);
+  head_.rewrite = true;
+  writeHead(head_);
+}
+
+bool Journal::rewrite() {
+  std::array<std::byte, kHeadSize> bytes{};
+  if (file_->read(kHeadPlace[head_.epoch % 2], bytes.data(), kHeadSize) == kHeadSize &&
+      loadAt<std::uint64_t>(bytes.data(), 24) == head_.epoch)
+    head_.rewrite = head_.rewrite || loadAt<std::uint32_t>(bytes.data(), 12) != 0;
+  return head_.rewrite;
 }
 
 void Journal::shrink() {

@@ -11,9 +11,9 @@
 
 // The redo journal of a company folder, `Quillon.JNL`: the atomic moment of every publish.
 //
-//   0      head A     {magic, version, company id, epoch, checkpoint commit, rewrite, checksum}; two copies, used in turn,
-//   4096   head B     the valid one with the higher epoch counts
-//   8192   applied    {company id, epoch, offset, commit, checksum}: up to there the records stand in the table files.
+//   0      head A     {magic, version, company id, epoch, checkpoint commit, rewrite, epoch key, checksum}; two copies,
+//   used in turn, 4096   head B     the valid one with the higher epoch counts 8192   applied    {company id, epoch,
+//   offset, commit, checksum}: up to there the records stand in the table files.
 //                     A hint that is never synced: when it does not fit the head, nothing counts as applied
 //   12288  records    one behind the other, of the head's epoch only
 //
@@ -35,14 +35,14 @@ inline constexpr std::uint64_t kCommitByte = kCompanyOpenByte + 1;
 inline constexpr const char* kJournalName = "Quillon.JNL";
 
 struct JournalTable {
-  std::string name;          // as the files are called, without extension
+  std::string name;  // as the files are called, without extension
   std::uint64_t fileId = 0;
   std::uint64_t stampBefore = 0;
 };
 
 struct JournalPage {
-  std::uint16_t table = 0;   // position in the record's tables
-  std::uint8_t role = 0;     // 0 .DAT, 1 .IDX, 2 .BLB
+  std::uint16_t table = 0;  // position in the record's tables
+  std::uint8_t role = 0;    // 0 .DAT, 1 .IDX, 2 .BLB
   bool whole = true;
   PageNo number = 0;
   std::uint32_t bytes = 0;
@@ -73,13 +73,14 @@ class Journal {
   ~Journal();
 
   File& file() { return *file_; }
-  std::uint64_t companyId() const { return head_.companyId; }
+  // Of this epoch alone, and of no copy of the folder: a new one is drawn at each start of an epoch.
+  std::uint64_t epochKey() const { return head_.key; }
   std::uint64_t epoch() const { return head_.epoch; }
   // Commits above this have whole images of their first-touched pages in the journal.
   std::uint64_t checkpointCommit() const { return head_.checkpointCommit; }
 
-  void readHead();                     // raises headerDamaged, newerFormat
-  JournalSpot readApplied();           // re-reads the head when another process has moved the epoch
+  void readHead();            // raises headerDamaged, newerFormat
+  JournalSpot readApplied();  // re-reads the head when another process has moved the epoch
   void writeApplied(const JournalSpot& spot);
   JournalSpot startSpot() const { return {head_.epoch, kJournalStart, head_.checkpointCommit}; }
 
@@ -96,12 +97,14 @@ class Journal {
   JournalSpot append(const JournalSpot& spot, std::uint64_t commit, const std::vector<JournalTable>& tables,
                      const std::vector<JournalPage>& pages, const std::function<const std::byte*(std::size_t)>& data);
 
-  // All records stand in the files and are synced: empties the journal.
-  void startEpoch(std::uint64_t checkpointCommit);
-  void setRewrite();                   // a table file's sync failed: the next checkpoint writes the data again first
-  bool rewrite() const { return head_.rewrite; }
+  // Makes the records between these spots, read from the file, safe, and that none follows.
+  void secure(const JournalSpot& from, const JournalSpot& end);
+  // All records stand in the files and are synced: empties the journal. After an error startSpot tells the epoch.
+  void startEpoch(std::uint64_t checkpointCommit, std::uint64_t drawn);
+  void setRewrite();  // a table file's sync failed: the next checkpoint writes the data again first
+  bool rewrite();     // as another process may have set it
   std::uint64_t bytesUsed(const JournalSpot& spot) const { return spot.offset - kJournalStart; }
-  void shrink();                       // gives most of the space back; only when empty
+  void shrink();  // gives most of the space back; only when empty
 
   static std::string changedRuns(const std::byte* before, const std::byte* after);
   static bool applyRuns(std::byte* page, const std::byte* data, std::uint32_t bytes);  // false: they do not fit
@@ -110,18 +113,17 @@ class Journal {
   struct Head {
     std::uint64_t companyId = 0, epoch = 0, checkpointCommit = 0;
     bool rewrite = false;
+    std::uint64_t key = 0;
   };
   void writeHead(const Head& head);
   std::string recordHead(const JournalSpot& spot, std::uint64_t commit, const std::vector<JournalTable>& tables,
                          const std::vector<JournalPage>& pages) const;
-  void wipeDoubtfulHead();
   void ensureRoom(std::uint64_t end);
   void blank(std::uint64_t offset, const std::string& why, bool synced);
 
   std::unique_ptr<File> file_;
   Head head_;
   std::uint64_t room_ = 0;
-  bool doubtfulHead_ = false;  // the other head was written, but its sync failed
 };
 
 }  // namespace quillon::store

@@ -14,6 +14,7 @@ struct Replay::Target {
   std::string name;
   std::array<std::unique_ptr<File>, 3> files;
   std::uint64_t fileId = 0;
+  std::uint64_t stamp = 0;  // as found in the live area
   std::uint64_t lastCommit = 0;
   bool usable = false;
   bool locked = false;
@@ -47,9 +48,11 @@ Replay::Target* Replay::target(const JournalTable& table, std::uint64_t commit) 
     std::string why;
     try {
       File& dat = slot->file(kDat, protocol_.environment_.files, protocol_.folder_);
-      if (TableFiles::checkIdentity(dat, table.name, kDat) != table.fileId)
+      const bool same = TableFiles::checkIdentity(dat, table.name, kDat) == table.fileId;
+      slot->stamp = soundLiveState(dat).value_or(LiveState{table.stampBefore, true, false}).stamp;
+      if (!same)
         why = "the file was replaced";
-      else if (readLiveState(dat).stamp < table.stampBefore)
+      else if (slot->stamp < table.stampBefore)
         why = "the file is older than the journal";
       else
         slot->usable = true;
@@ -83,9 +86,7 @@ void Replay::lockTargets(const JournalSpot& end) {
       if (!backoff.wait())
         throw StoreError(Code::recordLocked, "Table '" + target->name + "' is being read without end. Try again.");
     target->locked = true;
-    LiveState live = readLiveState(dat);
-    live.applying = true;
-    writeLiveState(dat, live);
+    writeLiveState(dat, {target->stamp, true, false});
   }
 }
 
@@ -110,7 +111,7 @@ void Replay::run(const JournalSpot& end) {
   for (auto& [key, target] : targets_) {
     if (!target->usable) continue;
     File& dat = *target->files[kDat];
-    const std::uint64_t stamp = std::max(readLiveState(dat).stamp, target->lastCommit);
+    const std::uint64_t stamp = std::max(target->stamp, target->lastCommit);
     if (protocol_.network_)
       for (const auto& file : target->files)
         if (file) file->sync();
@@ -128,10 +129,12 @@ void Replay::writePage(Target& target, const JournalPage& page, const std::byte*
     return;
   }
   std::array<std::byte, kPageSize> current;
-  if (file.read(place, current.data(), kPageSize) != kPageSize || !Journal::applyRuns(current.data(), data, page.bytes) ||
+  if (file.read(place, current.data(), kPageSize) != kPageSize ||
+      !Journal::applyRuns(current.data(), data, page.bytes) ||
       !pageIsSound(current.data(), target.fileId ^ page.role, page.number))
     throw StoreError(Code::damaged, "Page " + std::to_string(page.number) + " of '" + target.name +
-                                        kExtensions[page.role] + "' cannot be brought up to date. Bring back a backup.");
+                                        kExtensions[page.role] +
+                                        "' cannot be brought up to date. Bring back a backup.");
   file.write(place, current);
 }
 

@@ -6,7 +6,8 @@
 
 // A page of a table file, 4096 bytes, little-endian:
 //
-//   0  u64  checksum   XXH3-64 of bytes 8 to the end, with the file's id and the page number in the seed, so that a page
+//   0  u64  checksum   XXH3-64 of bytes 8 to the end, with the file's id and the page number in the seed, so that a
+//   page
 //                      that strayed to another place or another file is found too
 //   8  u64  stamp      number of the commit that wrote the page; 0 as created
 //  16  u32  number     its place in the file
@@ -21,7 +22,17 @@ using PageNo = std::uint32_t;  // 0 is the identification page of a file and ser
 inline constexpr std::size_t kPageSize = 4096;
 inline constexpr std::size_t kPageBody = 24;
 
-enum class PageKind : std::uint8_t { none = 0, identity = 1, meta = 2, schema = 3, leaf = 4, inner = 5, overflow = 6, blob = 7, free = 8 };
+enum class PageKind : std::uint8_t {
+  none = 0,
+  identity = 1,
+  meta = 2,
+  schema = 3,
+  leaf = 4,
+  inner = 5,
+  overflow = 6,
+  blob = 7,
+  free = 8
+};
 
 template <typename T>
 inline T loadAt(const std::byte* page, std::size_t offset) {

@@ -13,13 +13,13 @@ class PageFile;
 // One page in memory. Owned by the cache; it stays in place while it is pinned or dirty.
 struct Frame {
   std::byte* data = nullptr;
-  PageFile* file = nullptr;             // null: unused
-  std::unique_ptr<std::byte[]> base;    // of a dirty page: the committed page, where it is kept
+  PageFile* file = nullptr;           // null: unused
+  std::unique_ptr<std::byte[]> base;  // of a dirty page: the committed page, where it is kept
   PageNo number = 0;
   std::uint32_t pins = 0;
-  bool dirty = false;                   // part of the private overlay
-  bool fresh = false;                   // dirty and without a committed page that matters
-  bool recent = false;                  // second chance of the eviction clock
+  bool dirty = false;   // part of the private overlay
+  bool fresh = false;   // dirty and without a committed page that matters
+  bool recent = false;  // second chance of the eviction clock
 };
 
 // Keeps a frame in place while it lives.
@@ -59,7 +59,7 @@ class PageCache {
   Frame* find(const PageFile* file, PageNo number);
   // A frame for a page that `find` does not have; its bytes are undefined.
   Frame* add(PageFile* file, PageNo number);
-  void remove(Frame* frame);            // not pinned
+  void remove(Frame* frame);              // not pinned
   void removeFile(const PageFile* file);  // all its frames, dirty ones too; none pinned
   void removeClean(const PageFile* file);
   std::size_t dirtyPages() const { return dirty_; }
@@ -74,7 +74,7 @@ class PageCache {
   bool evictOne();
 
   std::size_t capacity_;
-  std::size_t used_ = 0;   // frames in the table
+  std::size_t used_ = 0;  // frames in the table
   std::size_t dirty_ = 0;
   std::size_t hand_ = 0;
   std::vector<std::unique_ptr<std::byte[]>> blocks_;

@@ -71,9 +71,10 @@ Frame* PageFile::load(PageNo number) {
 
 void PageFile::readCommitted(PageNo number, std::byte* page) {
   const std::size_t got = file_->read(std::uint64_t{number} * kPageSize, page, kPageSize);
-  if (got != kPageSize || !pageIsSound(page, fileId_, number) || pageStamp(page) > newest_)
-    throw StoreError(Code::damaged, "Page " + std::to_string(number) + " of '" + name_ +
-                                        "' is damaged. Run Pack/Repair on the company, or bring back a backup.");
+  if (got == kPageSize && pageIsSound(page, fileId_, number) && pageStamp(page) <= newest_) return;
+  if (unlocked_) throw StoreError(Code::changedMeanwhile, "'" + name_ + "' was changed while it was read. Try again.");
+  throw StoreError(Code::damaged, "Page " + std::to_string(number) + " of '" + name_ +
+                                      "' is damaged. Run Pack/Repair on the company, or bring back a backup.");
 }
 
 PageRef PageFile::read(PageNo number) { return PageRef(load(number)); }
@@ -145,7 +146,8 @@ void PageFile::grow() {
 }
 
 void PageFile::spillSome() {
-  if (!spill_ || cache_.dirtyPages() < cache_.capacity()) return;
+  if ((!spill_ && !makeSpill_) || cache_.dirtyPages() < cache_.capacity()) return;
+  if (!spill_) spill_ = makeSpill_();
   // Pages not used since the last round go first; the round clears the marks, so that the next one finds some.
   const std::size_t wanted = dirty_.size() / 2;
   std::size_t gone = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -14,8 +15,8 @@ class File;
 
 // Where a file's pages end and which are free. Lives in the table's meta page; changes with the overlay.
 struct PageSpace {
-  std::uint32_t pages = 1;      // pages in use or free; numbers below this exist
-  PageNo freeHead = 0;          // first free page, each naming the next
+  std::uint32_t pages = 1;  // pages in use or free; numbers below this exist
+  PageNo freeHead = 0;      // first free page, each naming the next
   std::uint32_t freePages = 0;
 };
 
@@ -57,16 +58,16 @@ class PageFile {
 
   // The overlay.
   std::size_t dirtyPages() const { return dirty_.size() + spilled_.size(); }
-  std::vector<PageNo> dirtyNumbers() const;   // ascending
+  std::vector<PageNo> dirtyNumbers() const;  // ascending
   struct Dirty {
     PageRef page;
-    bool fresh;            // no committed content to compare with
+    bool fresh;             // no committed content to compare with
     const std::byte* base;  // the committed page, or null where it was not kept
   };
   Dirty dirtyPage(PageNo number);
   void readCommitted(PageNo number, std::byte* page);  // past the overlay, from the disk
-  void published();   // the overlay is now what is committed: its pages become clean
-  void discard();     // the overlay never was
+  void published();                                    // the overlay is now what is committed: its pages become clean
+  void discard();                                      // the overlay never was
   // Writes the given sealed overlay pages, ascending, in place.
   void writeInPlace(const std::vector<PageNo>& numbers);
 
@@ -77,12 +78,15 @@ class PageFile {
   // Gives the space behind the last page back. With an empty journal and the table open exclusively.
   void cut();
 
-  void setSpill(SpillFile* spill) { spill_ = spill; }
+  // Where to spill; asked for when it is first needed. Without one the overlay stays in memory.
+  void setSpill(std::function<SpillFile*()> spill) { makeSpill_ = std::move(spill); }
   File& file() { return *file_; }
   const std::string& name() const { return name_; }
   std::uint64_t fileId() const { return fileId_; }
   // A clean page above this stamp is no part of the committed state that is being read.
   void setNewestStamp(std::uint64_t stamp) { newest_ = stamp; }
+  // While set, pages are read without a lock: one that is newer or half written raises changedMeanwhile, never damaged.
+  void setUnlocked(bool unlocked) { unlocked_ = unlocked; }
 
  private:
   friend class PageCache;
@@ -102,9 +106,11 @@ class PageFile {
     bool fresh;
   };
   std::unordered_map<PageNo, Spilled> spilled_;
+  std::function<SpillFile*()> makeSpill_;
   SpillFile* spill_ = nullptr;
   std::uint64_t reserved_ = 0;  // bytes known to be set aside on the disk
   std::uint64_t newest_ = ~std::uint64_t{0};
+  bool unlocked_ = false;
 };
 
 }  // namespace quillon::store

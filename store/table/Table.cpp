@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kMostForgotten = 4000;  // pages; with more it is cheaper to forget them all
 constexpr int kTriesToReplay = 100;
-constexpr int kStandBacks = 20;               // a reader lets an announced writer pass that often
+constexpr int kStandBacks = 20;  // a reader lets an announced writer pass that often
 
 }  // namespace
 
@@ -41,11 +41,11 @@ void Table::load() {
   oldKeys_.resize(codecs_.size());
   for (std::size_t i = 0; i < definition_.fields.size(); ++i)
     if (definition_.fields[i].type == FieldType::autoInc) autoIncField_ = static_cast<int>(i);
-  if (!database_.inMemory()) files_.setSpill(database_.session().spill(database_.folder()));
+  if (!database_.inMemory()) files_.setSpill([this] { return database_.session().spill(database_.folder()); });
 }
 
 void Table::beginReading() {
-  if (readers_ > 0 || database_.inMemory() || locks_.holdsWrite() || locks_.heldExclusively()) {
+  if (readers_ > 0 || steady_ || database_.inMemory() || locks_.holdsWrite() || locks_.heldExclusively()) {
     if (readers_ == 0 && files_.metaStale()) refreshUnderLock();
     ++readers_;
     return;
@@ -54,22 +54,26 @@ void Table::beginReading() {
   for (int standBacks = 0;; ++standBacks) {
     if (tryBeginReading(standBacks < kStandBacks)) return;
     if (!backoff.wait())
-      throw StoreError(Code::recordLocked, "Table '" + name() + "' is being saved by another user without end. Try again; "
-                                           "look for a computer that hangs.");
+      throw StoreError(Code::recordLocked, "Table '" + name() +
+                                               "' is being saved by another user without end. Try again; "
+                                               "look for a computer that hangs.");
   }
 }
 
-bool Table::tryBeginReading(bool standBack) {
-  if (readers_ > 0 || database_.inMemory() || locks_.holdsWrite() || locks_.heldExclusively()) {
+bool Table::tryBeginReading(bool standBack, bool mayReplay) {
+  if (readers_ > 0 || steady_ || database_.inMemory() || locks_.holdsWrite() || locks_.heldExclusively()) {
     beginReading();
     return true;
   }
   CommitProtocol& protocol = *database_.protocol();
   for (int tries = 0; tries < kTriesToReplay; ++tries) {
-    if (protocol.needsReplay()) protocol.catchUp();
+    if (protocol.needsReplay()) {
+      if (!mayReplay) return false;
+      protocol.catchUp();
+    }
     if (!files_.tryApply(LockMode::shared)) return false;
     try {
-      const LiveState live = files_.readLive();
+      const LiveState live = soundLiveState(files_.lockFile()).value_or(LiveState{0, true, false});
       if (live.waiting && standBack && files_.lockFile().lockedByOther(kApplyIntentByte, 1, LockMode::shared)) {
         files_.releaseApply();
         return false;
@@ -86,10 +90,37 @@ bool Table::tryBeginReading(bool standBack) {
     }
     // The writer died between its journal record and the end of its pages.
     files_.releaseApply();
+    if (!mayReplay) return false;
     protocol.catchUp();
   }
   throw StoreError(Code::headerDamaged,
                    "The header of table '" + name() + "' is damaged. Run Pack/Repair on the company.");
+}
+
+void Table::setSteady(bool steady) {
+  steady_ = steady;
+  const bool alone = database_.inMemory() || locks_.holdsWrite() || locks_.heldExclusively();
+  for (const Role role : {kDat, kIdx, kBlb}) files_.file(role).setUnlocked(steady && !alone);
+}
+
+bool Table::beginUnlocked() {
+  if (readers_ > 0 || steady_ || database_.inMemory() || locks_.holdsWrite() || locks_.heldExclusively()) return false;
+  // On a network the lock is what makes this machine look at the file again.
+  if (database_.protocol()->onNetwork() || database_.protocol()->needsReplay() || files_.metaStale()) return false;
+  try {
+    const LiveState live = files_.readLive();
+    if (live.applying || live.stamp != files_.stamp()) return false;
+  } catch (const StoreError&) {
+    return false;  // caught half written; under the lock it shows what it is
+  }
+  readers_ = 1;
+  for (const Role role : {kDat, kIdx, kBlb}) files_.file(role).setUnlocked(true);
+  return true;
+}
+
+void Table::endUnlocked() noexcept {
+  readers_ = 0;
+  for (const Role role : {kDat, kIdx, kBlb}) files_.file(role).setUnlocked(false);
 }
 
 void Table::endReading() noexcept {
@@ -101,7 +132,12 @@ void Table::endReading() noexcept {
 void Table::refreshUnderLock() {
   if (!database_.inMemory()) {
     database_.protocol()->catchUp();
-    refresh(files_.readLive());
+    const LiveState live = files_.readLive();
+    if (live.applying)
+      throw StoreError(Code::headerDamaged, "Table '" + name() +
+                                                "' was left half saved and nothing tells how it goes on. "
+                                                "Run Pack/Repair on the company.");
+    refresh(live);
   } else if (files_.metaStale()) {
     files_.loadMeta();
   }
@@ -113,8 +149,8 @@ void Table::refresh(const LiveState& live) {
     ++version_;
     std::vector<std::pair<std::uint8_t, PageNo>> pages;
     JournalSpot spot = files_.spot;
-    const bool known = files_.stamp() < live.stamp &&
-                       protocol.changedSince(spot, files_.fileId(), live.stamp, pages) && pages.size() < kMostForgotten;
+    const bool known = files_.stamp() < live.stamp && protocol.changedSince(spot, files_.fileId(), live.stamp, pages) &&
+                       pages.size() < kMostForgotten;
     if (known) {
       for (const auto& [role, number] : pages) files_.file(static_cast<Role>(role)).forget(number);
       files_.setStamp(live.stamp);

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "store/Errors.h"
 #include "store/KeyCodec.h"
 #include "store/RecordCodec.h"
 #include "store/Schema.h"
@@ -53,14 +54,33 @@ class Table {
    private:
     Table& table_;
   };
+  // Runs a short read that may be run again: without any lock where nobody has published since the cached pages were
+  // read (every page tells when it was written, so a newer one is noticed), otherwise inside a Reading.
+  template <typename Action>
+  void read(Action&& action) {
+    if (beginUnlocked()) {
+      const Unlocked unlocked(*this);
+      try {
+        return action();
+      } catch (const StoreError& error) {
+        if (error.code() != Code::changedMeanwhile) throw;
+      }
+    }
+    const Reading reading(*this);
+    action();
+  }
   // As the constructor of Reading, but false at once instead of waiting; true: end it with endReading.
-  bool tryBeginReading(bool standBack = true);
+  // `mayReplay` false: also false where a dead writer's changes must be brought in first, which needs all locks free.
+  bool tryBeginReading(bool standBack = true, bool mayReplay = true);
   void beginReading();
   void endReading() noexcept;
+  // A long read: after a Reading brought the table up to date, pages are read as of then without a lock, and
+  // changedMeanwhile is raised when that is not possible any more.
+  void setSteady(bool steady);
   // After a lock was taken that keeps others from publishing: brings what is cached up to date.
   void refreshUnderLock();
 
-  void load();  // once, after the open lock was taken: reads the definition
+  void load();                     // once, after the open lock was taken: reads the definition
   void discardChanges() noexcept;  // the overlay never was
 
   // Counts states: own changes and those of others that were noticed. What was read ahead belongs to one state.
@@ -81,9 +101,13 @@ class Table {
   // Inside a Change. Unique indexes are tested before anything is changed (keyViolation). The buffer gets its autoInc
   // number and blob places. `record` is what now stands in the table.
   RowId insertRow(RowBuffer& row, const BlobContents& blobs, std::string& record);
-  void updateRow(RowId id, const std::string& before, RowBuffer& row, const BlobContents& blobs, std::string& record);
+  // `row` was loaded from `before`, so that only indexes over modified fields are looked at; if not, say so.
+  enum class Keys { ofModified, all };
+  void updateRow(RowId id, const std::string& before, RowBuffer& row, const BlobContents& blobs, std::string& record,
+                 Keys keys = Keys::ofModified);
   void deleteRow(RowId id, const std::string& before);
   void removeAll();
+  void redefine(const TableDef& definition);  // also without rows
 
   // Cursors of this process on this table.
   void attach(Cursor* cursor);
@@ -94,11 +118,20 @@ class Table {
   // Everything may have changed under the cursors (a rollback, which also cancels edits; a lost group, which does not).
   void everythingChanged(bool cancelEdits);
 
-  bool touched = false;     // the change being made has reached the pages
-  int gathered = 0;         // rows changed since the last publish, where Posts gather
-  bool doomed = false;      // a change failed half way inside a transaction or a gathered group
+  bool touched = false;  // the change being made has reached the pages
+  int gathered = 0;      // rows changed since the last publish, where Posts gather
+  bool doomed = false;   // a change failed half way inside a transaction or a gathered group
 
  private:
+  struct Unlocked {
+    explicit Unlocked(Table& itsTable) : table(itsTable) {}
+    ~Unlocked() { table.endUnlocked(); }
+    Unlocked(const Unlocked&) = delete;
+    Unlocked& operator=(const Unlocked&) = delete;
+    Table& table;
+  };
+  bool beginUnlocked();
+  void endUnlocked() noexcept;
   void refresh(const LiveState& live);
   void storeBlobs(RowBuffer& row, const RecordView* before, const BlobContents& blobs);
   void checkUnique(RowId id, std::string_view key, int position);
@@ -119,9 +152,10 @@ class Table {
   std::vector<Cursor*> cursors_;
   std::vector<std::string> keys_, oldKeys_;  // scratch
   std::uint64_t version_ = 1;
-  RowId rowFloor_ = 1;   // row ids of rolled-back rows are not given again: a cursor may still stand on one
+  RowId rowFloor_ = 1;  // row ids of rolled-back rows are not given again: a cursor may still stand on one
   int readers_ = 0;
   bool applyHeld_ = false;
+  bool steady_ = false;
   int autoIncField_ = -1;
 };
 

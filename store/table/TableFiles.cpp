@@ -13,7 +13,7 @@ namespace {
 constexpr std::uint64_t kMagic = 0x1A4E4F4C4C495551;  // "QUILLON\x1a"
 constexpr std::size_t kLivePlace = 64;
 constexpr PageNo kMetaPage = 1;
-constexpr const char* kNew = "~new";  // behind the name of a file that is no part of a table yet
+constexpr const char* kNew = "~new";                // behind the name of a file that is no part of a table yet
 constexpr std::size_t kSchemaBody = kPageBody + 4;  // behind the number of the next schema page
 constexpr std::size_t kSchemaPart = kPageSize - kSchemaBody;
 
@@ -27,11 +27,20 @@ std::array<std::byte, 32> identity(std::uint64_t fileId, Role role) {
   return bytes;
 }
 
+std::array<std::byte, 24> liveBytes(const LiveState& live) {
+  std::array<std::byte, 24> bytes{};
+  storeAt(bytes.data(), 0, live.stamp);
+  storeAt<std::uint32_t>(bytes.data(), 8, live.applying ? 1 : 0);
+  storeAt<std::uint32_t>(bytes.data(), 12, live.waiting ? 1 : 0);
+  storeAt(bytes.data(), 16, hashBytes(bytes.data(), 16));
+  return bytes;
+}
+
 // The meta page, field by field from byte 24 on; `Transfer` reads or writes one field.
 template <typename Meta, typename Transfer>
 void transferMeta(Meta& meta, Transfer&& field) {
   field(meta.stamp);
-  field(meta.companyId);
+  field(meta.epochKey);
   field(meta.adoptedAt);
   field(meta.nextRow);
   field(meta.autoInc);
@@ -76,6 +85,8 @@ void writeNew(FileSystem& files, const std::string& path, Role role, std::uint64
   std::vector<std::byte> bytes(kPageSize);
   const auto head = identity(fileId, role);
   std::copy(head.begin(), head.end(), bytes.begin());
+  const auto live = liveBytes({});
+  if (role == kDat) std::copy(live.begin(), live.end(), bytes.begin() + kLivePlace);
   bytes.insert(bytes.end(), pages.begin(), pages.end());
   file->write(0, bytes);
   file->sync();
@@ -83,19 +94,23 @@ void writeNew(FileSystem& files, const std::string& path, Role role, std::uint64
 
 }  // namespace
 
+std::optional<LiveState> soundLiveState(File& dat) {
+  std::array<std::byte, 24> bytes;
+  if (dat.read(kLivePlace, bytes.data(), bytes.size()) != bytes.size() ||
+      loadAt<std::uint64_t>(bytes.data(), 16) != hashBytes(bytes.data(), 16))
+    return std::nullopt;
+  return LiveState{loadAt<std::uint64_t>(bytes.data(), 0), loadAt<std::uint32_t>(bytes.data(), 8) != 0,
+                   loadAt<std::uint32_t>(bytes.data(), 12) != 0};
+}
+
 LiveState readLiveState(File& dat) {
-  std::array<std::byte, 16> bytes;
-  if (dat.read(kLivePlace, bytes.data(), bytes.size()) != bytes.size())
-    throw StoreError(Code::headerDamaged, "The header of a table is cut short. Run Pack/Repair on the company.");
-  return {loadAt<std::uint64_t>(bytes.data(), 0), loadAt<std::uint32_t>(bytes.data(), 8) != 0,
-          loadAt<std::uint32_t>(bytes.data(), 12) != 0};
+  const std::optional<LiveState> live = soundLiveState(dat);
+  if (!live) throw StoreError(Code::headerDamaged, "The header of a table is damaged. Run Pack/Repair on the company.");
+  return *live;
 }
 
 void writeLiveState(File& dat, const LiveState& live) {
-  std::array<std::byte, 16> bytes{};
-  storeAt(bytes.data(), 0, live.stamp);
-  storeAt<std::uint32_t>(bytes.data(), 8, live.applying ? 1 : 0);
-  storeAt<std::uint32_t>(bytes.data(), 12, live.waiting ? 1 : 0);
+  const std::array<std::byte, 24> bytes = liveBytes(live);
   dat.write(kLivePlace, bytes);
 }
 
@@ -167,6 +182,16 @@ TableFiles::TableFiles(FileSystem& files, PageCache& cache, const std::string& f
   }
 }
 
+bool TableFiles::isInPlace(FileSystem& files, const std::string& folder) const {
+  try {
+    return checkIdentity(*files.open(findFile(files, folder, name_ + kExtensions[kDat]), OpenMode::existing), name_,
+                         kDat) == fileId_;
+  } catch (const StoreError& error) {
+    if (error.code() != Code::noSuchTable) throw;
+    return false;
+  }
+}
+
 LiveState TableFiles::readLive() { return readLiveState(lockFile()); }
 void TableFiles::writeLive(const LiveState& live) { writeLiveState(lockFile(), live); }
 
@@ -202,6 +227,21 @@ std::string TableFiles::readSchema() {
   return schema;
 }
 
+void TableFiles::writeSchema(const std::string& schema) {
+  meta_.schema = 0;
+  meta_.schemaBytes = static_cast<std::uint32_t>(schema.size());
+  PageRef last;
+  for (std::size_t at = 0; at < schema.size(); at += kSchemaPart) {
+    PageRef page = files_[kDat]->allocate(PageKind::schema);
+    std::memcpy(page.writable() + kSchemaBody, schema.data() + at, std::min(kSchemaPart, schema.size() - at));
+    if (last)
+      storeAt<PageNo>(last.writable(), kPageBody, page.number());
+    else
+      meta_.schema = page.number();
+    last = page;
+  }
+}
+
 bool TableFiles::changed() const {
   return std::any_of(files_.begin(), files_.end(), [](const auto& file) { return file->dirtyPages() > 0; });
 }
@@ -227,7 +267,7 @@ void TableFiles::setStamp(std::uint64_t stamp) {
   for (const auto& file : files_) file->setNewestStamp(stamp);
 }
 
-void TableFiles::setSpill(SpillFile* spill) {
+void TableFiles::setSpill(const std::function<SpillFile*()>& spill) {
   for (const auto& file : files_) file->setSpill(spill);
 }
 

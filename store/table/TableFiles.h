@@ -2,11 +2,13 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
-#include "store/journal/Journal.h"
 #include "store/Schema.h"
+#include "store/journal/Journal.h"
 #include "store/locks/TableLocks.h"
 #include "store/pages/PageFile.h"
 #include "store/table/BlobStore.h"
@@ -22,35 +24,36 @@ enum Role : std::uint8_t { kDat = 0, kIdx = 1, kBlb = 2 };
 
 // The first page of each file:
 //   0  u64 magic, u32 format version, u32 role, u64 file id (one for the three files), u64 checksum of these
-//  64  (.DAT only) the live area: u64 stamp, u32 applying, u32 waiting. Written in place by whoever holds the apply lock
+//  64  (.DAT only) the live area: u64 stamp, u32 applying, u32 waiting, u64 checksum. Written by whoever holds the
+//  apply lock
 //      exclusively, never through the overlay; a sector keeps it whole.
 struct LiveState {
-  std::uint64_t stamp = 0;   // the last commit whose pages are all in place
-  bool applying = false;     // a commit's pages are being written; with the apply lock in hand: its writer died
-  bool waiting = false;      // a writer waits for the apply lock (believe it only while the intent byte is locked)
+  std::uint64_t stamp = 0;  // the last commit whose pages are all in place
+  bool applying = false;    // a commit's pages are being written; with the apply lock in hand: its writer died
+  bool waiting = false;     // a writer waits for the apply lock (believe it only while the intent byte is locked)
 };
 
 // What changes with a table's contents: page 1 of the .DAT file.
 struct TableMeta {
   std::uint64_t stamp = 0;
-  std::uint64_t companyId = 0;    // the journal that the stamps belong to
-  std::uint64_t adoptedAt = 0;    // stamps up to this came with the files from elsewhere
+  std::uint64_t epochKey = 0;   // of the journal's epoch in which it was last published
+  std::uint64_t adoptedAt = 0;  // pages with stamps up to this have no whole image in that epoch of the journal
   RowId nextRow = 1;
-  std::int64_t autoInc = 0;       // the last number given
+  std::int64_t autoInc = 0;  // the last number given
   std::array<PageSpace, 3> space;
   BlobSpace blobs;
-  PageNo rows = 0;                // root of the records' tree
+  PageNo rows = 0;  // root of the records' tree
   std::array<PageNo, kMaxIndexes> indexes{};
-  PageNo schema = 0;              // first of the schema's pages
+  PageNo schema = 0;  // first of the schema's pages
   std::uint32_t schemaBytes = 0;
 };
 
 // The three files of an open table, its meta page and its apply lock. No knowledge of rows.
 class TableFiles {
  public:
-  // Makes a table without rows in two steps, with a sync of the folder behind each: `prepare` writes all three files, of
-  // which .DAT still has another name; `appear` gives it its own. Without a .DAT file there is no table, so that a cut at
-  // any moment leaves the whole table or none. What an earlier cut left behind is replaced.
+  // Makes a table without rows in two steps, with a sync of the folder behind each: `prepare` writes all three files,
+  // of which .DAT still has another name; `appear` gives it its own. Without a .DAT file there is no table, so that a
+  // cut at any moment leaves the whole table or none. What an earlier cut left behind is replaced.
   static void prepare(FileSystem& files, const std::string& folder, const std::string& name, std::uint64_t fileId,
                       const std::string& schema, std::size_t indexes);
   static void appear(FileSystem& files, const std::string& folder, const std::string& name);
@@ -58,6 +61,8 @@ class TableFiles {
   TableFiles(FileSystem& files, PageCache& cache, const std::string& folder, std::string name);
 
   const std::string& name() const { return name_; }
+  // Whether the .DAT file of that name in the folder is still this one.
+  bool isInPlace(FileSystem& files, const std::string& folder) const;
   std::uint64_t fileId() const { return fileId_; }
   PageFile& file(Role role) { return *files_[role]; }
   File& lockFile() { return files_[kDat]->file(); }
@@ -75,14 +80,15 @@ class TableFiles {
   void loadMeta();                       // from its page; under the locks that reading asks for
   void storeMeta(std::uint64_t commit);  // into its page, as part of the overlay
   std::string readSchema();
-  bool changed() const;                  // has an overlay
+  void writeSchema(const std::string& schema);  // into new pages, as part of the overlay
+  bool changed() const;                         // has an overlay
   void published(std::uint64_t commit);
-  void discard();                        // the overlay; never raises
-  void forget(std::uint64_t newStamp);   // everything cached
+  void discard();                                // the overlay; never raises
+  void forget(std::uint64_t newStamp);           // everything cached
   bool metaStale() const { return metaStale_; }  // loadMeta must come before meta() is believed
   void setMetaStale() { metaStale_ = true; }
   void setStamp(std::uint64_t stamp);
-  void setSpill(SpillFile* spill);
+  void setSpill(const std::function<SpillFile*()>& spill);
 
   // The identity of a file on the disk. Raises as the constructor does. Returns the file id.
   static std::uint64_t checkIdentity(File& file, const std::string& name, Role role);
@@ -96,7 +102,9 @@ class TableFiles {
   bool metaStale_ = true;
 };
 
-LiveState readLiveState(File& dat);
+LiveState readLiveState(File& dat);  // headerDamaged
+// None: damaged, or a write of it ended half way; the journal then holds what was being applied.
+std::optional<LiveState> soundLiveState(File& dat);
 void writeLiveState(File& dat, const LiveState& live);
 
 }  // namespace quillon::store

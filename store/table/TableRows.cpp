@@ -117,8 +117,8 @@ void Table::raiseKeyViolation(int position) {
   std::string fields;
   for (const IndexPart& part : definition.parts)
     fields += (fields.empty() ? "'" : ", '") + definition_.fields[static_cast<std::size_t>(part.field)].name + "'";
-  throw StoreError(Code::keyViolation, "Key violation: table '" + name() + "' has a record with the same " + fields +
-                                           " already.");
+  throw StoreError(Code::keyViolation,
+                   "Key violation: table '" + name() + "' has a record with the same " + fields + " already.");
 }
 
 void Table::storeBlobs(RowBuffer& row, const RecordView* before, const BlobContents& contents) {
@@ -165,13 +165,22 @@ RowId Table::insertRow(RowBuffer& row, const BlobContents& contents, std::string
 }
 
 void Table::updateRow(RowId id, const std::string& before, RowBuffer& row, const BlobContents& contents,
-                      std::string& bytes) {
+                      std::string& bytes, Keys which) {
   const RecordView old(*layout_, before);
   row.encode(bytes);
-  encodeKeys(before, id, oldKeys_);
-  encodeKeys(bytes, id, keys_);
-  for (std::size_t i = 0; i < keys_.size(); ++i)
-    if (keys_[i] != oldKeys_[i]) checkUnique(id, keys_[i], static_cast<int>(i));
+  const RecordView changed(*layout_, bytes);
+  std::vector<std::size_t> moved;  // indexes whose key changes
+  for (std::size_t i = 0; i < codecs_.size(); ++i) {
+    const auto& parts = definition_.indexes[i].parts;
+    if (which == Keys::ofModified &&
+        std::none_of(parts.begin(), parts.end(), [&](const IndexPart& part) { return row.modified(part.field); }))
+      continue;
+    codecs_[i].encode(old, id, oldKeys_[i]);
+    codecs_[i].encode(changed, id, keys_[i]);
+    if (keys_[i] == oldKeys_[i]) continue;
+    checkUnique(id, keys_[i], static_cast<int>(i));
+    moved.push_back(i);
+  }
 
   touched = true;
   storeBlobs(row, &old, contents);
@@ -185,8 +194,7 @@ void Table::updateRow(RowId id, const std::string& before, RowBuffer& row, const
     }
     if (!rows_->replace(key, payloadOf(bytes))) raiseDamaged(name(), "a record is gone from its place");
   }
-  for (std::size_t i = 0; i < keys_.size(); ++i) {
-    if (keys_[i] == oldKeys_[i]) continue;
+  for (const std::size_t i : moved) {
     if (!indexes_[i]->erase(oldKeys_[i]) || !indexes_[i]->insert(keys_[i], {}))
       raiseDamaged(name(), "an index does not fit its records");
   }
@@ -220,11 +228,13 @@ void Table::removeAll() {
   meta.indexes.fill(0);
   meta.autoInc = 0;
   meta.blobs = {};
-  // Identity, meta and the schema's pages, which were made one behind the other, stay; pages behind the mark are made anew.
+  // Identity, meta and the schema's pages, which were made one behind the other, stay; pages behind the mark are made
+  // anew.
   const std::uint32_t schemaPages =
       static_cast<std::uint32_t>((meta.schemaBytes + kPageSize - kPageBody - 5) / (kPageSize - kPageBody - 4));
   meta.space[kDat] = {2 + schemaPages, 0, 0};
   meta.space[kIdx] = meta.space[kBlb] = PageSpace{};
+  files_.storeMeta(meta.stamp);  // the only page that changes; without one there would be nothing to publish
 }
 
 }  // namespace quillon::store

@@ -9,8 +9,8 @@
 
 namespace quillon::store {
 
-inline constexpr std::size_t kMaxTreeKey = 1010;      // bytes
-inline constexpr std::size_t kMaxTreeEntry = 1320;    // key and payload together
+inline constexpr std::size_t kMaxTreeKey = 1010;    // bytes
+inline constexpr std::size_t kMaxTreeEntry = 1320;  // key and payload together
 
 // A counted B+tree over the pages of one file: variable keys in byte order, each with a payload (empty in an index).
 // Each inner entry knows how many entries its subtree has, so that rank and "the k-th" cost a descent.

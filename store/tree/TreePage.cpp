@@ -66,18 +66,18 @@ std::uint64_t TreePage::totalRows() const {
   return total;
 }
 
-// Where a key belongs among a page's entries. Row ids, which are five bytes, and the first eight bytes of longer keys
-// are compared as numbers: most keys part there, without a call.
+// Where a key belongs among a page's entries. Row ids, which are five bytes, shorter and longer keys by up to their
+// first eight bytes are compared as numbers: most keys part there, without a call.
 template <bool kLeaf>
 struct TreePage::Search {
   const TreePage& page;
   std::string_view key;
-  std::uint64_t head;  // the key as a number: all of a row id, or the first eight bytes
+  std::uint64_t head;  // the key as a number: all of one shorter than eight bytes, or the first eight
 
   Search(const TreePage& searched, std::string_view sought) : page(searched), key(sought), head(0) {
     if (key.size() >= 8) {
       head = bigEndian(key.data());
-    } else if (key.size() == kRowIdSize) {
+    } else {
       for (const char byte : key) head = head << 8 | static_cast<unsigned char>(byte);
     }
   }
@@ -109,10 +109,15 @@ struct TreePage::Search {
   static std::uint64_t rowIdOf(std::string_view entry) { return bigEndian(entry.data() + kRowIdSize - 8) & kRowIdMask; }
   bool behindRowId(unsigned index) const {
     const std::string_view entry = keyAt(index);
-    if (entry.size() != kRowIdSize) [[unlikely]]
-      return behindRest(entry, 0);
+    if (entry.size() != kRowIdSize) return behindBeginning(entry);
     const std::uint64_t number = rowIdOf(entry);
     return kLeaf ? number < head : number <= head;
+  }
+  // A key that is the beginning of entries (a search by the leading fields of an index): shorter than eight bytes.
+  bool behindBeginning(std::string_view entry) const {
+    if (entry.size() < 8 || key.empty()) [[unlikely]]
+      return behindRest(entry, 0);
+    return bigEndian(entry.data()) >> (64 - 8 * key.size()) < head;  // the longer of like ones comes later
   }
   bool behindLong(unsigned index) const {
     const std::string_view entry = keyAt(index);
@@ -124,7 +129,7 @@ struct TreePage::Search {
   bool behind(unsigned index) const {
     if (key.size() == kRowIdSize) return behindRowId(index);
     if (key.size() >= 8) return behindLong(index);
-    return behindRest(keyAt(index), 0);
+    return behindBeginning(keyAt(index));
   }
 
   // The first index in [low, high) that is not behind; `test` is one of the above.
@@ -162,7 +167,7 @@ struct TreePage::Search {
   unsigned find(unsigned low) const {
     if (key.size() == kRowIdSize) return findRowId(low);
     if (key.size() >= 8) return find(low, page.count(), [this](unsigned i) { return behindLong(i); });
-    return find(low, page.count(), [this](unsigned i) { return behindRest(keyAt(i), 0); });
+    return find(low, page.count(), [this](unsigned i) { return behindBeginning(keyAt(i)); });
   }
 };
 

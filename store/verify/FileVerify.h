@@ -33,13 +33,14 @@ class FileVerify {
   void finish();
 
   bool tell(const std::string& what);  // about this file; always false
-  bool sound() const { return faults_ == 0; }
+  // Whether every page that was named could be read and was named once: then a page that nobody used is lost.
+  bool inReach() const { return inReach_; }
   bool isBad(PageNo number) const { return bad_.count(number) > 0; }
   std::uint32_t pages() const { return static_cast<std::uint32_t>(used_.size()); }  // that are there
   PageFile& file() { return file_; }
 
  private:
-  bool tellPage(PageNo number, const std::string& what);
+  bool lose(PageNo number, const std::string& what);
   void checkFirstPage(const std::byte* page);
   void checkPage(PageNo number, const std::byte* page);
   void checkFreePages();
@@ -52,7 +53,7 @@ class FileVerify {
   std::vector<bool> used_;
   std::vector<PageKind> kinds_;
   std::set<PageNo> bad_;  // unreadable
-  int faults_ = 0;
+  bool inReach_ = true;
 };
 
 }  // namespace quillon::store

@@ -33,14 +33,13 @@ TableReport TableVerify::run() {
   const LiveState live =
       table_.database().inMemory() ? LiveState{meta_.stamp, false, false} : table_.files().readLive();
   for (const Role role : {kDat, kIdx, kBlb})
-    files_[role] =
-        std::make_unique<FileVerify>(table_.files().file(role), role, meta_.space[role], live.stamp, tell_);
+    files_[role] = std::make_unique<FileVerify>(table_.files().file(role), role, meta_.space[role], live.stamp, tell_);
   checkHeader(live);
   checkPages();
   checkRows();
   for (int i = 0; i < static_cast<int>(table_.definition().indexes.size()); ++i) checkIndex(i);
   // Without all rows nobody knows which contents are used.
-  if (rowsSound_ && files_[kBlb]->sound()) blobs_->finish();
+  if (rowsSound_ && files_[kBlb]->inReach()) blobs_->finish();
   files_[kBlb]->useAll(PageKind::blob);
   for (const auto& file : files_) file->finish();
   percent_(100);
@@ -85,9 +84,9 @@ void TableVerify::checkRows() {
   useSchema();
   wanted_.resize(table_.definition().indexes.size());
   blobs_.emplace(files_[kBlb]->file(), meta_.blobs, files_[kBlb]->pages(),
-                 [this](const std::string& what) { blobFault_ += (blobFault_.empty() ? "" : "; ") + what; });
-  rowsSound_ = files_[kDat]->checkTree(meta_.rows, [this](auto key, auto payload) { checkRow(key, payload); }) &&
-               rowsSound_;
+                 [this](const std::string& what) { tell_(contentOf_.empty() ? what : contentOf_ + ": " + what); });
+  rowsSound_ =
+      files_[kDat]->checkTree(meta_.rows, [this](auto key, auto payload) { checkRow(key, payload); }) && rowsSound_;
   if (highest_ > meta_.autoInc)
     tellRow(highestRow_, "has the automatic number " + std::to_string(highest_) + ", the header is at " +
                              std::to_string(meta_.autoInc));
@@ -132,10 +131,9 @@ void TableVerify::checkContents(const RecordView& view, RowId row) {
       highestRow_ = row;
     }
     if (!isBlobType(field.type) || view.isNull(i)) continue;
-    blobFault_.clear();
-    if (!blobs_->content(view.blobRef(i)))
-      files_[kBlb]->tell("the content of '" + field.name + "' of record " + std::to_string(row) + ": " + blobFault_);
-    blobFault_.clear();
+    contentOf_ = "the content of '" + field.name + "' of record " + std::to_string(row);
+    blobs_->content(view.blobRef(i));
+    contentOf_.clear();
   }
 }
 

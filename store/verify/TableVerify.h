@@ -20,8 +20,8 @@ namespace quillon::store {
 // be read at all.
 //
 // Method: every page first, past the cache; then the rows' tree, and from each record the keys that it should have, its
-// contents and its overflow pages; then each index tree. An index has exactly the keys of the rows when their number and
-// the sum of their hashes agree, which takes one walk and no memory; only when they differ is each key looked up.
+// contents and its overflow pages; then each index tree. An index has exactly the keys of the rows when their number
+// and the sum of their hashes agree, which takes one walk and no memory; only when they differ is each key looked up.
 class TableVerify {
  public:
   TableVerify(Table& table, FileVerify::Tell tell, std::function<void(int percent)> percent);
@@ -53,7 +53,7 @@ class TableVerify {
   TableMeta meta_;
   std::array<std::unique_ptr<FileVerify>, 3> files_;
   std::optional<BlobCheck> blobs_;
-  std::string blobFault_;
+  std::string contentOf_;     // whose content is being checked
   std::vector<Keys> wanted_;  // by index
   std::string record_, key_;
   std::uint64_t rows_ = 0;

@@ -96,6 +96,10 @@ void DiskFile::writeParts(std::uint64_t offset, std::span<const Bytes> parts) {
 std::uint64_t DiskFile::size() {
   struct stat status {};
   if (::fstat(fd_, &status) != 0) raise("read");
+  if (named_ && status.st_nlink == 0) {
+    errno = ESTALE;
+    raise("read");
+  }
   return static_cast<std::uint64_t>(status.st_size);
 }
 

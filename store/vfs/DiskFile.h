@@ -4,10 +4,13 @@
 
 namespace quillon::store {
 
-// An open file of the real disk. Owns the descriptor; `path` serves messages only.
+// An open file of the real disk. Owns the descriptor; `path` serves messages only. A file whose name is gone from the
+// disk tells so when it is asked for its size (ioFailed), which every publish does: nothing is saved into a removed
+// folder.
 class DiskFile final : public File {
  public:
-  DiskFile(int descriptor, std::string path) : fd_(descriptor), path_(std::move(path)) {}
+  DiskFile(int descriptor, std::string path, bool named = true)
+      : fd_(descriptor), path_(std::move(path)), named_(named) {}
   ~DiskFile() override;
 
   std::size_t read(std::uint64_t offset, void* data, std::size_t size) override;
@@ -28,6 +31,7 @@ class DiskFile final : public File {
 
   int fd_;
   std::string path_;
+  bool named_;  // false: scratch that never has a name
 };
 
 }  // namespace quillon::store

@@ -74,7 +74,7 @@ std::unique_ptr<File> DiskFileSystem::openScratch(const std::string& folder) {
     if (fd >= 0) ::unlink(name.c_str());
   }
   if (fd < 0) throw ioError("make a scratch file in", folder, errno, Missing::folder);
-  return std::make_unique<DiskFile>(fd, place + "/scratch");
+  return std::make_unique<DiskFile>(fd, place + "/scratch", false);
 }
 
 bool DiskFileSystem::exists(const std::string& path) {

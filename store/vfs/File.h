@@ -48,9 +48,9 @@ class File {
 };
 
 enum class OpenMode {
-  existing,    // raises noSuchTable when it is not there
-  create,      // makes it when it is not there
-  createNew,   // raises tableExists when it is there
+  existing,   // raises noSuchTable when it is not there
+  create,     // makes it when it is not there
+  createNew,  // raises tableExists when it is there
 };
 
 // Paths are absolute or relative as the system takes them, parts joined by '/'.
@@ -65,11 +65,12 @@ class FileSystem {
   // A private file without a name in `folder`; it vanishes with its handle.
   virtual std::unique_ptr<File> openScratch(const std::string& folder) = 0;
   virtual bool exists(const std::string& path) = 0;
-  virtual void remove(const std::string& path) = 0;              // no error when it is not there
+  virtual void remove(const std::string& path) = 0;                         // no error when it is not there
   virtual void rename(const std::string& from, const std::string& to) = 0;  // replaces `to`
   virtual bool folderExists(const std::string& folder) = 0;
-  virtual void makeFolder(const std::string& folder) = 0;        // parents too; no error when it is there
-  virtual std::vector<std::string> list(const std::string& folder) = 0;     // names of plain files, sorted; raises noSuchFolder
+  virtual void makeFolder(const std::string& folder) = 0;  // parents too; no error when it is there
+  virtual std::vector<std::string> list(
+      const std::string& folder) = 0;  // names of plain files, sorted; raises noSuchFolder
   // Names made, renamed or removed in `folder` so far survive a power loss once this returns.
   virtual void syncFolder(const std::string& folder) = 0;
   // Whether `folder` lies on another machine, so that its other users do not share this machine's page cache.

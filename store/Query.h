@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/Cursor.h"
+
+namespace quillon::store {
+
+namespace sql {
+struct Statement;
+}
+
+// A statement of the query dialect, with named parameters.
+//
+// `open` runs a SELECT and makes this a cursor on its result: a snapshot, which is read again by closing and opening
+// it, and cannot be changed; or, when it is live, the rows of the one table that it reads, in the order found, edited
+// by the table's own rules. A row that no longer fits a live result stays in it until it is opened again. `execute`
+// runs any other statement. A statement is all or nothing.
+//
+// Errors: StatementError with line and column; those of the tables, among them recordLocked when a row to be changed is
+// locked, keyViolation, required, badValue. The text is parsed once and can be run many times.
+class Query : public Cursor {
+ public:
+  Query(Database& database, std::string text = {}, std::string name = {});
+  ~Query();
+
+  void setStatement(std::string text);  // while closed; keeps the parameters
+  const std::string& statement() const { return text_; }
+  void setParameter(std::string_view name, Value value);  // with or without the colon, in any case
+  void setLive(bool live);                                // while closed; badStatement at open when it cannot be live
+
+  void open();
+  void close();
+  // Rows changed; of a SELECT ... INTO the rows written.
+  std::uint64_t execute();
+  // Whether the statement gives rows: a SELECT without INTO, or EXPLAIN.
+  bool givesRows();
+  // The ways in which a statement will be run, one line a step.
+  std::vector<std::string> explain();
+
+ private:
+  const sql::Statement& parsed();
+  void openSnapshot();
+  void openLive();
+
+  Database& home_;  // that the statement's names belong to
+  std::string text_;
+  std::unique_ptr<sql::Statement> statement_;
+  std::map<std::string, Value, std::less<>> parameters_;
+  std::string result_;  // the table in memory that holds the result
+  bool live_ = false;
+};
+
+}  // namespace quillon::store

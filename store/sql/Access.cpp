@@ -1,0 +1,319 @@
+#include "store/sql/Access.h"
+
+#include <algorithm>
+
+#include "store/Errors.h"
+#include "store/KeyCodec.h"
+#include "store/table/Table.h"
+
+namespace quillon::store::sql {
+namespace {
+
+constexpr double kIndexShare = 0.125;         // of the rows: above it a walk over all is cheaper
+constexpr double kRowCost = 0.2;              // of a row met in a walk, in microseconds; only ratios matter
+constexpr double kSearchCost = 1.5;           // of a search in an index and the row behind it
+constexpr double kHashCost = 0.4;             // of a row put into a hash
+constexpr double kGuess = 0.01;               // share of rows that an equality leaves, where it is not known
+constexpr std::uint64_t kHashedPages = 8192;  // a table up to this size (32 MiB) is hashed with its records
+
+bool isRange(Op op) { return op == Op::less || op == Op::lessEqual || op == Op::greater || op == Op::greaterEqual; }
+
+// The one type in which a column and a value are equal or not.
+Type commonType(Type a, Type b) {
+  if (a == b || b == Type::null) return a;
+  if (a == Type::null) return b;
+  if (isNumber(a) && isNumber(b)) return a == Type::real || b == Type::real ? Type::real : Type::money;
+  return Type::dateTime;
+}
+
+[[noreturn]] void raiseIndexDamaged(const std::string& table) {
+  throw StoreError(Code::damaged, "An index of table '" + table +
+                                      "' names a record that is not there. Run Pack/Repair on the company.");
+}
+
+}  // namespace
+
+bool Access::isText(int field) const {
+  return table_.definition().fields[static_cast<std::size_t>(field)].type == FieldType::string;
+}
+
+int Access::equalities(int index, bool& range) const {
+  const IndexDef& definition = table_.definition().indexes[static_cast<std::size_t>(index)];
+  int count = 0;
+  range = false;
+  for (const IndexPart& part : definition.parts) {
+    const auto of = [&](bool wanted) {
+      return std::any_of(terms_.begin(), terms_.end(), [&](const Term& term) {
+        return term.field == part.field && !term.list && (wanted ? term.op == Op::equal : isRange(term.op));
+      });
+    };
+    if (of(true)) {
+      ++count;
+      continue;
+    }
+    range = of(false) && !(definition.caseInsensitive && isText(part.field));
+    break;
+  }
+  return count;
+}
+
+bool Access::bounds(int index, Frame& frame, std::string& low, std::string& high) const {
+  const IndexDef& definition = table_.definition().indexes[static_cast<std::size_t>(index)];
+  const KeyCodec& codec = table_.codec(index);
+  std::vector<Value> values;
+  bool range = false;
+  const auto equal = static_cast<std::size_t>(equalities(index, range));
+  for (std::size_t i = 0; i < equal; ++i)
+    for (const Term& term : terms_)
+      if (term.field == definition.parts[i].field && term.op == Op::equal && !term.list) {
+        values.push_back(valueOf(term.value->eval(frame)));
+        break;
+      }
+  try {
+    codec.encodePrefix(values, low);
+  } catch (const StoreError& error) {
+    if (error.code() != Code::badValue) throw;
+    return false;  // no row has a value that its field cannot hold
+  }
+  high = KeyCodec::successor(low);
+  if (!range) return true;
+  const IndexPart& part = definition.parts[equal];
+  for (const Term& term : terms_) {
+    if (term.field != part.field || term.list || !isRange(term.op)) continue;
+    const Datum limit = term.value->eval(frame);
+    if (limit.isNull()) return false;
+    values.resize(equal);
+    values.push_back(valueOf(limit));
+    std::string bound;
+    try {
+      codec.encodePrefix(values, bound);
+    } catch (const StoreError& error) {
+      if (error.code() != Code::badValue) throw;
+      continue;  // between two values of the field: left to the test of the rows
+    }
+    const bool from = (term.op == Op::greater || term.op == Op::greaterEqual) != part.descending;
+    if (from) {
+      low = std::max(low, bound);
+    } else if (bound = KeyCodec::successor(bound); !bound.empty()) {
+      high = high.empty() ? bound : std::min(high, bound);
+    }
+  }
+  return true;
+}
+
+double Access::choose(double outerRows, Frame& frame) {
+  const auto rows = static_cast<double>(table_.rowCount());
+  const auto& indexes = table_.definition().indexes;
+  kind_ = Kind::scan;
+  double best = rows;
+  bool unique = false;
+  int most = 0;
+  for (std::size_t i = 0; i < indexes.size(); ++i) {
+    bool range = false;
+    const int index = static_cast<int>(i);
+    const int equal = equalities(index, range);
+    if (equal == 0 && !range) continue;
+    double found = rows * (equal > 0 ? kGuess : kIndexShare);
+    const bool exact = indexes[i].unique && equal == static_cast<int>(indexes[i].parts.size());
+    if (exact) found = 1;
+    if (source_ == 0) {
+      std::string low, high;
+      if (!bounds(index, frame, low, high)) {
+        found = 0;
+      } else {
+        Tree& tree = table_.index(index);
+        const std::uint64_t above = high.empty() ? tree.count() : tree.rank(high);
+        found = static_cast<double>(above - std::min(above, tree.rank(low)));
+      }
+      if (found > rows * kIndexShare) continue;
+    } else if (exact ? unique : equal < most || (equal == most && most > 0)) {
+      continue;
+    }
+    if (source_ == 0 && kind_ == Kind::index && found >= best) continue;
+    kind_ = Kind::index;
+    index_ = index;
+    best = found;
+    most = std::max(most, equal);
+    unique = unique || exact;
+  }
+  if (kind_ == Kind::scan) {
+    for (std::size_t t = 0; t < terms_.size(); ++t) {
+      if (!terms_[t].list || static_cast<double>(terms_[t].list->size()) > rows * kIndexShare + 1) continue;
+      for (std::size_t i = 0; i < indexes.size(); ++i)
+        if (indexes[i].parts[0].field == terms_[t].field) {
+          kind_ = Kind::list;
+          index_ = static_cast<int>(i);
+          listTerm_ = t;
+          best = std::min(rows, static_cast<double>(terms_[t].list->size()) * rows * kGuess);
+        }
+    }
+  }
+  if (source_ == 0) return best;
+
+  // For an inner source: is it cheaper to read it once into a hash?
+  hashTerms_.clear();
+  for (std::size_t t = 0; t < terms_.size(); ++t)
+    if (terms_[t].op == Op::equal && !terms_[t].list) hashTerms_.push_back(t);
+  const double each = unique ? 1 : std::max(1.0, rows * kGuess);
+  const double searching = outerRows * (kSearchCost + each * kSearchCost / 2);
+  const double walking = outerRows * rows * kRowCost;
+  const double hashing = rows * (kRowCost + kHashCost) + outerRows * kHashCost;
+  if (!hashTerms_.empty() && hashing < (kind_ == Kind::index ? searching : walking)) kind_ = Kind::hash;
+  built_.reset();
+  if (kind_ == Kind::scan) return outerRows * rows;
+  return outerRows * (unique || kind_ == Kind::hash ? 1 : each);
+}
+
+bool Access::stand(Frame& frame, RowId row, std::string_view payload, const std::function<bool()>& callback) {
+  SourceRow& here = frame.rows[static_cast<std::size_t>(source_)];
+  here.row = row;
+  here.view.emplace(table_.layout(), table_.record(payload, scratch_));
+  return callback();
+}
+
+bool Access::forEach(Frame& frame, const std::function<bool()>& row) {
+  switch (kind_) {
+    case Kind::index:
+      return byIndex(frame, row);
+    case Kind::list:
+      return byList(frame, row);
+    case Kind::hash:
+      return byHash(frame, row);
+    default:
+      return scan(frame, row);
+  }
+}
+
+bool Access::scan(Frame& frame, const std::function<bool()>& row) {
+  TreeWalk walk(table_.rows());
+  for (bool found = walk.first(); found; found = walk.next())
+    if (!stand(frame, KeyCodec::rowOf(walk.key()), walk.payload(), row)) return false;
+  return true;
+}
+
+bool Access::fetch(Frame& frame, std::vector<RowId>& ids, const std::function<bool()>& row) {
+  std::sort(ids.begin(), ids.end());
+  ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+  TreeWalk walk(table_.rows());
+  std::string key;
+  for (const RowId id : ids) {
+    key.clear();
+    KeyCodec::appendRow(key, id);
+    if (!walk.seek(key) || walk.key() != key) raiseIndexDamaged(table_.name());
+    if (!stand(frame, id, walk.payload(), row)) return false;
+  }
+  return true;
+}
+
+bool Access::byIndex(Frame& frame, const std::function<bool()>& row) {
+  std::string low, high;
+  if (!bounds(index_, frame, low, high)) return true;
+  std::vector<RowId> ids;
+  {
+    TreeWalk walk(table_.index(index_));
+    for (bool found = walk.seek(low); found && (high.empty() || walk.key() < high); found = walk.next())
+      ids.push_back(KeyCodec::rowOf(walk.key()));
+  }
+  return fetch(frame, ids, row);
+}
+
+bool Access::byList(Frame& frame, const std::function<bool()>& row) {
+  const auto& alternatives = *terms_[listTerm_].list;
+  std::vector<RowId> ids;
+  std::string prefix;
+  for (std::size_t i = 1; i < alternatives.size(); ++i) {
+    const Value value = valueOf(alternatives[i]->eval(frame));
+    try {
+      table_.codec(index_).encodePrefix({&value, 1}, prefix);
+    } catch (const StoreError& error) {
+      if (error.code() != Code::badValue) throw;
+      continue;
+    }
+    TreeWalk walk(table_.index(index_));
+    for (bool found = walk.seek(prefix); found && walk.key().starts_with(prefix); found = walk.next())
+      ids.push_back(KeyCodec::rowOf(walk.key()));
+  }
+  return fetch(frame, ids, row);
+}
+
+void Access::build(Frame& frame) {
+  built_ = std::make_unique<Built>();
+  const TableMeta& meta = table_.files().meta();
+  const bool withRecords = meta.space[kDat].pages <= kHashedPages;
+  std::string identity;
+  Texts texts;
+  scan(frame, [&] {
+    SourceRow& here = frame.rows[static_cast<std::size_t>(source_)];
+    identity.clear();
+    for (const std::size_t t : hashTerms_) {
+      const Term& term = terms_[t];
+      appendIdentity(convert(term.column->eval(frame), commonType(term.column->type, term.value->type), texts),
+                     identity);
+    }
+    built_->byKey[identity].push_back(static_cast<std::uint32_t>(built_->ids.size()));
+    built_->ids.push_back(here.row);
+    if (withRecords)
+      built_->records.emplace_back(reinterpret_cast<const char*>(here.view->bytes().data()), here.view->bytes().size());
+    texts.clear();
+    return true;
+  });
+}
+
+bool Access::byHash(Frame& frame, const std::function<bool()>& row) {
+  if (!built_) build(frame);
+  std::string identity;
+  for (const std::size_t t : hashTerms_) {
+    const Term& term = terms_[t];
+    appendIdentity(convert(term.value->eval(frame), commonType(term.column->type, term.value->type), frame.texts),
+                   identity);
+  }
+  const auto found = built_->byKey.find(identity);
+  if (found == built_->byKey.end()) return true;
+  if (built_->records.empty()) {
+    std::vector<RowId> ids;
+    for (const std::uint32_t place : found->second) ids.push_back(built_->ids[place]);
+    return fetch(frame, ids, row);
+  }
+  SourceRow& here = frame.rows[static_cast<std::size_t>(source_)];
+  for (const std::uint32_t place : found->second) {
+    here.row = built_->ids[place];
+    here.view.emplace(table_.layout(), std::string_view(built_->records[place]));
+    if (!row()) return false;
+  }
+  return true;
+}
+
+bool Access::forEachInOrder(Frame& frame, int index, const std::function<bool()>& row) {
+  std::string low, high;
+  if (!bounds(index, frame, low, high)) return true;
+  TreeWalk walk(table_.index(index));
+  TreeWalk rows(table_.rows());
+  std::string key;
+  for (bool found = walk.seek(low); found && (high.empty() || walk.key() < high); found = walk.next()) {
+    const RowId id = KeyCodec::rowOf(walk.key());
+    key.clear();
+    KeyCodec::appendRow(key, id);
+    if (!rows.seek(key) || rows.key() != key) raiseIndexDamaged(table_.name());
+    if (!stand(frame, id, rows.payload(), row)) return false;
+  }
+  return true;
+}
+
+std::string Access::explain() const {
+  const auto indexed = [&] {
+    const std::string& name = table_.definition().indexes[static_cast<std::size_t>(index_)].name;
+    return name.empty() ? std::string("the primary index") : "index " + name;
+  };
+  switch (kind_) {
+    case Kind::index:
+      return "search " + table_.name() + " by " + indexed();
+    case Kind::list:
+      return "search " + table_.name() + " by " + indexed() + " for each value of a list";
+    case Kind::hash:
+      return "hash " + table_.name();
+    default:
+      return "walk " + table_.name();
+  }
+}
+
+}  // namespace quillon::store::sql

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "store/sql/Expression.h"
+#include "store/tree/Tree.h"
+
+namespace quillon::store::sql {
+
+// How the rows of one source are found for the rows of the sources before it. An index only narrows: every condition is
+// tested on the row again, so that the choice never changes the result.
+class Access {
+ public:
+  enum class Kind { scan, index, list, hash };
+
+  // One condition that can be searched for: column OP value, the value known before this source is read.
+  struct Term {
+    int field;
+    Op op;
+    const Expression* value;                           // of a comparison
+    const std::vector<ExpressionPtr>* list = nullptr;  // of IN: alternatives from [1] on
+    const Expression* column = nullptr;
+  };
+
+  Access(Table& table, int source, std::vector<Term> terms)
+      : table_(table), source_(source), terms_(std::move(terms)) {}
+
+  Table& table() const { return table_; }
+  // Chooses the way, given how many rows the sources before it are thought to have. Returns how many this one will
+  // have.
+  double choose(double outerRows, Frame& frame);
+  // Calls for every row that may match, in row-id order; frame.rows[source] is the row. False from the callback ends
+  // it.
+  bool forEach(Frame& frame, const std::function<bool()>& row);
+  // In the order of an index instead.
+  bool forEachInOrder(Frame& frame, int index, const std::function<bool()>& row);
+  std::string explain() const;
+  Kind kind() const { return kind_; }
+  const std::vector<Term>& terms() const { return terms_; }
+
+  // The keys of an index between which rows matching the terms lie; false: there can be none.
+  bool bounds(int index, Frame& frame, std::string& low, std::string& high) const;
+  // How many leading fields of the index have an equality; whether a range follows.
+  int equalities(int index, bool& range) const;
+
+ private:
+  struct Built {  // of a hash: rows by the identity of their key
+    std::vector<std::string> records;
+    std::vector<RowId> ids;
+    std::unordered_map<std::string, std::vector<std::uint32_t>> byKey;
+  };
+  bool stand(Frame& frame, RowId row, std::string_view payload, const std::function<bool()>& callback);
+  bool scan(Frame& frame, const std::function<bool()>& row);
+  bool byIndex(Frame& frame, const std::function<bool()>& row);
+  bool byList(Frame& frame, const std::function<bool()>& row);
+  bool byHash(Frame& frame, const std::function<bool()>& row);
+  bool fetch(Frame& frame, std::vector<RowId>& ids, const std::function<bool()>& row);
+  void build(Frame& frame);
+  bool isText(int field) const;
+
+  Table& table_;
+  int source_;
+  std::vector<Term> terms_;
+  Kind kind_ = Kind::scan;
+  int index_ = -1;
+  std::size_t listTerm_ = 0;
+  std::vector<std::size_t> hashTerms_;
+  std::unique_ptr<Built> built_;
+  std::string scratch_;
+};
+
+}  // namespace quillon::store::sql

@@ -1,0 +1,304 @@
+// Binding a SELECT: sources, items, groups, order, unions.
+#include "store/sql/SelectPlan.h"
+
+#include <algorithm>
+#include <set>
+
+#include "base/Text.h"
+#include "store/Errors.h"
+#include "store/sql/Compiler.h"
+#include "store/sql/SelectCore.h"
+#include "store/table/Table.h"
+
+namespace quillon::store::sql {
+namespace {
+
+constexpr std::size_t kMostSources = 60;
+constexpr std::size_t kLongestColumnName = 200;  // bytes
+
+// The field of a result that holds an expression's values.
+FieldDef fieldFor(const Expression& item, const FieldDef* column) {
+  FieldDef field;
+  if (column) {
+    field = *column;
+    if (field.type == FieldType::autoInc) field.type = FieldType::integer;
+    field.required = false;
+    return field;
+  }
+  switch (item.type) {
+    case Type::boolean:
+      field.type = FieldType::boolean;
+      break;
+    case Type::whole:
+      field.type = FieldType::largeInt;
+      break;
+    case Type::money:
+      field.type = FieldType::currency;
+      break;
+    case Type::real:
+      field.type = FieldType::floating;
+      break;
+    case Type::date:
+      field.type = FieldType::date;
+      break;
+    case Type::time:
+      field.type = FieldType::time;
+      break;
+    case Type::dateTime:
+      field.type = FieldType::dateTime;
+      break;
+    case Type::blob:
+      field.type = FieldType::blob;
+      break;
+    case Type::text:
+      field.type = item.size > 0 && item.size <= kMaxTextSize ? FieldType::string : FieldType::memo;
+      field.size = field.type == FieldType::string ? item.size : 0;
+      break;
+    case Type::null:
+      field.type = FieldType::string;
+      field.size = 1;
+  }
+  return field;
+}
+
+std::string columnName(const SelectItem& item) {
+  if (!item.alias.empty()) return item.alias;
+  if (item.expr->kind == ExprKind::column) return item.expr->name;
+  std::string name = item.expr->text;
+  for (char& byte : name)
+    if (static_cast<unsigned char>(byte) < ' ') byte = ' ';
+  while (name.size() > kLongestColumnName) name.pop_back();
+  while (!isValidUtf8(name)) name.pop_back();
+  return name.empty() ? "Value" : name;
+}
+
+}  // namespace
+
+SelectPlan::SelectPlan(Compiler& compiler) : compiler_(compiler) {}
+SelectPlan::~SelectPlan() = default;
+
+std::unique_ptr<SelectPlan> SelectPlan::make(Compiler& compiler, const Select& select, Scope* outer) {
+  std::unique_ptr<SelectPlan> plan(new SelectPlan(compiler));
+  plan->scope_.outer = outer;
+  std::map<std::string, const Expr*> aliases;
+  for (const SelectItem& item : select.items)
+    if (!item.alias.empty()) aliases.emplace(foldCase(item.alias), item.expr.get());
+  for (const Select* one = &select; one; one = one->unionWith.get()) {
+    Scope* scope = &plan->scope_;
+    if (one != &select) {
+      plan->scopes_.push_back(std::make_unique<Scope>());
+      scope = plan->scopes_.back().get();
+      scope->outer = outer;
+    }
+    plan->cores_.push_back(std::make_unique<Core>(*scope));
+    plan->bindCore(*one, *scope, *plan->cores_.back());
+  }
+  // unionAll stands at the SELECT before the word UNION.
+  std::size_t position = 1;
+  for (const Select* one = &select; one->unionWith; one = one->unionWith.get())
+    plan->cores_[position++]->unionAll = one->unionAll;
+  plan->unifyUnion();
+  plan->nameColumns();
+  Binder binder(compiler, &plan->scope_);
+  if (plan->cores_[0]->grouped) binder.setGrouping(&plan->cores_[0]->grouping);
+  plan->nocase_ = select.nocase;
+  plan->bindOrder(select, binder, aliases);
+  if (select.top) {
+    Binder alone(compiler, nullptr);
+    plan->top_ = alone.bind(*select.top);
+    if (plan->top_->type != Type::whole) refuse(select.top->place, Code::typeMismatch, "TOP needs a whole number.");
+  }
+  for (const auto& scope : plan->scopes_) {
+    plan->scope_.outerSources |= scope->outerSources;
+    plan->scope_.readsBeyond = plan->scope_.readsBeyond || scope->readsBeyond;
+  }
+  return plan;
+}
+
+void SelectPlan::bindFrom(const Select& select, Scope& scope, Core& core) {
+  if (select.from.size() > kMostSources) refuse(select.place, Code::limitReached, "too many tables in one SELECT.");
+  for (const Source& source : select.from) {
+    Level level;
+    level.join = source.join;
+    std::string name = source.alias;
+    if (source.select) {
+      level.derived = SelectPlan::make(compiler_, *source.select, nullptr);
+      TableDef definition;
+      for (const SelectColumn& column : level.derived->columns()) definition.fields.push_back(column.field);
+      level.table = &compiler_.makeTable(definition);
+    } else {
+      level.table = &compiler_.table(source.table, source.place);
+      if (name.empty()) name = level.table->name();
+    }
+    scope.sources.push_back({name, level.table});
+    core.levels.push_back(std::move(level));
+  }
+}
+
+void SelectPlan::bindCore(const Select& select, Scope& scope, Core& core) {
+  bindFrom(select, scope, core);
+  Binder binder(compiler_, &scope);
+  const auto condition = [&](const Expr& expr) {
+    ExpressionPtr bound = binder.bind(expr);
+    if (bound->type != Type::boolean && bound->type != Type::null)
+      refuse(expr.place, Code::typeMismatch, "expected a condition, found " + std::string(nameOf(bound->type)) + ".");
+    return bound;
+  };
+  for (const Source& source : select.from) core.ons.push_back(source.on ? condition(*source.on) : nullptr);
+  if (select.where) core.where = condition(*select.where);
+
+  std::map<std::string, const Expr*> aliases;
+  for (const SelectItem& item : select.items)
+    if (!item.alias.empty()) aliases.emplace(foldCase(item.alias), item.expr.get());
+  core.grouped = !select.groupBy.empty() || select.having ||
+                 std::any_of(select.items.begin(), select.items.end(),
+                             [](const SelectItem& item) { return containsAggregate(*item.expr); });
+  core.distinct = select.distinct;
+  binder.setAliases(&aliases);
+  for (const ExprPtr& expr : select.groupBy) core.groupBy.push_back(binder.bind(*expr));
+  binder.setAliases(nullptr);
+  if (core.grouped) binder.setGrouping(&core.grouping);
+  bindItems(select, core, binder);
+  if (select.having) {
+    binder.setAliases(&aliases);
+    core.having = condition(*select.having);
+    binder.setAliases(nullptr);
+  }
+  placeConditions(core.levels, core.where.get(), core.ons, core.constants);
+}
+
+void SelectPlan::bindItems(const Select& select, Core& core, Binder& binder) {
+  for (const SelectItem& item : select.items) {
+    if (item.expr->kind != ExprKind::star) {
+      core.items.push_back(binder.bind(*item.expr));
+      core.names.push_back(columnName(item));
+      int source = 0;
+      int field = 0;
+      const bool plain = core.items.back()->column(source, field);
+      core.fields.push_back(
+          plain ? &core.levels[static_cast<std::size_t>(source)].table->definition().fields[static_cast<std::size_t>(
+                      field)]
+                : nullptr);
+      continue;
+    }
+    expandStar(*item.expr, core.scope, [&](std::size_t source, int field) {
+      const FieldDef& definition =
+          core.scope.sources[source].table->definition().fields[static_cast<std::size_t>(field)];
+      Expr column;
+      column.kind = ExprKind::column;
+      column.place = item.expr->place;
+      column.table = core.scope.sources[source].name;
+      column.name = definition.name;
+      core.items.push_back(binder.bind(column));
+      core.names.push_back(definition.name);
+      core.fields.push_back(&definition);
+    });
+  }
+}
+
+// The columns of all SELECTs of a chain take one type each.
+void SelectPlan::unifyUnion() {
+  Core& first = *cores_[0];
+  for (std::size_t i = 0; i < first.items.size(); ++i) {
+    std::vector<ExpressionPtr*> branches;
+    int size = 0;
+    bool known = true;
+    bool sameField = true;
+    for (const auto& core : cores_) {
+      if (core->items.size() != first.items.size())
+        refuse(first.items[0]->place, Code::badStatement,
+               "the SELECTs of a UNION must give the same number of columns.");
+      branches.push_back(&core->items[i]);
+      const Expression& item = *core->items[i];
+      known = known && (item.type != Type::text || item.size > 0);
+      size = std::max(size, item.size);
+      sameField = sameField && core->fields[i] && first.fields[i] && core->fields[i]->type == first.fields[i]->type;
+    }
+    SelectColumn column;
+    column.type = unifyBranches(branches, first.items[i]->place);
+    column.size = known ? size : 0;
+    Constant sample(Datum{}, nullptr, Expr{});
+    sample.type = column.type;
+    sample.size = column.size;
+    column.field = fieldFor(sample, sameField ? first.fields[i] : nullptr);
+    if (sameField && column.field.type == FieldType::string) column.field.size = size;
+    column.name = first.names[i];
+    columns_.push_back(std::move(column));
+  }
+}
+
+// A repeated name gets _1, _2, ...; the plain one finds the first.
+void SelectPlan::nameColumns() {
+  std::set<std::string> taken;
+  for (SelectColumn& column : columns_) {
+    std::string name = column.name;
+    for (int number = 1; !taken.insert(foldCase(name)).second; ++number)
+      name = column.name + "_" + std::to_string(number);
+    column.name = column.field.name = name;
+  }
+}
+
+void SelectPlan::bindOrder(const Select& select, Binder& binder, const std::map<std::string, const Expr*>& aliases) {
+  binder.setAliases(&aliases);
+  for (const OrderItem& item : select.orderBy) {
+    OrderTerm term;
+    term.descending = item.descending;
+    const Expr& expr = *item.expr;
+    if (expr.kind == ExprKind::literal && expr.value.kind() == Value::Kind::whole) {
+      const std::int64_t position = expr.value.asInt64();
+      if (position < 1 || position > static_cast<std::int64_t>(columns_.size()))
+        refuse(expr.place, Code::badStatement,
+               "ORDER BY names column " + std::to_string(position) + " of " + std::to_string(columns_.size()) + ".");
+      term.column = static_cast<int>(position - 1);
+    } else if (expr.kind == ExprKind::column && expr.table.empty()) {
+      for (std::size_t i = 0; i < columns_.size() && term.column < 0; ++i)
+        if (equalFolded(columns_[i].name, expr.name)) term.column = static_cast<int>(i);
+    }
+    if (term.column < 0) {
+      if (cores_.size() > 1)
+        refuse(expr.place, Code::badStatement, "a UNION is ordered by columns of its result only.");
+      term.expression = binder.bind(expr);
+    }
+    order_.push_back(std::move(term));
+  }
+  binder.setAliases(nullptr);
+  // With TOP, an index in the wanted order spares reading and sorting the rest.
+  Core& core = *cores_[0];
+  if (!select.top || order_.empty() || cores_.size() > 1 || core.levels.size() != 1 || core.grouped || core.distinct)
+    return;
+  const auto& indexes = core.levels[0].table->definition().indexes;
+  for (std::size_t i = 0; i < indexes.size() && !ordered_; ++i) {
+    const IndexDef& index = indexes[i];
+    bool range = false;
+    const auto equal = static_cast<std::size_t>(core.levels[0].access->equalities(static_cast<int>(i), range));
+    bool fits = index.parts.size() >= order_.size();
+    std::size_t part = 0;
+    for (std::size_t t = 0; t < order_.size() && fits; ++t) {
+      int source = 0;
+      int field = 0;
+      const Expression& expression =
+          order_[t].expression ? *order_[t].expression : *core.items[static_cast<std::size_t>(order_[t].column)];
+      fits = expression.column(source, field);
+      // Leading fields that an equality holds fixed do not disturb the order.
+      while (fits && part < equal && part < index.parts.size() && index.parts[part].field != field) ++part;
+      fits = fits && part < index.parts.size() && index.parts[part].field == field &&
+             index.parts[part].descending == order_[t].descending &&
+             (expression.type != Type::text || index.caseInsensitive == nocase_) && expression.type != Type::blob;
+      ++part;
+    }
+    // Rows equal in the order wanted come by row id; behind further fields of the index they would not.
+    fits = fits && (part == index.parts.size() || (index.unique && part >= index.parts.size()));
+    if (!fits) continue;
+    core.orderIndex = static_cast<int>(i);
+    ordered_ = true;
+  }
+}
+
+Table* SelectPlan::liveTable() const {
+  const Core& core = *cores_[0];
+  const bool plain =
+      cores_.size() == 1 && core.levels.size() == 1 && !core.levels[0].derived && !core.grouped && !core.distinct;
+  return plain ? core.levels[0].table : nullptr;
+}
+
+}  // namespace quillon::store::sql
