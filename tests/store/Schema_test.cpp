@@ -101,7 +101,7 @@ TEST(Schema, BadDefinitionsAreRefusedWithTheirReason) {
        [](TableDef& t) {
          t.fields.push_back({"Second", FieldType::autoInc});
        }},
-      {"unknown type", [](TableDef& t) { t.fields[1].type = static_cast<FieldType>(14); }},
+      {"unknown type", [](TableDef& t) { t.fields[1].type = static_cast<FieldType>(15); }},
       {"unknown field", [](TableDef& t) { t.indexes[0].parts[0].field = 3; }},
       {"unknown field", [](TableDef& t) { t.indexes[0].parts[0].field = -1; }},
       {"over the field Note", [](TableDef& t) { t.indexes[0].parts[0].field = 2; }},
@@ -121,7 +121,7 @@ TEST(Schema, BadDefinitionsAreRefusedWithTheirReason) {
       {"no name for a table", [](TableDef& t) { t.name = "Good.DAT"; }},
       {"no name for a field", [](TableDef& t) { t.fields[0].name = " Code"; }},
       {"no name for a field", [](TableDef& t) { t.fields[0].name = "Co\xFF"; }},
-      {"no name for a field", [](TableDef& t) { t.fields[0].name = std::string(65, 'x'); }},
+      {"no name for a field", [](TableDef& t) { t.fields[0].name = std::string(241, 'x'); }},
       {"no name for an index", [](TableDef& t) { t.indexes[0].name = "a/b"; }},
   };
   for (const auto& [reason, spoil] : kCases) {

@@ -138,8 +138,12 @@ TEST(SimDiskHistories, AgreeWithWhatWasSeenAndSynced) {
     for (int step = 0; step < 120; ++step) {
       const std::uint64_t offset = random.below(3000);
       switch (random.below(8)) {
-        case 0: file->truncate(offset); break;
-        case 1: file->reserve(offset); break;
+        case 0:
+          file->truncate(offset);
+          break;
+        case 1:
+          file->reserve(offset);
+          break;
         case 2:
           if (failing && random.oneIn(2)) {
             disk.plan(Fault{Fault::Kind::ioFailed, disk.events() + 1});
@@ -149,7 +153,8 @@ TEST(SimDiskHistories, AgreeWithWhatWasSeenAndSynced) {
             synced = textOf(disk, "A.DAT");
           }
           break;
-        default: file->write(offset, bytes(std::string(random.below(1500), static_cast<char>('a' + random.below(26)))));
+        default:
+          file->write(offset, bytes(std::string(random.below(1500), static_cast<char>('a' + random.below(26)))));
       }
       ASSERT_EQ(textOf(disk.settled(), "A.DAT"), textOf(disk, "A.DAT")) << "seed " << seed << " step " << step;
       if (failing) continue;

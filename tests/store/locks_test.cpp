@@ -19,6 +19,7 @@
 namespace quillon::store {
 namespace {
 
+using sim::WatchedFile;
 using sim::locks::Answer;
 using sim::locks::Held;
 using sim::locks::kOwners;
@@ -28,7 +29,6 @@ using sim::locks::LockModel;
 using sim::locks::ModelledProcess;
 using sim::locks::Operation;
 using sim::locks::Verb;
-using sim::WatchedFile;
 using WriteKind = TableLocks::WriteKind;
 
 std::vector<std::uint64_t> probedBytes() {
@@ -143,14 +143,26 @@ class Trial {
     TableLocks& locks = *at(o.process).locks;
     const WriteKind kind = o.flag ? WriteKind::transaction : WriteKind::post;
     switch (o.verb) {
-      case Verb::open: return locks.tryOpen(owner(o), o.flag);
-      case Verb::record: return locks.tryRecord(owner(o), o.row);
-      case Verb::table: return locks.tryTable(owner(o));
-      case Verb::write: return locks.tryWrite(kind);
-      case Verb::close: locks.close(owner(o)); break;
-      case Verb::releaseRecord: locks.releaseRecord(owner(o), o.row); break;
-      case Verb::releaseTable: locks.releaseTable(owner(o)); break;
-      case Verb::releaseWrite: locks.releaseWrite(kind); break;
+      case Verb::open:
+        return locks.tryOpen(owner(o), o.flag);
+      case Verb::record:
+        return locks.tryRecord(owner(o), o.row);
+      case Verb::table:
+        return locks.tryTable(owner(o));
+      case Verb::write:
+        return locks.tryWrite(kind);
+      case Verb::close:
+        locks.close(owner(o));
+        break;
+      case Verb::releaseRecord:
+        locks.releaseRecord(owner(o), o.row);
+        break;
+      case Verb::releaseTable:
+        locks.releaseTable(owner(o));
+        break;
+      case Verb::releaseWrite:
+        locks.releaseWrite(kind);
+        break;
     }
     return Answer::granted;
   }

@@ -54,9 +54,15 @@ class Vfs : public testing::TestWithParam<Kind> {
  protected:
   Vfs() {
     switch (GetParam()) {
-      case Kind::disk: files_ = std::make_unique<DiskFileSystem>(); break;
-      case Kind::memory: files_ = std::make_unique<MemoryFileSystem>(); break;
-      case Kind::sim: files_ = simDisk_.process(); break;
+      case Kind::disk:
+        files_ = std::make_unique<DiskFileSystem>();
+        break;
+      case Kind::memory:
+        files_ = std::make_unique<MemoryFileSystem>();
+        break;
+      case Kind::sim:
+        files_ = simDisk_.process();
+        break;
     }
     files_->makeFolder(root_);
   }
@@ -236,11 +242,17 @@ TEST_P(VfsAgreement, OnLocks) {
     switch (random_.below(8)) {
       case 0:
       case 1:
-      case 2: granted += all(handle, [&](File& f) { return f.lock(offset, length, mode); }); break;
+      case 2:
+        granted += all(handle, [&](File& f) { return f.lock(offset, length, mode); });
+        break;
       case 3:
-      case 4: all(handle, [&](File& f) { return f.lockedByOther(offset, length, mode); }); break;
+      case 4:
+        all(handle, [&](File& f) { return f.lockedByOther(offset, length, mode); });
+        break;
       case 5:
-      case 6: all(handle, [&](File& f) { return f.unlock(offset, length), 0; }); break;
+      case 6:
+        all(handle, [&](File& f) { return f.unlock(offset, length), 0; });
+        break;
       default:
         if (random_.oneIn(10)) reopen(handle);
     }
@@ -259,15 +271,22 @@ TEST_P(VfsAgreement, OnBytes) {
     const Bytes part = bytes(std::string_view(data).substr(random_.below(data.size() - size), size));
     switch (random_.below(6)) {
       case 0:
-      case 1: all(handle, [&](File& f) { return f.write(offset, part), f.size(); }); break;
+      case 1:
+        all(handle, [&](File& f) { return f.write(offset, part), f.size(); });
+        break;
       case 2: {
         const Bytes parts[] = {part.first(size / 3), part.subspan(size / 3)};
         all(handle, [&](File& f) { return f.writeParts(offset, parts), f.size(); });
         break;
       }
-      case 3: all(handle, [&](File& f) { return f.truncate(offset), f.size(); }); break;
-      case 4: all(handle, [&](File& f) { return f.reserve(offset), f.size(); }); break;
-      default: all(handle, [&](File& f) { return text(f, offset, size); });
+      case 3:
+        all(handle, [&](File& f) { return f.truncate(offset), f.size(); });
+        break;
+      case 4:
+        all(handle, [&](File& f) { return f.reserve(offset), f.size(); });
+        break;
+      default:
+        all(handle, [&](File& f) { return text(f, offset, size); });
     }
   }
   all(0, [&](File& f) { return text(f, 0, 2 * kReach); });

@@ -71,14 +71,20 @@ class LockModel {
   bool possible(const Operation& o) const {
     const ModelledProcess& me = (*this)[o.process];
     switch (o.verb) {
-      case Verb::open: return !me.openers.contains(o.owner);
-      case Verb::close: return me.openers.contains(o.owner);
-      case Verb::releaseRecord: return me.records.contains(o.row) && me.records.at(o.row) == o.owner;
-      case Verb::releaseTable: return me.tables.contains(o.owner);
-      case Verb::releaseWrite: return (o.flag ? me.transactions : me.posts) > 0;
+      case Verb::open:
+        return !me.openers.contains(o.owner);
+      case Verb::close:
+        return me.openers.contains(o.owner);
+      case Verb::releaseRecord:
+        return me.records.contains(o.row) && me.records.at(o.row) == o.owner;
+      case Verb::releaseTable:
+        return me.tables.contains(o.owner);
+      case Verb::releaseWrite:
+        return (o.flag ? me.transactions : me.posts) > 0;
       case Verb::record:
       case Verb::table:
-      case Verb::write: return true;
+      case Verb::write:
+        return true;
     }
     return false;
   }

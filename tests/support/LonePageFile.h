@@ -50,7 +50,9 @@ class BoundedFile final : public store::File {
 // One page file with nobody else around, committed and undone as a table does it, but without journal and locks.
 class LonePageFile {
  public:
-  explicit LonePageFile(std::size_t cachePages = 100000) : cache_(cachePages) { file.setSpill(&spill_); }
+  explicit LonePageFile(std::size_t cachePages = 100000) : cache_(cachePages) {
+    file.setSpill([this] { return &spill_; });
+  }
 
   void commit() {
     const auto numbers = file.dirtyNumbers();

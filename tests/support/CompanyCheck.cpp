@@ -1,0 +1,145 @@
+#include "support/CompanyCheck.h"
+
+#include <algorithm>
+
+#include "store/Errors.h"
+#include "store/Verify.h"
+#include "store/pages/Page.h"
+#include "support/SeededRandom.h"
+
+namespace quillon::sim {
+namespace {
+
+std::string joined(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += "\n  " + line;
+  return text;
+}
+
+// One more row in each table; Cust must go on with the number behind the last.
+CompanyState writeMore(Worker& worker, const CompanyState& state) {
+  CompanyState next = state;
+  for (auto& [name, table] : next.tables) {
+    ModelRow row{7, 7, "zz-more", {}};
+    if (hasNotes(name)) row.notes = std::string(700, 'm');
+    store::Cursor cursor(worker.database(), name);
+    cursor.open();
+    cursor.insert();
+    putRow(cursor, row);
+    cursor.post();
+    if (hasAutoNumber(name)) row.number = ++table.autoInc;
+    table.rows.push_back(row);
+  }
+  return next;
+}
+
+// States of the same rows may differ in the last automatic number: the row that is written tells which it was.
+std::optional<std::string> checkWriting(Worker& worker, const Allowed& allowed, const CompanyState& found,
+                                        CompanyState& written) {
+  const CompanyState grown = writeMore(worker, found);
+  std::vector<CompanyState> wanted;
+  for (const CompanyState* candidate : allowed) {
+    if (!candidate->sameRows(found)) continue;
+    wanted.push_back(*candidate);
+    for (auto& [name, table] : wanted.back().tables) {
+      table.rows.push_back(grown.tables.at(name).rows.back());
+      if (hasAutoNumber(name)) table.rows.back().number = ++table.autoInc;
+    }
+  }
+  Allowed fitting;
+  for (const CompanyState& state : wanted) fitting.push_back(&state);
+  const CompanyState* now = nullptr;
+  if (auto wrong = checkOpen(worker, fitting, &now)) return "after writing more: " + *wrong;
+  written = *now;
+  return std::nullopt;
+}
+
+}  // namespace
+
+Allowed allowedDuring(const Task& task) {
+  Allowed allowed;
+  if (task.gathers() && task.pauses)
+    for (const CompanyState& state : task.states) allowed.push_back(&state);
+  else
+    allowed = {&task.before(), &task.after()};
+  return allowed;
+}
+
+std::optional<std::string> checkOpen(Worker& worker, const Allowed& allowed, const CompanyState** found) {
+  try {
+    std::vector<std::string> faults;
+    const CompanyState state = readCompany(worker.database(), faults);
+    for (const store::Finding& finding : store::verifyOpen(worker.database()).findings)
+      faults.push_back(finding.table + ": " + finding.text);
+    if (!faults.empty()) return "faults:" + joined(faults) + "\n" + state.describe();
+    for (const CompanyState* one : allowed) {
+      if (!one->sameRows(state)) continue;
+      if (found != nullptr) *found = one;
+      return std::nullopt;
+    }
+    std::string text = "a state that may not be:\n" + state.describe();
+    for (const CompanyState* one : allowed) text += " allowed:\n" + one->describe();
+    return text;
+  } catch (const store::StoreError& error) {
+    return "raised " + std::to_string(error.number()) + ": " + error.what();
+  }
+}
+
+std::optional<std::string> checkImage(SimDisk image, const Workload& work, const Allowed& allowed, bool deep,
+                                      std::uint64_t seed) {
+  SimClock clock;
+  clock.advance(2 * kLaterMicroseconds + static_cast<std::int64_t>(seed % 1000 * 1'000'000));
+  CompanyState written;
+  try {
+    Worker worker(image, clock, work.settings);
+    worker.open();
+    const CompanyState* found = nullptr;
+    if (auto wrong = checkOpen(worker, allowed, &found)) return wrong;
+    if (auto wrong = checkWriting(worker, allowed, *found, written)) return wrong;
+    if (!deep) return std::nullopt;
+    SeededRandom random(seed);
+    CutChoice choice{{}, random.next()};
+    for (std::size_t i = image.pendingCount(); i > 0; --i)
+      choice.fates.push_back(random.oneIn(2) ? Fate::kept : Fate::lost);
+    if (random.oneIn(2)) choice.fates.assign(choice.fates.size(), Fate::lost);
+    SimDisk second = image.imageAfterCut(choice);
+    Worker again(second, clock, work.settings);
+    again.open();
+    if (auto wrong = checkOpen(again, {&written})) return "after writing more and a second cut: " + *wrong;
+  } catch (const store::StoreError& error) {
+    return "raised " + std::to_string(error.number()) + ": " + error.what();
+  }
+  return std::nullopt;
+}
+
+std::uint64_t digestOf(const SimDisk& image) {
+  SimDisk handle = image;
+  std::uint64_t digest = 0;
+  for (const std::string& name : handle.process()->list(kModelFolder)) {
+    if (name.ends_with(".LCK")) continue;
+    const auto bytes = handle.content(std::string(kModelFolder) + "/" + name);
+    digest = store::hashBytes(name.data(), name.size(), digest);
+    digest = store::hashBytes(bytes.data(), bytes.size(), digest);
+  }
+  return digest;
+}
+
+std::optional<std::string> Cuts::at(const SimDisk& disk, const Allowed& allowed, std::size_t limit) {
+  const CutChooser chooser(disk, limit, seed_ + disk.events());
+  for (std::size_t i = 0; i < chooser.count(); ++i) {
+    SimDisk image = disk.imageAfterCut(chooser.choice(i));
+    const void* const where[] = {allowed.front(), allowed.back()};
+    const std::uint64_t key = store::hashBytes(where, sizeof where, digestOf(image));
+    if (!seen_.insert(key).second) {
+      ++repeated_;
+      continue;
+    }
+    ++images_;
+    if (auto wrong = checkImage(image, work_, allowed, images_ % 8 == 0, seed_ + images_))
+      return "cut at event " + std::to_string(disk.events()) + ", image " + std::to_string(i) + " of " +
+             std::to_string(chooser.count()) + ": " + *wrong;
+  }
+  return std::nullopt;
+}
+
+}  // namespace quillon::sim
