@@ -99,9 +99,11 @@ void Database::createTables(std::span<const TableDef> definitions) {
   if (!inMemory()) alone.emplace(*protocol_, CommitProtocol::Quiet::Journal::asItIs);
   for (const TableDef& definition : definitions)
     if (exists(definition.name)) throw StoreError(Code::tableExists, "Table '" + definition.name + "' exists already.");
+  std::vector<std::string> written;
   for (const TableDef& definition : definitions)
     TableFiles::prepare(files_, folder_, definition.name, newFileId(definition.name), definition.encode(),
-                        definition.indexes.size());
+                        definition.indexes.size(), written);
+  files_.syncFiles(folder_, written);
   files_.syncFolder(folder_);
   try {
     for (const TableDef& definition : definitions) TableFiles::appear(files_, folder_, definition.name);

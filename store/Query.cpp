@@ -67,10 +67,10 @@ void Query::close() {
 void Query::openSnapshot() {
   Database& memory = home_.session().memory();
   TableDef definition;
-  definition.name = sql::newMemoryName(memory);
   if (parsed().kind == sql::StatementKind::explain) {
     definition.fields.push_back({"Plan", FieldType::memo, 0, false});
     const std::vector<std::string> lines = explain();
+    definition.name = sql::newMemoryName(memory);
     memory.createTable(definition);
     result_ = definition.name;
     Table& table = memory.openTable(result_, this, false);
@@ -86,6 +86,7 @@ void Query::openSnapshot() {
     const auto plan = sql::SelectPlan::make(compiler, *parsed().select, nullptr);
     definition.fields.clear();
     for (const sql::SelectColumn& column : plan->columns()) definition.fields.push_back(column.field);
+    definition.name = sql::newMemoryName(memory);  // the plan has taken some for its own tables
     memory.createTable(definition);
     result_ = definition.name;
     Table& table = memory.openTable(result_, this, false);

@@ -71,6 +71,8 @@ CommitProtocol::~CommitProtocol() {
       checkpointLocked();
       journal_.shrink();
     }
+    // Before the commit lock: who opens next under it must not find us half gone.
+    journal_.file().unlock(kCompanyOpenByte, 1);
   } catch (...) {
     // The journal stays as it is; whoever opens the folder next brings it in.
   }

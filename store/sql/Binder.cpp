@@ -83,7 +83,7 @@ class Parameter final : public Expression {
   explicit Parameter(const Value& value) : Expression(Type::null) {
     if (value.kind() == Value::Kind::text) {
       value_ = Datum::ofText(value.asText());
-      size = static_cast<int>(lengthInCharacters(value.asText()));
+      size = std::max(1, static_cast<int>(lengthInCharacters(value.asText())));  // 0: not known
     } else {
       value_ = datumOf(value, texts_);
     }
@@ -279,6 +279,10 @@ ExpressionPtr Binder::slot(std::size_t place, bool first, Type type, int size) {
   return std::make_unique<Slot>(*grouping_, place, first, type, size);
 }
 
+bool Scope::SourceName::isCalled(const std::string& written) const {
+  return equalFolded(name, written) || equalFolded(Database::plainName(name), written);
+}
+
 ExpressionPtr Binder::bindColumn(const Expr& expr) {
   if (aliases_ && expr.table.empty()) {
     const auto alias = aliases_->find(foldCase(expr.name));
@@ -296,7 +300,7 @@ ExpressionPtr Binder::bindColumn(const Expr& expr) {
   for (const Scope* scope = scope_; scope; scope = scope->outer, ++depth)
     for (std::size_t i = 0; i < scope->sources.size(); ++i) {
       const Scope::SourceName& source = scope->sources[i];
-      if (!expr.table.empty() && !equalFolded(source.name, expr.table)) continue;
+      if (!expr.table.empty() && !source.isCalled(expr.table)) continue;
       const int field = source.table->definition().fieldIndex(expr.name);
       if (field < 0) continue;
       const FieldDef& definition = source.table->definition().fields[static_cast<std::size_t>(field)];

@@ -16,8 +16,10 @@ class SelectPlan;
 // The sources whose columns a SELECT's expressions may name, and those of the SELECT around it.
 struct Scope {
   struct SourceName {
-    std::string name;  // alias or table
+    std::string name;  // alias or table, as written
     const Table* table;
+    // A table in memory goes by its name with and without "\\Memory\\".
+    bool isCalled(const std::string& written) const;
   };
   std::vector<SourceName> sources;
   Scope* outer = nullptr;

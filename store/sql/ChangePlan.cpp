@@ -135,7 +135,7 @@ std::uint64_t insertSelect(Compiler& compiler, const Statement& statement) {
 struct Target {
   Target(Compiler& compiler, const Statement& statement)
       : table(compiler.table(statement.table, statement.tablePlace)), binder(compiler, &scope) {
-    scope.sources.push_back({statement.alias.empty() ? table.name() : statement.alias, &table});
+    scope.sources.push_back({statement.alias.empty() ? statement.table : statement.alias, &table});
     frame.rows.resize(1);
     frame.rows[0].table = &table;
     levels.resize(1);

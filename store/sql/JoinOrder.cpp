@@ -124,7 +124,7 @@ bool SelectPlan::Core::join(Frame& frame, std::size_t level, const std::function
 void expandStar(const Expr& star, const Scope& scope, const std::function<void(std::size_t, int)>& column) {
   bool any = false;
   for (std::size_t i = 0; i < scope.sources.size(); ++i) {
-    if (!star.table.empty() && !equalFolded(scope.sources[i].name, star.table)) continue;
+    if (!star.table.empty() && !scope.sources[i].isCalled(star.table)) continue;
     any = true;
     const auto fields = static_cast<int>(scope.sources[i].table->definition().fields.size());
     for (int field = 0; field < fields; ++field) column(i, field);

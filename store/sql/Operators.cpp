@@ -181,7 +181,7 @@ void adaptLiteral(ExpressionPtr& one, Type other) {
 Constant::Constant(Datum value, std::unique_ptr<std::string> text, const Expr& source)
     : Expression(value.type), value_(value), text_(std::move(text)) {
   if (text_) value_.text = *text_;
-  if (type == Type::text) size = static_cast<int>(lengthInCharacters(value_.text));
+  if (type == Type::text) size = std::max(1, static_cast<int>(lengthInCharacters(value_.text)));  // 0: not known
   fixed = true;
   place = source.place;
 }

@@ -69,6 +69,7 @@ std::string columnName(const SelectItem& item) {
     if (static_cast<unsigned char>(byte) < ' ') byte = ' ';
   while (name.size() > kLongestColumnName) name.pop_back();
   while (!isValidUtf8(name)) name.pop_back();
+  while (name.ends_with(' ')) name.pop_back();  // where it was cut
   return name.empty() ? "Value" : name;
 }
 
@@ -128,7 +129,7 @@ void SelectPlan::bindFrom(const Select& select, Scope& scope, Core& core) {
       level.table = &compiler_.makeTable(definition);
     } else {
       level.table = &compiler_.table(source.table, source.place);
-      if (name.empty()) name = level.table->name();
+      if (name.empty()) name = source.table;
     }
     scope.sources.push_back({name, level.table});
     core.levels.push_back(std::move(level));

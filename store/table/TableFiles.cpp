@@ -89,7 +89,6 @@ void writeNew(FileSystem& files, const std::string& path, Role role, std::uint64
   if (role == kDat) std::copy(live.begin(), live.end(), bytes.begin() + kLivePlace);
   bytes.insert(bytes.end(), pages.begin(), pages.end());
   file->write(0, bytes);
-  file->sync();
 }
 
 }  // namespace
@@ -103,19 +102,13 @@ std::optional<LiveState> soundLiveState(File& dat) {
                    loadAt<std::uint32_t>(bytes.data(), 12) != 0};
 }
 
-LiveState readLiveState(File& dat) {
-  const std::optional<LiveState> live = soundLiveState(dat);
-  if (!live) throw StoreError(Code::headerDamaged, "The header of a table is damaged. Run Pack/Repair on the company.");
-  return *live;
-}
-
 void writeLiveState(File& dat, const LiveState& live) {
   const std::array<std::byte, 24> bytes = liveBytes(live);
   dat.write(kLivePlace, bytes);
 }
 
 void TableFiles::prepare(FileSystem& files, const std::string& folder, const std::string& name, std::uint64_t fileId,
-                         const std::string& schema, std::size_t indexes) {
+                         const std::string& schema, std::size_t indexes, std::vector<std::string>& written) {
   if (indexes > kMaxIndexes) throw StoreError(Code::badDefinition, "Table '" + name + "' has too many indexes.");
   TableMeta meta;
   const std::size_t schemaPages = (schema.size() + kSchemaPart - 1) / kSchemaPart;
@@ -138,6 +131,7 @@ void TableFiles::prepare(FileSystem& files, const std::string& folder, const std
     files.remove(path + kNew);
     writeNew(files, path + kNew, role, fileId, role == kDat ? pages : std::vector<std::byte>{});
     if (role != kDat) files.rename(path + kNew, path);
+    written.push_back(name + kExtensions[role] + (role == kDat ? kNew : ""));
   }
 }
 
@@ -192,7 +186,13 @@ bool TableFiles::isInPlace(FileSystem& files, const std::string& folder) const {
   }
 }
 
-LiveState TableFiles::readLive() { return readLiveState(lockFile()); }
+LiveState TableFiles::readLive() {
+  const std::optional<LiveState> live = soundLiveState(lockFile());
+  if (live) return *live;
+  throw StoreError(Code::headerDamaged,
+                   "The header of table '" + name_ + "' is damaged. Run Pack/Repair on the company.");
+}
+
 void TableFiles::writeLive(const LiveState& live) { writeLiveState(lockFile(), live); }
 
 void TableFiles::loadMeta() {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "store/Schema.h"
 #include "store/journal/Journal.h"
@@ -51,11 +52,12 @@ struct TableMeta {
 // The three files of an open table, its meta page and its apply lock. No knowledge of rows.
 class TableFiles {
  public:
-  // Makes a table without rows in two steps, with a sync of the folder behind each: `prepare` writes all three files,
-  // of which .DAT still has another name; `appear` gives it its own. Without a .DAT file there is no table, so that a
-  // cut at any moment leaves the whole table or none. What an earlier cut left behind is replaced.
+  // Makes a table without rows in two steps: `prepare` writes all three files, of which .DAT still has another name,
+  // and adds to `written` what must be synced, with the folder, before `appear` gives it its own; then the folder
+  // again. Without a .DAT file there is no table, so that a cut at any moment leaves the whole table or none. What an
+  // earlier cut left behind is replaced.
   static void prepare(FileSystem& files, const std::string& folder, const std::string& name, std::uint64_t fileId,
-                      const std::string& schema, std::size_t indexes);
+                      const std::string& schema, std::size_t indexes, std::vector<std::string>& written);
   static void appear(FileSystem& files, const std::string& folder, const std::string& name);
   // Raises noSuchTable, headerDamaged, foreign, newerFormat. Reads nothing that needs a lock but the identity.
   TableFiles(FileSystem& files, PageCache& cache, const std::string& folder, std::string name);
@@ -68,7 +70,7 @@ class TableFiles {
   File& lockFile() { return files_[kDat]->file(); }
   TableMeta& meta() { return meta_; }
 
-  LiveState readLive();
+  LiveState readLive();  // headerDamaged
   void writeLive(const LiveState& live);
   bool tryApply(LockMode mode) { return lockFile().lock(kApplyByte, 1, mode); }
   void releaseApply() noexcept { lockFile().unlock(kApplyByte, 1); }
@@ -102,7 +104,6 @@ class TableFiles {
   bool metaStale_ = true;
 };
 
-LiveState readLiveState(File& dat);  // headerDamaged
 // None: damaged, or a write of it ended half way; the journal then holds what was being applied.
 std::optional<LiveState> soundLiveState(File& dat);
 void writeLiveState(File& dat, const LiveState& live);

@@ -126,6 +126,16 @@ void DiskFileSystem::syncFolder(const std::string& folder) {
   if (error != 0 && error != EINVAL) throw ioError("save the folder", folder, error, Missing::folder);
 }
 
+void DiskFileSystem::syncFiles(const std::string& folder, std::span<const std::string> names) {
+  constexpr std::size_t kFewFiles = 8;  // up to here one by one, which leaves what others have written alone
+  if (names.size() <= kFewFiles) return FileSystem::syncFiles(folder, names);
+  const int fd = openRetrying(orHere(folder), O_RDONLY | O_DIRECTORY);
+  if (fd < 0) throw ioError("save the folder", folder, errno, Missing::folder);
+  const int error = ::syncfs(fd) == 0 ? 0 : errno;
+  ::close(fd);
+  if (error != 0) throw ioError("save the folder", folder, error, Missing::folder);
+}
+
 bool DiskFileSystem::isNetwork(const std::string& folder) {
   struct statfs status {};
   if (::statfs(orHere(folder).c_str(), &status) != 0) throw ioError("read the folder", folder, errno, Missing::folder);

@@ -21,6 +21,7 @@ class DiskFileSystem final : public FileSystem {
   std::vector<std::string> list(const std::string& folder) override;
   // A file system that has no such operation for folders (some shares) is taken to keep its names by itself.
   void syncFolder(const std::string& folder) override;
+  void syncFiles(const std::string& folder, std::span<const std::string> names) override;
   bool isNetwork(const std::string& folder) override;
 };
 
