@@ -172,7 +172,7 @@ Value valueOfCell(std::string_view cell, const store::FieldDef& field) {
   }
 }
 
-void appendJson(std::string& out, std::string_view text) {
+void appendJsonText(std::string& out, std::string_view text) {
   out += '"';
   while (!text.empty()) {
     const std::string_view one = firstCharacters(text, 1);
@@ -183,7 +183,7 @@ void appendJson(std::string& out, std::string_view text) {
       out += kHexDigits[byte & 15];
     } else if (byte == '"' || byte == '\\') {
       out.append(1, '\\').append(1, text.front());
-    } else if (!isUtf8(one)) {
+    } else if (!isValidUtf8(one)) {
       out += "\xEF\xBF\xBD";
     } else {
       out += one;
@@ -210,7 +210,7 @@ void appendJson(std::string& out, const Value& value) {
       out += textOf(value);
       return;
     default:
-      appendJson(out, textOf(value));
+      appendJsonText(out, textOf(value));
   }
 }
 

@@ -30,6 +30,6 @@ store::Value valueOfCell(std::string_view cell, const store::FieldDef& field);
 
 // As JSON: null, true, a number, or a text in quotes.
 void appendJson(std::string& out, const store::Value& value);
-void appendJson(std::string& out, std::string_view text);  // what is not UTF-8 becomes U+FFFD
+void appendJsonText(std::string& out, std::string_view text);  // what is not UTF-8 becomes U+FFFD
 
 }  // namespace quillon::apps

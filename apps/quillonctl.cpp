@@ -8,6 +8,9 @@
 
 #include "apps/Command.h"
 #include "apps/CreateCommand.h"
+#include "apps/ExportCommand.h"
+#include "apps/ImportCommand.h"
+#include "apps/SqlCommand.h"
 #include "apps/VerifyCommand.h"
 #include "base/Errors.h"
 
@@ -17,6 +20,11 @@ namespace {
 
 constexpr Command kCommands[] = {
     {"create", "FOLDER", "make a new company: its tables, without data", createCommand},
+    {"sql", "FOLDER [STATEMENT] [--json] [--keep-going]", "run statements, from standard input without STATEMENT",
+     sqlCommand},
+    {"import", "FOLDER TABLE FILE", "add the rows of a file with tabs between its cells to a table; all or none",
+     importCommand},
+    {"export", "FOLDER TABLE", "print a table as import reads it", exportCommand},
     {"verify", "FOLDER", "check every table of the company folder; changes nothing", verifyCommand},
 };
 

@@ -167,33 +167,54 @@ class InSelect final : public SubSelect {
   InSelect(ExpressionPtr left, std::unique_ptr<SelectPlan> plan, Type common, bool negated)
       : SubSelect(std::move(plan), Type::boolean, 0), left_(std::move(left)), common_(common), negated_(negated) {
     inherit(*this, *left_);
+    inWords_ = common_ == Type::boolean || common_ == Type::whole || common_ == Type::money || common_ == Type::date ||
+               common_ == Type::time || common_ == Type::dateTime;
   }
   Datum eval(Frame& frame) const override {
     if (!known_ || plan_->readsAround()) collect(frame);
-    std::string identity;
-    appendIdentity(convert(left_->eval(frame), common_, frame.texts), identity);
-    return Datum::ofTruth((values_.count(identity) > 0) != negated_);
+    return Datum::ofTruth(contains(convert(left_->eval(frame), common_, frame.texts)) != negated_);
   }
 
  private:
+  bool contains(const Datum& value) const {
+    if (value.isNull()) return hasNull_;
+    if (inWords_) return std::binary_search(words_.begin(), words_.end(), value.whole);
+    std::string identity;
+    appendIdentity(value, identity);
+    return values_.count(identity) > 0;
+  }
   void collect(Frame& frame) const {
     values_.clear();
+    words_.clear();
+    hasNull_ = false;
     Texts texts;
     std::string identity;
     plan_->run(&frame, [&](const std::vector<Datum>& row) {
-      identity.clear();
-      appendIdentity(convert(row[0], common_, texts), identity);
-      values_.insert(identity);
+      const Datum value = convert(row[0], common_, texts);
+      if (value.isNull()) {
+        hasNull_ = true;
+      } else if (inWords_) {
+        words_.push_back(value.whole);
+      } else {
+        identity.clear();
+        appendIdentity(value, identity);
+        values_.insert(identity);
+      }
       texts.clear();
       return true;
     });
+    std::sort(words_.begin(), words_.end());
+    words_.erase(std::unique(words_.begin(), words_.end()), words_.end());
     known_ = true;
   }
 
   ExpressionPtr left_;
   Type common_;
   bool negated_;
-  mutable std::unordered_set<std::string> values_;
+  bool inWords_;  // the type is one whose values are equal when their words are
+  mutable bool hasNull_ = false;
+  mutable std::vector<std::int64_t> words_;         // in order
+  mutable std::unordered_set<std::string> values_;  // of the other types, by identity
 };
 
 }  // namespace

@@ -265,12 +265,12 @@ void requireType(const Expression& operand, bool fits, const std::string& functi
            function + " needs " + wanted + ", not " + std::string(nameOf(operand.type)) + ".");
 }
 
-// The size of a text that is one of several.
-int widest(const std::vector<const Expression*>& branches) {
+// The size of a text that is one of several; asked before they take a common type, for null has none.
+int widest(const std::vector<ExpressionPtr*>& branches) {
   int size = 0;
-  for (const Expression* branch : branches) {
-    if (branch->type == Type::text && branch->size == 0) return 0;
-    size = std::max(size, branch->size);
+  for (const ExpressionPtr* branch : branches) {
+    if ((*branch)->type == Type::text && (*branch)->size == 0) return 0;
+    size = std::max(size, (*branch)->size);
   }
   return size;
 }
@@ -292,10 +292,8 @@ ExpressionPtr makeConditional(std::vector<ExpressionPtr> operands, const Expr& s
       refuse(operands[i]->place, Code::typeMismatch,
              "expected a condition, found " + std::string(nameOf(operands[i]->type)) + ".");
   }
+  const int size = widest(values);
   const Type type = unifyBranches(values, source.place);
-  std::vector<const Expression*> branches;
-  for (const ExpressionPtr* value : values) branches.push_back(value->get());
-  const int size = widest(branches);
   return placed(std::make_unique<Conditional>(std::move(operands), type, size), source);
 }
 
@@ -304,10 +302,8 @@ ExpressionPtr makeCall(const std::string& function, std::vector<ExpressionPtr> o
     if (operands.empty()) refuse(source.place, Code::badStatement, "COALESCE needs values.");
     std::vector<ExpressionPtr*> values;
     for (ExpressionPtr& operand : operands) values.push_back(&operand);
+    const int size = widest(values);
     const Type type = unifyBranches(values, source.place);
-    std::vector<const Expression*> branches;
-    for (const ExpressionPtr& operand : operands) branches.push_back(operand.get());
-    const int size = widest(branches);
     return placed(std::make_unique<Coalesce>(std::move(operands), type, size), source);
   }
   for (const FunctionRow& row : kFunctions) {

@@ -1,0 +1,162 @@
+#include "apps/ImportCommand.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "apps/LocalEnvironment.h"
+#include "apps/ValueText.h"
+#include "base/Errors.h"
+#include "store/Cursor.h"
+#include "store/Database.h"
+#include "store/Errors.h"
+#include "store/Session.h"
+
+namespace quillon::apps {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+class ImportFile {
+ public:
+  explicit ImportFile(const std::string& path) : path_(path) {
+    errno = 0;
+    in_.open(path, std::ios::binary);
+    if (!in_) throw Error("cannot read " + path + (errno ? std::string(": ") + std::strerror(errno) : ""));
+  }
+
+  // Without its line end. The row counts from 0, which is the line of names.
+  bool next(std::string& line) {
+    if (!std::getline(in_, line)) {
+      if (in_.bad() || !in_.eof()) throw Error("cannot read on in " + path_ + " behind row " + std::to_string(row_));
+      return false;
+    }
+    if (line.ends_with('\r')) line.pop_back();
+    if (++row_ == 0 && line.starts_with(kByteOrderMark)) line.erase(0, kByteOrderMark.size());
+    return true;
+  }
+  std::int64_t row() const { return row_; }
+  [[noreturn]] void refuse(const std::string& column, const std::string& reason) const {
+    const std::string place = row_ > 0 ? "row " + std::to_string(row_) : "the line of names";
+    throw Error(path_ + ", " + place + (column.empty() ? "" : ", column " + column) + ": " + reason);
+  }
+
+ private:
+  std::string path_;
+  std::ifstream in_;
+  std::int64_t row_ = -1;
+};
+
+class Import {
+ public:
+  Import(store::Database& database, const std::string& table, ImportFile& file)
+      : cursor_(database, table), probe_(database, table), file_(file) {
+    for (store::Cursor* cursor : {&cursor_, &probe_}) {
+      cursor->setRowOrder();
+      cursor->open();
+    }
+  }
+
+  void run() {
+    std::string line;
+    if (!file_.next(line)) file_.refuse("", "it is missing");
+    readNames(line);
+    while (file_.next(line)) addRow(line);
+  }
+
+ private:
+  std::string fieldName(int field) const { return cursor_.definition().fields[static_cast<std::size_t>(field)].name; }
+
+  void readNames(const std::string& line) {
+    for (const std::string_view cell : cellsOf(line)) {
+      const std::string name(cell);
+      int field = -1;
+      try {
+        field = cursor_.definition().fieldIndex(unescaped(cell));
+      } catch (const Error& error) {
+        file_.refuse(name, error.what());
+      }
+      if (field < 0) file_.refuse(name, "the table " + cursor_.definition().name + " has no such field");
+      if (std::ranges::count(fields_, field)) file_.refuse(name, "it is named twice");
+      fields_.push_back(field);
+    }
+  }
+
+  void addRow(const std::string& line) {
+    const auto cells = cellsOf(line);
+    if (cells.size() != fields_.size())
+      file_.refuse(fieldName(fields_[std::min(cells.size(), fields_.size()) - 1]),
+                   std::to_string(cells.size()) + " cells, not " + std::to_string(fields_.size()));
+    cursor_.insert();
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      const store::Field field = cursor_.field(fields_[i]);
+      try {
+        field = valueOfCell(cells[i], field.definition());
+      } catch (const Error& error) {
+        file_.refuse(field.definition().name, error.what());
+      }
+    }
+    try {
+      cursor_.post();
+    } catch (const store::StoreError& error) {
+      if (error.code() == store::Code::keyViolation) file_.refuse(repeatedFields(), error.what());
+      if (error.code() == store::Code::required) file_.refuse(missingField(), error.what());
+      throw;
+    }
+  }
+
+  // The fields of the unique index in which the table has these values already.
+  std::string repeatedFields() {
+    for (const store::IndexDef& index : cursor_.definition().indexes) {
+      if (!index.unique) continue;
+      std::string names;
+      std::vector<store::Value> values;
+      for (const store::IndexPart& part : index.parts) {
+        names += (names.empty() ? "" : ", ") + fieldName(part.field);
+        values.push_back(cursor_.field(part.field).value());
+      }
+      probe_.setIndex(index.name);
+      if (probe_.findKey(values)) return names;
+    }
+    return {};
+  }
+
+  std::string missingField() {
+    for (const store::FieldDef& field : cursor_.definition().fields)
+      if (field.required && field.type != store::FieldType::autoInc && cursor_[field.name].isNull()) return field.name;
+    return {};
+  }
+
+  store::Cursor cursor_, probe_;
+  ImportFile& file_;
+  std::vector<int> fields_;  // of each cell
+};
+
+}  // namespace
+
+ExitStatus importCommand(Arguments arguments) {
+  if (arguments.size() != 3) throw UsageError("import takes a folder, a table and a file");
+  const std::string table(arguments[1]);
+  ImportFile file{std::string(arguments[2])};
+  const LocalEnvironment environment;
+  store::Session session(environment.get());
+  store::Database database(session, std::string(arguments[0]));
+  Import import(database, table, file);
+  database.startTransaction({table});
+  try {
+    import.run();
+    database.commit();
+  } catch (...) {
+    database.rollback();
+    throw;
+  }
+  std::cout << table << ": " << file.row() << (file.row() == 1 ? " row" : " rows") << '\n';
+  return ExitStatus::done;
+}
+
+}  // namespace quillon::apps

@@ -1,0 +1,180 @@
+// Statements as a program holds them: parameters, many runs, results that live, and other people's locks.
+#include "store/Query.h"
+
+#include "support/TroubledCompany.h"
+
+namespace quillon::store {
+namespace {
+
+using namespace trouble;
+
+class QueryTest : public CompanyTest {
+ protected:
+  QueryTest() : anna_(sit("ANNA")), bert_(sit("BERT")) {}
+
+  std::uint64_t run(const std::string& text) { return Query(anna_->database, text).execute(); }
+  std::uint64_t count(const std::string& where) {
+    Query query(anna_->database, "SELECT COUNT(*) AS N FROM Cust WHERE " + where);
+    query.open();
+    return static_cast<std::uint64_t>(query["N"].asInt64());
+  }
+
+  std::unique_ptr<Seat> anna_, bert_;
+};
+
+TEST_F(QueryTest, RunsManyTimesWithOtherParameters) {
+  Query query(anna_->database, "SELECT Name FROM Cust WHERE ID = :id");
+  EXPECT_TRUE(errorOf([&] { query.open(); }));
+  EXPECT_FALSE(query.isOpen());
+  for (int id = 1; id <= 150; ++id) {
+    query.setParameter(id % 2 ? ":ID" : "Id", id);
+    query.open();
+    ASSERT_EQ(query.recordCount(), 1u) << id;
+    EXPECT_EQ(query["Name"].asText(), "Name" + std::to_string(id - 1));
+    EXPECT_TRUE(errorOf([&] { query.setStatement("SELECT 1"); })) << "while open";
+    query.close();
+  }
+  query.setParameter("ID", Value());
+  query.open();
+  EXPECT_TRUE(query.isEmpty());
+  query.close();
+  query.setStatement("UPDATE Cust SET Name = :New WHERE ID = :ID");
+  query.setParameter("New", "Other");
+  query.setParameter("ID", 7);
+  EXPECT_EQ(query.execute(), 1u);
+  EXPECT_EQ(query.execute(), 1u);
+  EXPECT_EQ(count("Name = 'Other'"), 1u);
+}
+
+TEST_F(QueryTest, ResultIsTheStateOfItsOpening) {
+  Query query(anna_->database, "SELECT ID, Name FROM Cust WHERE ID <= 3 ORDER BY ID DESC");
+  query.open();
+  run("DELETE FROM Cust WHERE ID = 2");
+  run("UPDATE Cust SET Name = 'New' WHERE ID = 1");
+  EXPECT_EQ(query.recordCount(), 3u);
+  query.last();
+  EXPECT_EQ(query["Name"].asText(), "Name0");
+  EXPECT_EQ(errorOf([&] { query.edit(); })->code(), Code::notEditing);
+  query.close();
+  query.open();
+  EXPECT_EQ(query.recordCount(), 2u);
+  query.last();
+  EXPECT_EQ(query["Name"].asText(), "New");
+}
+
+TEST_F(QueryTest, LiveRowsAreEditedByTheTablesRulesAndStayUntilReopened) {
+  Query live(anna_->database, "SELECT * FROM Cust WHERE Name LIKE 'Name1_' ORDER BY Name");
+  live.setLive(true);
+  live.open();
+  ASSERT_EQ(live.recordCount(), 10u);
+  live.edit();
+  live["Name"] = "Zzz";
+  live.post();
+  EXPECT_EQ(live.recordCount(), 10u);
+  EXPECT_EQ(live["Name"].asText(), "Zzz");
+  live.next();
+  EXPECT_EQ(live["Name"].asText(), "Name11");
+  live.edit();
+  live["Name"] = "name0";
+  EXPECT_EQ(errorOf([&] { live.post(); })->code(), Code::keyViolation);
+  live.cancel();
+  live.remove();
+  EXPECT_EQ(live.recordCount(), 9u);
+  live.close();
+  live.open();
+  EXPECT_EQ(live.recordCount(), 8u);
+  EXPECT_EQ(countOf(anna_->database, "Cust"), 149u);
+  for (const char* text : {"SELECT Name FROM Cust GROUP BY Name", "SELECT C.Name FROM Cust C, Items I", "SELECT 1",
+                           "SELECT Name FROM Cust UNION SELECT Name FROM Items"}) {
+    Query dead(anna_->database, text);
+    dead.setLive(true);
+    EXPECT_EQ(errorOf([&] { dead.open(); })->code(), Code::badStatement) << text;
+    EXPECT_FALSE(dead.isOpen());
+  }
+}
+
+TEST_F(QueryTest, OneLockedRowRefusesTheWholeStatement) {
+  for (Seat* seat : {anna_.get(), bert_.get()}) {
+    Cursor cursor(seat->database, "Cust");
+    cursor.open();
+    cursor.locate("ID", {100});
+    cursor.edit();
+    for (const char* text : {"UPDATE Cust SET Notes = 'x'", "DELETE FROM Cust WHERE ID > 90"}) {
+      const auto error = errorOf([&] { run(text); });
+      ASSERT_TRUE(error) << text;
+      EXPECT_EQ(error->number(), 10258) << error->what();
+    }
+    EXPECT_EQ(count("Notes = 'x'"), 0u);
+    EXPECT_EQ(countOf(anna_->database, "Cust"), 150u);
+    EXPECT_EQ(run("UPDATE Cust SET Notes = 'y' WHERE ID < 90"), 89u);
+    cursor.cancel();
+  }
+  EXPECT_EQ(run("UPDATE Cust SET Notes = 'x'"), 150u);
+  EXPECT_TRUE(verifyFolder({*anna_->files, clock_, "ANNA", "PC", 1}, kFolder).clean());
+}
+
+TEST_F(QueryTest, FailureInsideATransactionKeepsWhatWasDoneBefore) {
+  Database& database = anna_->database;
+  database.startTransaction({"Cust"});
+  EXPECT_EQ(run("UPDATE Cust SET Notes = 'before' WHERE ID <= 50"), 50u);
+  EXPECT_EQ(run("DELETE FROM Cust WHERE ID = 60"), 1u);
+  // Half of its rows go well before the name that is there already.
+  run("INSERT INTO Cust (Name) VALUES ('New0')");
+  EXPECT_EQ(
+      errorOf([&] { run("UPDATE Cust SET Name = 'New' || SUBSTRING(Name, 7) WHERE ID BETWEEN 101 AND 120"); })->code(),
+      Code::keyViolation);
+  EXPECT_EQ(errorOf([&] { run("INSERT INTO Cust (Name) VALUES ('P'), ('Q'), ('name5')"); })->code(),
+            Code::keyViolation);
+  EXPECT_EQ(count("Name LIKE 'New%'"), 1u);
+  EXPECT_EQ(count("Notes = 'before'"), 50u);
+  EXPECT_EQ(countOf(database, "Cust"), 150u);
+  EXPECT_EQ(countOf(bert_->database, "Cust"), 150u);
+  EXPECT_TRUE(errorOf([&] { run("ALTER TABLE Cust ADD Extra Integer"); })) << "definitions stay as they are";
+  run("SELECT Name INTO \"\\Memory\\Names\" FROM Cust WHERE Notes = 'before'");
+  database.commit();
+  Query query(bert_->database, "SELECT COUNT(*) FROM Cust WHERE Notes = 'before'");
+  query.open();
+  EXPECT_EQ(query.field(0).asInt64(), 50);
+
+  database.startTransaction({"Cust"});
+  run("DELETE FROM Cust");
+  EXPECT_EQ(countOf(database, "Cust"), 0u);
+  database.rollback();
+  EXPECT_EQ(countOf(database, "Cust"), 150u);
+  EXPECT_TRUE(verifyFolder({*anna_->files, clock_, "ANNA", "PC", 1}, kFolder).clean());
+}
+
+TEST_F(QueryTest, TablesInMemoryAreTablesForCursorsToo) {
+  run("SELECT ID, Name INTO \"\\Memory\\Few\" FROM Cust WHERE ID < 4 ORDER BY ID DESC");
+  {
+    Cursor cursor(anna_->database, "\\memory\\FEW");
+    cursor.open();
+    EXPECT_EQ(cursor["ID"].asInt(), 3);
+    cursor.edit();
+    cursor["Name"] = "Edited";
+    cursor.post();
+    EXPECT_EQ(errorOf([&] { run("SELECT ID INTO \"\\Memory\\Few\" FROM Cust"); })->number(), 11013);
+    EXPECT_EQ(cursor.recordCount(), 3u);
+  }
+  Query query(anna_->database, "SELECT COUNT(*) FROM \"\\Memory\\Few\" WHERE Name = 'Edited'");
+  query.open();
+  EXPECT_EQ(query.field(0).asInt64(), 1);
+  EXPECT_EQ(run("SELECT ID INTO \"\\Memory\\Few\" FROM Cust WHERE ID = 1"), 1u);
+}
+
+TEST_F(QueryTest, ExplainTellsTheIndexThatServes) {
+  const auto plan = [&](const std::string& text) {
+    std::string all;
+    for (const std::string& line : Query(anna_->database, text).explain()) all += line + "\n";
+    return all;
+  };
+  EXPECT_THAT(plan("SELECT * FROM Cust WHERE Name = 'Name3'"), testing::HasSubstr("ByName"));
+  EXPECT_THAT(plan("SELECT * FROM Cust WHERE Notes = 'x'"), testing::Not(testing::HasSubstr("ByName")));
+  Query query(anna_->database, "EXPLAIN SELECT * FROM Cust WHERE ID = 3");
+  EXPECT_TRUE(query.givesRows());
+  query.open();
+  EXPECT_GT(query.recordCount(), 0u);
+}
+
+}  // namespace
+}  // namespace quillon::store
