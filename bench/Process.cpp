@@ -20,7 +20,7 @@ struct Child {
     const double result = work();
     if (::write(to, &result, sizeof result) == sizeof result) status = 0;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "bench_store: %s\n", error.what());
+    std::fprintf(stderr, "bench: %s\n", error.what());
   }
   ::_exit(status);
 }

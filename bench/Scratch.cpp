@@ -12,7 +12,7 @@ namespace quillon::bench {
 
 Scratch::Scratch() : owner_(::getpid()) {
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
-  path_ = (program.parent_path().parent_path() / "bench_store.XXXXXX").string();
+  path_ = (program.parent_path().parent_path() / "bench.XXXXXX").string();
   if (::mkdtemp(path_.data()) == nullptr) throw Error("No folder can be made beside the program: " + path_);
   struct statfs kind {};
   if (::statfs(path_.c_str(), &kind) == 0 && kind.f_type == TMPFS_MAGIC) {

@@ -1,11 +1,9 @@
 // What a row of the ledger's history takes on the disk, and how much memory a walk over a large table takes.
-#include <malloc.h>
-
-#include <fstream>
 #include <string>
 
 #include "base/Errors.h"
 #include "bench/Bench.h"
+#include "bench/PeakMemory.h"
 #include "bench/Scratch.h"
 #include "bench/Shapes.h"
 #include "bench/Theirs.h"
@@ -14,19 +12,6 @@ namespace quillon::bench {
 namespace {
 
 constexpr double kMiB = 1 << 20;
-
-// The most memory that this process had since it was last forgotten, in MiB.
-double peakMemory() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);)
-    if (line.starts_with("VmHWM:")) return std::stod(line.substr(6)) / 1024;
-  throw Error("The system does not tell the memory of a process");
-}
-
-void forgetPeak() {
-  ::malloc_trim(0);
-  std::ofstream("/proc/self/clear_refs") << "5";
-}
 
 }  // namespace
 

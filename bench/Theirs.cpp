@@ -69,6 +69,13 @@ bool Prepared::step() {
 
 std::int64_t Prepared::number(int column) { return sqlite3_column_int64(statement_, column); }
 
+std::string_view Prepared::text(int column) {
+  const unsigned char* bytes = sqlite3_column_text(statement_, column);
+  return {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(sqlite3_column_bytes(statement_, column))};
+}
+
+std::int64_t Prepared::changed() { return sqlite3_changes64(side_.handle()); }
+
 void Prepared::reset() { sqlite3_reset(statement_); }
 
 }  // namespace quillon::bench

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "bench/Ours.h"
 #include "store/Value.h"
@@ -39,6 +40,8 @@ class Prepared {
   void bind(int place, const store::Value& value);  // a text must live until the next reset
   bool step();                                      // whether there is a row
   std::int64_t number(int column);                  // from 0
+  std::string_view text(int column);                // until the next step or reset
+  std::int64_t changed();                           // rows that the last change of this side changed
   void reset();
   void once() {
     step();

@@ -1,12 +1,11 @@
 // Measures our table store beside an embedded SQL engine's C API: the same rows and indexes, a cache of the same size,
 // the same machine and the same minutes. Figures are times; what counts is their ratio.
 #include <cstdio>
-#include <cstdlib>
-#include <string>
 #include <string_view>
+#include <vector>
 
-#include "base/Errors.h"
 #include "bench/Bench.h"
+#include "bench/Options.h"
 #include "bench/Scratch.h"
 
 namespace quillon::bench {
@@ -25,35 +24,11 @@ constexpr Measurement kTable[] = {
 };
 constexpr Measurement kBeside[] = {{"space", space}, {"memory", memory}, {"doubling", doubling}};
 
-struct Options {
-  bool tabs = false;
-  std::int64_t rows = 1'000'000;
-  std::string only;
-};
-
-Options read(int count, char** words) {
-  Options options;
-  for (int i = 1; i < count; ++i) {
-    const std::string_view word = words[i];
-    if (word == "--tsv") {
-      options.tabs = true;
-    } else if (word == "--rows" && i + 1 < count) {
-      options.rows = std::atoll(words[++i]);
-    } else if (word == "--only" && i + 1 < count) {
-      options.only = words[++i];
-    } else {
-      options.rows = 0;
-    }
-  }
-  constexpr std::int64_t kLeastRows = 1000;
-  bool known = options.only.empty();
-  for (const Measurement& one : kTable) known |= one.name == options.only;
-  for (const Measurement& one : kBeside) known |= one.name == options.only;
-  if (options.rows >= kLeastRows && known) return options;
-  std::string names;
-  for (const Measurement& one : kTable) names += " " + std::string(one.name);
-  for (const Measurement& one : kBeside) names += " " + std::string(one.name);
-  throw Error("bench_store [--tsv] [--rows N] [--only NAME], N from 1000 up; names:" + names);
+std::vector<std::string_view> names() {
+  std::vector<std::string_view> result;
+  for (const Measurement& one : kTable) result.push_back(one.name);
+  for (const Measurement& one : kBeside) result.push_back(one.name);
+  return result;
 }
 
 void runAll(const Options& options) {
@@ -74,7 +49,8 @@ void runAll(const Options& options) {
 
 int main(int count, char** words) {
   try {
-    quillon::bench::runAll(quillon::bench::read(count, words));
+    using namespace quillon::bench;
+    runAll(readOptions(count, words, "bench_store", names()));
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());

@@ -1,0 +1,32 @@
+#include "bench/Options.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "base/Errors.h"
+
+namespace quillon::bench {
+
+Options readOptions(int count, char** words, std::string_view program, const std::vector<std::string_view>& names) {
+  Options options;
+  for (int i = 1; i < count; ++i) {
+    const std::string_view word = words[i];
+    if (word == "--tsv") {
+      options.tabs = true;
+    } else if (word == "--rows" && i + 1 < count) {
+      options.rows = std::atoll(words[++i]);
+    } else if (word == "--only" && i + 1 < count) {
+      options.only = words[++i];
+    } else {
+      options.rows = 0;
+    }
+  }
+  constexpr std::int64_t kLeastRows = 1000;
+  const bool known = options.only.empty() || std::find(names.begin(), names.end(), options.only) != names.end();
+  if (options.rows >= kLeastRows && known) return options;
+  std::string usage = std::string(program) + " [--tsv] [--rows N] [--only NAME], N from 1000 up; names:";
+  for (const std::string_view name : names) usage += " " + std::string(name);
+  throw Error(usage);
+}
+
+}  // namespace quillon::bench

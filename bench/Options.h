@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon::bench {
+
+struct Options {
+  bool tabs = false;
+  std::int64_t rows = 1'000'000;
+  std::string only;  // one measurement's name; empty: all
+};
+
+// Reads a program's words. Raises Error with the usage when they do not fit.
+Options readOptions(int count, char** words, std::string_view program, const std::vector<std::string_view>& names);
+
+}  // namespace quillon::bench
