@@ -233,7 +233,7 @@ void Database::rollback() {
   releaseTransaction();
 }
 
-Database::Snapshot::Snapshot(Database& database, std::vector<Table*> tables) {
+Database::Snapshot::Snapshot(Database& database, const std::vector<Table*>& tables) {
   Backoff backoff(database.session_.environment().clock);
   const auto letGo = [&] {
     for (Table* table : std::exchange(tables_, {})) table->endReading();

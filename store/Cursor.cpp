@@ -98,7 +98,7 @@ void Cursor::setTarget(Database& database, std::string table, bool readOnly) {
   list_.reset();
 }
 
-void Cursor::setRows(std::vector<RowId> rows) {
+void Cursor::setRows(const std::vector<RowId>& rows) {
   list_ = std::make_unique<RowList>();
   for (const RowId row : rows) list_->append(row);
 }

@@ -156,7 +156,7 @@ class Cursor {
   // For Query, while closed: what to open next. A list makes a live result of exactly these rows; a result that is not
   // live cannot be changed.
   void setTarget(Database& database, std::string table, bool readOnly);
-  void setRows(std::vector<RowId> rows);
+  void setRows(const std::vector<RowId>& rows);
   void setName(std::string name) { name_ = std::move(name); }
 
  private:

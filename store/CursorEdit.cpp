@@ -271,7 +271,7 @@ void Cursor::standAfterPost(const Posted& posted) {
 
 // The change is saved: an error of looking for the next row says nothing about it, so the next call looks again.
 void Cursor::moveOn(const std::string& key) {
-  const std::string from = key;
+  const std::string from(key.begin(), key.end());  // `key` may be the standing row's own
   try {
     findAgain(from);
   } catch (const StoreError&) {

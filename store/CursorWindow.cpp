@@ -242,7 +242,7 @@ void Cursor::findAgain(const std::string& key) {
       }
     }
   }
-  const std::string from = key;
+  const std::string from(key.begin(), key.end());  // `key` may be the standing row's own
   bof_ = from.empty();
   eof_ = from.empty() ? !firstRow() : !enter(true, from, true);
   if (eof_ && !lastRow()) bof_ = true;

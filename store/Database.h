@@ -97,7 +97,7 @@ class Database {
   // Reads of these tables inside the scope belong to one committed state over all of them. Short, as Table::Reading.
   class Snapshot {
    public:
-    Snapshot(Database& database, std::vector<Table*> tables);
+    Snapshot(Database& database, const std::vector<Table*>& tables);
     ~Snapshot();
     Snapshot(const Snapshot&) = delete;
     Snapshot& operator=(const Snapshot&) = delete;

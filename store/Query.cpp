@@ -129,7 +129,7 @@ void Query::openLive() {
     read.end();
   });
   setTarget(*database, name, false);
-  setRows(std::move(rows));
+  setRows(rows);
   Cursor::open();
 }
 

@@ -261,8 +261,7 @@ std::uint64_t selectInto(Database& database, const Statement& statement, const P
   Table& table = home.openTable(definition.name, &marker, false);
   try {
     TableChange change(table);
-    std::vector<int> fields;
-    for (int i = 0; i < table.layout().fieldCount(); ++i) fields.push_back(i);
+    const std::vector<int> fields = insertFields(table, statement);
     std::vector<Datum> values;
     for (std::string& row : rows) {
       readRow(row, values);
