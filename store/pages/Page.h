@@ -6,7 +6,7 @@
 
 // A page of a table file, 4096 bytes, little-endian:
 //
-//   0  u64  checksum   XXH3-64 of bytes 8 to the end, with the file's id and the page number in the seed, so that a
+//   0  u64  checksum   XXH3-64 of bytes 8 to the end, with the file's id and the page number mixed in, so that a
 //   page
 //                      that strayed to another place or another file is found too
 //   8  u64  stamp      number of the commit that wrote the page; 0 as created

@@ -52,7 +52,7 @@ struct Tally {
   }
 };
 
-// Method: three processes, each a handle with its TableLocks, do one operation after another, as the seed says; some
+// Method: three processes, each a handle with its TableLocks, do one operation after another, as chance has it; some
 // die, some calls of the file raise. The model says what must be answered. After each step every handle, and one that
 // locks nothing, asks the file about each byte: so each process holds there what the model says and nothing else.
 // Within a step, whatever is held before and behind it must be held after each single call of the file.

@@ -66,7 +66,7 @@ struct SimOptions {
   bool network = false;           // what isNetwork answers
 };
 
-// One fate for each pending operation; the seed rules which sectors a scattered write loses.
+// One fate for each pending operation; its number rules which sectors a scattered write loses.
 struct CutChoice {
   std::vector<Fate> fates;
   std::uint64_t seed = 0;
