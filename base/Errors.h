@@ -12,7 +12,7 @@ class Error : public std::runtime_error {
 };
 
 // A silent end: the command stops and nothing is shown.
-class Abort final : public std::exception {
+class Abort : public std::exception {
  public:
   const char* what() const noexcept override { return "aborted"; }
 };

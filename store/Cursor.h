@@ -53,6 +53,10 @@ struct CursorEvents {
   Handler onCalculate;             // sets the calculated fields (setCalculated) from the row
   Handler afterScroll;             // another row, or the same one read again
   std::function<bool()> onFilter;  // whether the row passes; tested while filtered
+  // Of a field of the table, at every set, whoever sets it and whether or not the value differs. Validate comes before
+  // and may raise; change comes after, with the value that was there.
+  std::function<void(int position, const Value& next)> onValidate;
+  std::function<void(int position, const Value& old)> onChange;
   std::function<ErrorAnswer(const StoreError&)> onEditError, onDeleteError, onPostError;
 };
 
@@ -72,6 +76,17 @@ class Cursor {
   Cursor& operator=(const Cursor&) = delete;
 
   CursorEvents events;
+  // While one lives, no handler of the cursor runs but onCalculate, onFilter and those of errors. May nest.
+  class Silence {
+   public:
+    explicit Silence(Cursor& cursor) : cursor_(cursor) { ++cursor_.silenced_; }
+    ~Silence() { --cursor_.silenced_; }
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+
+   private:
+    Cursor& cursor_;
+  };
   const std::string& name() const { return name_; }  // "tblJV": for messages; the table's name when none was given
 
   // Opening.
@@ -161,6 +176,7 @@ class Cursor {
 
  private:
   friend class Field;
+  friend class Glance;
   struct Extra;  // a calculated or looked-up field
   struct Link;
   struct Search;
@@ -188,6 +204,7 @@ class Cursor {
     bool forward = true;
   };
 
+  void fire(const CursorEvents::Handler& handler);
   void requireOpen() const;
   void requireChangeable() const;
   void synchronise();  // follows the master, finds the row again after a rollback
@@ -209,6 +226,8 @@ class Cursor {
   bool enter(bool forward, std::string_view from, bool inclusive);  // the first passing row from there on
   bool firstRow();
   bool lastRow();
+  bool seek(std::uint64_t number);
+  bool standOn(RowId row);
   void findAgain(const std::string& key);
   void findAgainFrom(const Standing& standing);  // in another order than it was found in
   void moveOn(const std::string& key);
@@ -258,7 +277,8 @@ class Cursor {
   bool ranged_ = false, filtered_ = false, nothing_ = false;  // nothing_: the master has no row
   bool bof_ = true, eof_ = true;
   bool findAgain_ = false;
-  bool linked_ = false;     // the bounds are a master's
+  bool linked_ = false;  // the bounds are a master's
+  int silenced_ = 0;
   bool suspended_ = false;  // looks at other rows for a moment: does not follow anybody
   Standing at_, kept_;      // kept_: while a new row is being entered
   Window window_;

@@ -9,13 +9,10 @@
 #include "store/table/Table.h"
 
 namespace quillon::store {
-namespace {
 
-void fire(const CursorEvents::Handler& handler) {
-  if (handler) handler();
+void Cursor::fire(const CursorEvents::Handler& handler) {
+  if (handler && silenced_ == 0) handler();
 }
-
-}  // namespace
 
 // Runs an action; an error goes to the handler, which may have it tried again or ended silently.
 template <typename Action>

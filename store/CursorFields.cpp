@@ -142,6 +142,9 @@ void Cursor::setField(int position, const Value& value) {
   if (position >= static_cast<int>(table_->definition().fields.size()))
     throw StoreError(Code::badValue, "A calculated field cannot be changed.");
   const FieldDef& field = table_->layout().field(position);
+  const bool told = silenced_ == 0;
+  if (told && events.onValidate) events.onValidate(position, value);
+  const Value old = told && events.onChange ? fieldValue(position) : Value();
   if (!isBlobType(field.type)) {
     buffer_->set(position, value);
   } else {
@@ -153,6 +156,7 @@ void Cursor::setField(int position, const Value& value) {
   }
   calculated_ = false;
   tellDetails();
+  if (told && events.onChange) events.onChange(position, old);
 }
 
 const FieldDef& Field::definition() const {

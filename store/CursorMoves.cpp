@@ -146,18 +146,22 @@ bool Cursor::goTo(std::uint64_t number) {
   requireOpen();
   leaveRow();
   synchronise();
+  if (!seek(number)) return false;
+  bof_ = eof_ = false;
+  arrived();
+  return true;
+}
+
+// To the row of that number; without one the row stays.
+bool Cursor::seek(std::uint64_t number) {
   if (number == 0 || nothing_) return false;
-  if (list_) return number <= list_->rows.size() && goToRow(list_->rows[number - 1]);
+  if (list_) return number <= list_->rows.size() && standOn(list_->rows[number - 1]);
   if (filtered_ && events.onFilter) {
-    const Standing before = at_;
+    Standing before = at_;
     std::uint64_t count = 0;
     for (bool found = firstRow(); found; found = step(true))
-      if (++count == number) {
-        bof_ = eof_ = false;
-        arrived();
-        return true;
-      }
-    at_ = before;
+      if (++count == number) return true;
+    at_ = std::move(before);
     view_.reset();
     calculated_ = false;
     return false;
@@ -174,8 +178,6 @@ bool Cursor::goTo(std::uint64_t number) {
   }
   const RowId row = KeyCodec::rowOf(key);
   stand(row, std::move(key), std::move(record));
-  bof_ = eof_ = false;
-  arrived();
   return true;
 }
 
@@ -195,21 +197,25 @@ bool Cursor::goToRow(RowId row) {
   requireOpen();
   leaveRow();
   synchronise();
+  if (!standOn(row)) return false;
+  bof_ = eof_ = false;
+  arrived();
+  return true;
+}
+
+// On that row where it is in view; otherwise the row stays.
+bool Cursor::standOn(RowId row) {
   std::string record, key;
   if (row == 0 || nothing_ || !readStanding(row, record)) return false;
   keyOf(row, record, key);
   if (!inBounds(key)) return false;
   Standing before = at_;
   stand(row, std::move(key), std::move(record));
-  if (!passes()) {
-    at_ = std::move(before);
-    view_.reset();
-    calculated_ = false;
-    return false;
-  }
-  bof_ = eof_ = false;
-  arrived();
-  return true;
+  if (passes()) return true;
+  at_ = std::move(before);
+  view_.reset();
+  calculated_ = false;
+  return false;
 }
 
 }  // namespace quillon::store

@@ -223,7 +223,7 @@ void Cursor::arrived() {
   view_.reset();
   calculated_ = false;
   tellDetails();
-  if (events.afterScroll) events.afterScroll();
+  fire(events.afterScroll);
 }
 
 // Stands on the row that it stood on, or where that is gone or out of view on the next one that passes, else at the

@@ -18,6 +18,7 @@ class Field {
 
   const FieldDef& definition() const;
   int position() const { return position_; }
+  Cursor& cursor() const { return *cursor_; }
   Value value() const;
   Value oldValue() const;  // in edit: before the edit
   bool isNull() const;

@@ -1,0 +1,235 @@
+#include "form/App.h"
+
+#include <algorithm>
+
+#include "base/Text.h"
+#include "store/Cursor.h"
+#include "store/Database.h"
+#include "store/Errors.h"
+
+namespace quillon::form {
+
+App::App(Person& person, const Registry& registry, Formats formats, std::string title)
+    : person_(person), registry_(registry), formats_(std::move(formats)), title_(std::move(title)) {}
+
+App::~App() { dropScreens(); }
+
+void App::setDatabase(store::Database* database) {
+  lookUps_.clear();
+  database_ = database;
+}
+
+store::Database& App::database() const {
+  if (database_ == nullptr) throw Error("No company is open");
+  return *database_;
+}
+
+store::Cursor& App::lookUp(std::string_view table) {
+  auto found = lookUps_.find(table);
+  if (found == lookUps_.end()) {
+    auto cursor = std::make_unique<store::Cursor>(database(), std::string(table));
+    found = lookUps_.emplace(std::string(table), std::move(cursor)).first;
+  }
+  found->second->open();
+  return *found->second;
+}
+
+void App::refreshLookUps() {
+  for (const auto& [table, cursor] : lookUps_)
+    if (cursor->isOpen()) cursor->refresh();
+}
+
+// Screens.
+
+const ScreenEntry& App::entryOf(std::string_view className) const {
+  const ScreenEntry* entry = registry_.find(className);
+  if (entry == nullptr) throw Error("There is no screen '" + std::string(className) + "'");
+  if (!entry->make) throw Error("This version does not have the screen '" + entry->className + "' yet");
+  return *entry;
+}
+
+Screen* App::find(std::string_view instanceName) const {
+  for (const auto& screen : screens_)
+    if (equalFolded(screen->name(), instanceName)) return screen.get();
+  return nullptr;
+}
+
+Screen& App::make(const ScreenEntry& entry) {
+  std::string name = entry.instanceName();
+  if (entry.many)
+    for (int number = 2; find(name) != nullptr; ++number) name = entry.instanceName() + std::to_string(number);
+  else if (Screen* there = find(name))
+    return *there;
+  std::unique_ptr<Screen> screen = entry.make(*this);
+  screen->prepare(entry, name);
+  screens_.push_back(std::move(screen));
+  return *screens_.back();
+}
+
+void App::bring(Screen& screen) {
+  const auto found = std::ranges::find(screens_, &screen, &std::unique_ptr<Screen>::get);
+  std::rotate(found, found + 1, screens_.end());
+}
+
+Screen& App::open(std::string_view className, const Open& open) {
+  Screen& screen = make(entryOf(className));
+  const bool wasVisible = screen.visible();
+  try {
+    screen.show(open);
+  } catch (...) {
+    if (!wasVisible) leave(screen);
+    throw;
+  }
+  if (!wasVisible) {
+    screen.layer = static_cast<int>(modals_.size());
+    if (watcher_) watcher_->opened(screen);
+  }
+  bring(screen);
+  return screen;
+}
+
+Result App::runModal(std::string_view className, const Open& open) {
+  Screen& screen = this->open(className, open);
+  const int before = screen.layer;
+  modals_.push_back(&screen);
+  screen.layer = static_cast<int>(modals_.size());
+  person_.runModal(screen);
+  // Screens that were opened meanwhile and stay belong to the layer below from now on.
+  modals_.pop_back();
+  for (const auto& other : screens_) other->layer = std::min(other->layer, static_cast<int>(modals_.size()));
+  screen.layer = before;
+  Result result = screen.result();
+  if (!screen.visible()) sweep();
+  return result;
+}
+
+Screen* App::openFromMenu(std::string_view className) {
+  const ScreenEntry& entry = entryOf(className);
+  if (!entry.right.empty() && checkAccess &&
+      !checkAccess(entry.right, entry.displayName.empty() ? entry.right : entry.displayName))
+    return nullptr;
+  if (entry.opening == Opening::modal) {
+    runModal(className);
+    return nullptr;
+  }
+  if (entry.opening != Opening::filterFirst) return &open(className);
+  if (Screen* there = find(entry.instanceName()); there && there->visible() && !close(*there)) return nullptr;
+  runModal(entry.filterScreen);
+  Screen* result = find(entry.instanceName());
+  return result != nullptr && result->visible() ? result : nullptr;
+}
+
+bool App::close(Screen& screen) {
+  if (!screen.visible()) return true;
+  if (!screen.askToClose()) return false;
+  leave(screen);
+  return true;
+}
+
+void App::leave(Screen& screen) {
+  if (watcher_ && screen.visible()) watcher_->closing(screen);
+  screen.hide();
+  std::erase(closing_, &screen);
+  if (running_.empty() && modals_.empty()) sweep();
+}
+
+// Frees what closed, but for what a command or a modal run still stands in.
+void App::sweep() {
+  if (!running_.empty()) return;
+  std::vector<std::unique_ptr<Screen>> gone;
+  for (auto screen = screens_.begin(); screen != screens_.end();) {
+    const bool done = !(*screen)->visible() && (*screen)->entry().lifetime == Lifetime::freed &&
+                      std::ranges::find(modals_, screen->get()) == modals_.end();
+    if (done) gone.push_back(std::move(*screen));
+    screen = done ? screens_.erase(screen) : screen + 1;
+  }
+}
+
+Screen* App::active() const {
+  for (auto screen = screens_.rbegin(); screen != screens_.rend(); ++screen)
+    if ((*screen)->visible() && (*screen)->layer == static_cast<int>(modals_.size())) return screen->get();
+  return modal();
+}
+
+void App::dropScreens() {
+  for (auto screen = screens_.rbegin(); screen != screens_.rend(); ++screen)
+    if ((*screen)->visible()) (*screen)->hide();
+  while (!screens_.empty()) screens_.pop_back();
+  lookUps_.clear();
+}
+
+// The guard.
+
+bool App::accepts(const Screen& screen) const {
+  const auto layer = static_cast<int>(modals_.size());
+  return screen.visible() && screen.layer == layer && std::ranges::find(running_, layer) == running_.end();
+}
+
+Ended App::run(Screen& screen, const std::string& name, const std::function<void()>& action) {
+  if (!accepts(screen)) throw Error("'" + name + "' has to wait: something else is running");
+  Ended ended{.command = name};
+  Place place;
+  const auto failed = [&](const Error& error) {
+    ended.ok = false;
+    ended.error = error.what();
+    person_.hourglass(false);
+    person_.show(Tone::error, ended.error, title_);
+  };
+  running_.push_back(static_cast<int>(modals_.size()));
+  try {
+    action();
+  } catch (const SilentStop& stop) {
+    ended.ok = false;
+    ended.aborted = true;
+    place = stop.place();
+  } catch (const Abort&) {
+    ended.ok = false;
+    ended.aborted = true;
+  } catch (const Refusal& refusal) {
+    failed(refusal);
+    place = refusal.place();
+  } catch (const store::StoreError& error) {
+    ended.code = error.number();
+    failed(error);
+  } catch (const Error& error) {
+    failed(error);
+  }
+  person_.hourglass(false);
+  if (screen.visible()) screen.goTo(place);
+  running_.pop_back();
+  if (screen.visible() && screen.hasResult()) leave(screen);
+  settleClosing();
+  if (watcher_) watcher_->ended(ended);
+  if (running_.empty()) sweep();
+  return ended;
+}
+
+void App::settleClosing() {
+  while (!closing_.empty()) {
+    Screen* screen = closing_.back();
+    closing_.pop_back();
+    if (screen->visible()) leave(*screen);
+  }
+}
+
+store::ErrorAnswer App::editError(store::Cursor& cursor, const store::StoreError& error) {
+  using store::Code;
+  if (error.code() == Code::recordLocked) {
+    const bool again = person_.confirm(
+        "The '" + cursor.name() +
+            "' record you are trying to edit or delete is currently locked. Do you want to try again?\r\rThis would "
+            "happen if the record (customer, invoice, etc.) is currently being edited by another person or process.",
+        Tone::warning);
+    return again ? store::ErrorAnswer::retry : store::ErrorAnswer::abort;
+  }
+  if (error.code() == Code::recordChanged) {
+    person_.show(Tone::warning, "A record you are trying to edit or delete on '" + cursor.name() +
+                                    "' has been changed or deleted since last retrieved.\rData will now be refreshed.");
+    cursor.refresh();
+    return store::ErrorAnswer::abort;
+  }
+  person_.show(Tone::error, error.what(), title_);
+  return store::ErrorAnswer::abort;
+}
+
+}  // namespace quillon::form

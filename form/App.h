@@ -1,0 +1,116 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "form/Formats.h"
+#include "form/Person.h"
+#include "form/Registry.h"
+#include "form/Screen.h"
+
+namespace quillon::store {
+class Cursor;
+class Database;
+enum class ErrorAnswer;
+class StoreError;
+}  // namespace quillon::store
+
+namespace quillon::form {
+
+// How a command ended.
+struct Ended {
+  std::string command;  // "frmJV.btnOK"
+  bool ok = true;
+  bool aborted = false;  // silently
+  std::string error = {};
+  int code = 0;  // of the store
+};
+
+// Hears what happens to screens; for front ends.
+class Watcher {
+ public:
+  virtual ~Watcher() = default;
+  virtual void opened(Screen&) {}
+  virtual void closing(Screen&) {}  // still there
+  virtual void ended(const Ended&) {}
+};
+
+// The screens of one program: which there are, which are open, and the guard around every command.
+//
+// One command at a time: another is refused unless it comes from the layer of a modal screen that the first one runs.
+class App {
+ public:
+  App(Person& person, const Registry& registry, Formats formats, std::string title);
+  ~App();
+  App(const App&) = delete;
+  App& operator=(const App&) = delete;
+
+  Person& person() const { return person_; }
+  const Registry& registry() const { return registry_; }
+  const Formats& formats() const { return formats_; }
+  const std::string& title() const { return title_; }  // of the program; the caption of error dialogs
+  Date today() const { return formats_.today(); }
+  void watch(Watcher* watcher) { watcher_ = watcher; }
+
+  // The company's tables; null while none is open.
+  void setDatabase(store::Database* database);
+  store::Database& database() const;  // Error when no company is open
+  bool hasDatabase() const { return database_ != nullptr; }
+  // A read-only cursor on a table that codes and names are looked up in; lives until the company is closed.
+  store::Cursor& lookUp(std::string_view table);
+  void refreshLookUps();
+
+  // Whether the person may use a screen: the field of Users and the name to show. Tells them when not.
+  std::function<bool(const std::string& field, const std::string& displayName)> checkAccess;
+
+  // What the menus do: access check included. The screen, or null when the person may not or it was modal.
+  Screen* openFromMenu(std::string_view className);
+  // One instance, brought to the front; Error when this version does not have it.
+  Screen& open(std::string_view className, const Open& open = {});
+  Result runModal(std::string_view className, const Open& open = {});
+  Screen* find(std::string_view instanceName) const;  // among those on view and those hidden; null
+  // Asks it to close; false when it stays.
+  bool close(Screen& screen);
+  const std::vector<std::unique_ptr<Screen>>& screens() const { return screens_; }
+  Screen* active() const;  // the one in front, of the top layer
+  Screen* modal() const { return modals_.empty() ? nullptr : modals_.back(); }
+  // Frees every screen without asking: the company ends.
+  void dropScreens();
+
+  // The guard. Runs an action of a screen: hourglass off at the end, an error shown and the focus where it says, a
+  // silent stop to silence; then a screen with a result is closed. Gives how it ended.
+  Ended run(Screen& screen, const std::string& name, const std::function<void()>& action);
+  bool accepts(const Screen& screen) const;  // whether a command of this screen may start now
+  // The record-lock dialog: the answer to a failed edit or delete of a cursor.
+  store::ErrorAnswer editError(store::Cursor& cursor, const store::StoreError& error);
+  // Closes the screen when the command that runs now has ended.
+  void closeLater(Screen& screen) { closing_.push_back(&screen); }
+
+ private:
+  Screen& make(const ScreenEntry& entry);
+  const ScreenEntry& entryOf(std::string_view className) const;
+  void bring(Screen& screen);
+  void leave(Screen& screen);
+  void sweep();
+  void settleClosing();
+  std::unique_ptr<Screen> release(Screen& screen);
+
+  Person& person_;
+  const Registry& registry_;
+  Formats formats_;
+  std::string title_;
+  Watcher* watcher_ = nullptr;
+  store::Database* database_ = nullptr;
+  std::map<std::string, std::unique_ptr<store::Cursor>, std::less<>> lookUps_;
+  std::vector<std::unique_ptr<Screen>> screens_;  // in the order of coming to the front
+  std::vector<std::unique_ptr<Screen>> gone_;     // closed while a command ran
+  std::vector<Screen*> modals_;
+  std::vector<int> running_;  // layers in which a command runs
+  std::vector<Screen*> closing_;
+};
+
+}  // namespace quillon::form

@@ -1,0 +1,86 @@
+// Ids that are typed and shown as the code of the row they point to.
+#include "base/Text.h"
+#include "form/App.h"
+#include "form/Binding.h"
+#include "form/Place.h"
+#include "store/Cursor.h"
+#include "store/Query.h"
+
+namespace quillon::form {
+namespace {
+
+using store::Value;
+
+// `Target` is where the id is kept: a field or a variable.
+class CodeBinding final : public Binding {
+ public:
+  CodeBinding(App& app, BindingPtr target, CodeOf code)
+      : app_(app), target_(std::move(target)), code_(std::move(code)) {}
+
+  std::string text() override { return shown("?"); }
+  std::string editText() override { return shown(""); }
+  Value data() override { return target_->data(); }
+  void begin() override { target_->begin(); }
+  void take(std::string_view typed) override {
+    const std::string_view text = trim(typed);
+    target_->put(text.empty() ? Value() : idOf(text));
+  }
+  void put(const Value& value) override { target_->put(value); }
+  store::Cursor* cursor() const override { return target_->cursor(); }
+  std::string_view field() const override { return target_->field(); }
+  int width() const override { return app_.lookUp(code_.table)[code_.shownField].definition().size; }
+
+  bool hasPicker() const override { return !code_.picker.empty(); }
+  bool pick(std::string_view begin, bool asItStands) override {
+    Open open{.filter = code_.filter, .title = code_.title};
+    open.values["key"] = asItStands ? data() : Value();
+    open.values["text"] = Value(begin);
+    open.values["index"] = Value(code_.index);
+    open.values["level"] = code_.level;
+    const Result result = app_.runModal(code_.picker, open);
+    if (!result.confirmed) return false;
+    app_.lookUp(code_.table).refresh();
+    target_->put(result.values.at("key"));
+    return true;
+  }
+
+ private:
+  std::string shown(const char* lost) {
+    const Value id = data();
+    if (id.isNull()) return {};
+    const std::vector<Value> found = app_.lookUp(code_.table).lookupAll(code_.idField, {id}, code_.shownField);
+    return found.empty() ? lost : found.front().asText();
+  }
+
+  Value idOf(std::string_view text) {
+    store::Cursor& rows = app_.lookUp(code_.table);
+    const Value exact = rows.lookup(code_.shownField, {Value(text)}, code_.idField);
+    if (!exact.isNull()) return exact;
+    store::Query folded(app_.database(), "SELECT " + code_.idField + " FROM " + code_.table + " WHERE UPPER(" +
+                                             code_.shownField + ") = UPPER(:code)");
+    folded.setParameter("code", Value(text));
+    folded.open();
+    if (folded.recordCount() != 1) throw Error(code_.unknown);
+    return folded.field(0).value();
+  }
+
+  App& app_;
+  BindingPtr target_;
+  CodeOf code_;
+};
+
+ConverterPtr idConverter(const App& app) { return wholeConverter(app.formats(), INT32_MIN, INT32_MAX); }
+
+}  // namespace
+
+BindingPtr codeBinding(App& app, store::Cursor& cursor, std::string idField, CodeOf code) {
+  auto target = fieldBinding(cursor, std::move(idField), idConverter(app));
+  return std::make_unique<CodeBinding>(app, std::move(target), std::move(code));
+}
+
+BindingPtr codeBinding(App& app, Variable& variable, CodeOf code) {
+  auto target = variableBinding(variable, idConverter(app));
+  return std::make_unique<CodeBinding>(app, std::move(target), std::move(code));
+}
+
+}  // namespace quillon::form

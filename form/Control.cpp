@@ -1,0 +1,28 @@
+#include "form/Control.h"
+
+#include <array>
+
+#include "form/Grid.h"
+
+namespace quillon::form {
+
+std::string_view nameOf(Kind kind) {
+  constexpr std::array<std::string_view, 23> kNames = {
+      "label",    "mark",   "edit",   "memo",  "check", "chooser",   "choice",  "list",
+      "grid",     "column", "button", "menu",  "entry", "separator", "toolbar", "picture",
+      "progress", "pages",  "steps",  "group", "row",   "splitter",  "month"};
+  const auto position = static_cast<std::size_t>(kind);
+  return position < kNames.size() ? kNames[position] : "pageview";
+}
+
+Control::Control(Kind kind, std::string name) : kind_(kind), name_(std::move(name)) {}
+Control::~Control() = default;
+
+void Control::setGrid(std::unique_ptr<Grid> grid) { grid_ = std::move(grid); }
+
+int Control::width() const {
+  if (width_ > 0 || binding_ == nullptr) return width_;
+  return binding_->width();
+}
+
+}  // namespace quillon::form

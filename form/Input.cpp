@@ -1,0 +1,220 @@
+#include "form/Input.h"
+
+#include "base/Text.h"
+#include "form/Grid.h"
+#include "form/Table.h"
+
+namespace quillon::form {
+namespace {
+
+std::string commandName(const Screen& screen, const Control& control) { return screen.name() + "." + control.name(); }
+
+// The line that the grid has open for editing is posted, or dropped where nothing was typed.
+void postLine(Grid& grid) {
+  store::Cursor& cursor = grid.cursor();
+  if (!cursor.isEditing()) return;
+  if (cursor.modified())
+    cursor.post();
+  else
+    cursor.cancel();
+}
+
+void postLines(Control& control) {
+  if (control.grid() && control.grid()->lines()) postLine(*control.grid());
+  for (const auto& child : control.children()) postLines(*child);
+}
+
+}  // namespace
+
+void Input::require(Screen& screen) const {
+  if (!app_.accepts(screen)) {
+    const Screen* modal = app_.modal();
+    throw Error("'" + screen.name() + "' cannot be used now" +
+                (modal ? ": '" + modal->name() + "' has to be closed first" : ""));
+  }
+}
+
+void Input::requireUsable(Screen& screen, const Control& control) const {
+  require(screen);
+  if (!control.visible()) throw Error("'" + commandName(screen, control) + "' is not visible");
+  if (!control.enabled()) throw Error("'" + commandName(screen, control) + "' is disabled");
+}
+
+// What is typed where the focus was is taken before it goes on.
+void Input::take(Screen& screen) { screen.takeTyped(); }
+
+void Input::begin(Screen& screen) {
+  Control* target = screen.target();
+  if (target == nullptr || target->binding() == nullptr) throw Error("Nothing can be typed here");
+  const Grid* grid = screen.focused()->grid();
+  if (grid && !grid->lines()) throw Error("Nothing can be typed into this list");
+  if (target->readOnly() || (grid && screen.focused()->readOnly())) {
+    std::string why = target->explanation();
+    if (why.empty()) why = screen.focused()->explanation();
+    if (!why.empty()) app_.person().show(Tone::information, why);
+    throw Abort();
+  }
+  if (screen.typed()) return;
+  target->binding()->begin();
+  if (store::Cursor* cursor = target->binding()->cursor(); cursor && !cursor->isEditing()) throw Abort();
+}
+
+Ended Input::focus(Screen& screen, Control& control) {
+  requireUsable(screen, control);
+  if (screen.focused() == &control) return {.command = commandName(screen, control)};
+  return app_.run(screen, commandName(screen, control), [&] {
+    take(screen);
+    screen.setFocus(&control);
+  });
+}
+
+Ended Input::cell(Screen& screen, Control& control, std::uint64_t row, std::string_view column) {
+  requireUsable(screen, control);
+  Grid* grid = control.grid();
+  if (grid == nullptr) throw Error("'" + commandName(screen, control) + "' is no grid");
+  int position = grid->activeColumn();
+  if (!column.empty()) {
+    Control* wanted = grid->column(column);
+    if (wanted == nullptr)
+      throw Error("'" + commandName(screen, control) + "' has no column '" + std::string(column) + "'");
+    for (std::size_t i = 0; i < grid->columns().size(); ++i)
+      if (grid->columns()[i].get() == wanted) position = static_cast<int>(i);
+  }
+  return app_.run(screen, commandName(screen, control), [&] {
+    take(screen);
+    screen.setFocus(&control);
+    if (!grid->goTo(row)) throw Error("Row " + std::to_string(row) + " does not exist");
+    grid->setActiveColumn(position);
+  });
+}
+
+Ended Input::type(Screen& screen, std::string_view text) {
+  require(screen);
+  if (screen.focused() == nullptr) throw Error("Nothing has the focus");
+  return app_.run(screen, commandName(screen, *screen.focused()), [&] {
+    begin(screen);
+    screen.setTyped(std::string(text));
+    if (const auto& hear = screen.target()->typing()) hear(std::string(text));
+  });
+}
+
+Ended Input::keys(Screen& screen, std::string_view characters) {
+  require(screen);
+  Control* focused = screen.focused();
+  if (focused == nullptr) throw Error("Nothing has the focus");
+  Grid* grid = focused->grid();
+  if (grid && !grid->lines() && grid->search)
+    return app_.run(screen, commandName(screen, *focused), [&] { grid->search(std::string(characters)); });
+  Control* target = screen.target();
+  const bool picks = grid && target && target->binding() && target->binding()->hasPicker();
+  if (picks && !screen.typed())
+    return app_.run(screen, commandName(screen, *focused), [&] {
+      begin(screen);
+      target->binding()->pick(characters, false);
+    });
+  Ended ended;
+  for (std::size_t at = 0; at < characters.size();) {
+    const std::string_view one = firstCharacters(characters.substr(at), 1);
+    ended = type(screen, screen.typed().value_or("").append(one));
+    if (!ended.ok) break;
+    at += one.size();
+  }
+  return ended;
+}
+
+Ended Input::set(Screen& screen, Control& control, std::string_view text) {
+  requireUsable(screen, control);
+  return app_.run(screen, commandName(screen, control), [&] {
+    if (screen.focused() != &control) {
+      take(screen);
+      screen.setFocus(&control);
+    }
+    begin(screen);
+    screen.setTyped(std::string(text));
+    if (const auto& hear = control.typing()) hear(std::string(text));
+    screen.takeTyped();
+  });
+}
+
+Ended Input::setCell(Screen& screen, Control& grid, std::uint64_t row, std::string_view column, std::string_view text) {
+  const Ended moved = cell(screen, grid, row, column);
+  if (!moved.ok) return moved;
+  return app_.run(screen, commandName(screen, grid) + "." + std::string(column), [&] {
+    begin(screen);
+    screen.setTyped(std::string(text));
+    screen.takeTyped();
+  });
+}
+
+Ended Input::choose(Screen& screen, Control& control, const store::Value& value) {
+  requireUsable(screen, control);
+  return app_.run(screen, commandName(screen, control), [&] {
+    if (screen.focused() != &control) {
+      take(screen);
+      screen.setFocus(&control);
+    }
+    begin(screen);
+    control.binding()->put(value);
+    screen.dropTyped();
+  });
+}
+
+Ended Input::click(Screen& screen, Control& control) {
+  requireUsable(screen, control);
+  if (!control.command()) throw Error("'" + commandName(screen, control) + "' cannot be clicked");
+  return app_.run(screen, commandName(screen, control), [&] {
+    if (control.pending() == Pending::abandons)
+      screen.dropTyped();
+    else
+      take(screen);
+    if (control.pending() == Pending::saves) postLines(screen.root());
+    control.command()();
+  });
+}
+
+Ended Input::grid(Screen& screen, Control& control, std::string_view action) {
+  requireUsable(screen, control);
+  Grid* grid = control.grid();
+  if (grid == nullptr) throw Error("'" + commandName(screen, control) + "' is no grid");
+  return app_.run(screen, commandName(screen, control), [&] {
+    take(screen);
+    screen.setFocus(&control);
+    if (action == "up" || action == "down") {
+      store::Cursor& cursor = grid->cursor();
+      action == "up" ? cursor.prior() : cursor.next();
+      return;
+    }
+    if (!grid->mayChange()) throw Error("'" + commandName(screen, control) + "' cannot be changed");
+    if (action == "append")
+      grid->append();
+    else if (action == "insert")
+      grid->insert();
+    else if (action == "delete")
+      grid->remove();
+    else
+      throw Error("A grid cannot '" + std::string(action) + "'");
+  });
+}
+
+Ended Input::close(Screen& screen) {
+  require(screen);
+  return app_.run(screen, screen.name(), [&] {
+    screen.dropTyped();
+    if (!app_.close(screen)) throw Abort();
+  });
+}
+
+Ended Input::menu(Screen& main, const MenuRow& row) {
+  require(main);
+  return app_.run(main, main.name() + "." + row.name, [&] {
+    if (row.screen.empty()) throw Error("This version does not have '" + plainCaption(row.path) + "' yet");
+    app_.openFromMenu(row.screen);
+  });
+}
+
+Ended Input::open(Screen& main, const ScreenEntry& entry) {
+  require(main);
+  return app_.run(main, entry.className, [&] { app_.openFromMenu(entry.className); });
+}
+
+}  // namespace quillon::form

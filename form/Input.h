@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "form/App.h"
+
+namespace quillon::form {
+
+// What a person's hands do to a screen. A window and the driver make the same calls; each runs under the guard and says
+// how it ended. Error, before anything happens, for a control that is invisible, disabled or cannot do what is asked,
+// and for a screen behind a modal one.
+class Input {
+ public:
+  explicit Input(App& app) : app_(app) {}
+
+  // Moves the focus, which takes what was typed where it was.
+  Ended focus(Screen& screen, Control& control);
+  Ended cell(Screen& screen, Control& grid, std::uint64_t row, std::string_view column);
+  // Types in place of what stands in the focused control or cell; a key at a time for those that hear every key.
+  Ended type(Screen& screen, std::string_view text);
+  // One more character behind what is typed; in a list it searches, in a column with a picker it opens it.
+  Ended keys(Screen& screen, std::string_view characters);
+  // Moves the focus there, types, and leaves.
+  Ended set(Screen& screen, Control& control, std::string_view text);
+  Ended setCell(Screen& screen, Control& grid, std::uint64_t row, std::string_view column, std::string_view text);
+  Ended click(Screen& screen, Control& control);
+  Ended choose(Screen& screen, Control& control, const store::Value& value);  // check boxes, choosers, months
+  // "Enter", "Esc", "Tab", "Shift+Tab", "F2", "F5", "Insert", "Delete", "Up", "Down", "PgUp", "PgDn", "Home", "End",
+  // "Ctrl+F", access keys "Alt+N".
+  Ended key(Screen& screen, std::string_view key);
+  Ended grid(Screen& screen, Control& grid, std::string_view action);  // append, insert, delete, up, down
+  Ended close(Screen& screen);
+  // What the main window's menu does; `main` is that window.
+  Ended menu(Screen& main, const MenuRow& row);
+  Ended open(Screen& main, const ScreenEntry& entry);
+
+ private:
+  void require(Screen& screen) const;
+  void requireUsable(Screen& screen, const Control& control) const;
+  void begin(Screen& screen);
+  void take(Screen& screen);
+
+  App& app_;
+};
+
+}  // namespace quillon::form

@@ -1,0 +1,231 @@
+#include "form/Layout.h"
+
+#include <algorithm>
+
+#include "form/App.h"
+#include "form/Grid.h"
+#include "store/Cursor.h"
+
+namespace quillon::form {
+namespace {
+
+std::string fieldName(const store::Field& field) { return field.definition().name; }
+
+// "SortByName" of "Sort by name...".
+std::string wordsOf(std::string_view caption) {
+  std::string words;
+  bool start = true;
+  for (const char c : plainCaption(caption)) {
+    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    if (letter) words += start && c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    start = !letter;
+  }
+  return words;
+}
+
+}  // namespace
+
+std::string controlNameOf(std::string_view field) {
+  if (field.size() > 2 && field.ends_with("ID")) field.remove_suffix(2);
+  return std::string(field);
+}
+
+Control& Layout::make(Kind kind, std::string name, std::string caption) {
+  loose_.push_back(std::make_unique<Control>(kind, std::move(name)));
+  return loose_.back()->caption(std::move(caption));
+}
+
+Control& Layout::bound(Kind kind, std::string prefix, std::string caption, const store::Field& field,
+                       ConverterPtr converter) {
+  const std::string name = fieldName(field);
+  if (!converter) converter = converterFor(field.definition(), screen_.app().formats());
+  Control& control = make(kind, prefix + controlNameOf(name), std::move(caption));
+  control.bind(fieldBinding(field.cursor(), name, std::move(converter)));
+  return control;
+}
+
+Control& Layout::field(std::string caption, const store::Field& field, ConverterPtr converter) {
+  return bound(Kind::edit, "edit", std::move(caption), field, std::move(converter));
+}
+
+Control& Layout::date(std::string caption, const store::Field& field) {
+  return bound(Kind::edit, "edit", std::move(caption), field, nullptr);
+}
+
+Control& Layout::money(std::string caption, const store::Field& field, std::string_view picture) {
+  return bound(Kind::edit, "edit", std::move(caption), field, moneyConverter(screen_.app().formats(), picture));
+}
+
+Control& Layout::check(std::string caption, const store::Field& field) {
+  return bound(Kind::check, "chk", std::move(caption), field, yesNoConverter());
+}
+
+Control& Layout::chooser(std::string caption, const store::Field& field, ConverterPtr choices) {
+  return bound(Kind::chooser, "cbo", std::move(caption), field, std::move(choices));
+}
+
+Control& Layout::choice(std::string caption, const store::Field& field, ConverterPtr choices) {
+  return bound(Kind::choice, "rad", std::move(caption), field, std::move(choices));
+}
+
+Control& Layout::memo(std::string caption, const store::Field& field) {
+  return bound(Kind::memo, "memo", std::move(caption), field, textConverter(0));
+}
+
+Control& Layout::code(std::string caption, const store::Field& idField, CodeOf code) {
+  const std::string name = fieldName(idField);
+  Control& control = make(Kind::edit, "edit" + controlNameOf(name), std::move(caption));
+  control.bind(codeBinding(screen_.app(), idField.cursor(), name, std::move(code)));
+  return control;
+}
+
+Control& Layout::period(std::string caption, const store::Field& period, const store::Field& year) {
+  Control& number = bound(Kind::edit, "edit", std::move(caption), period,
+                          wholeConverter(screen_.app().formats(), 1, 12, "Period must be between 1 and 12"));
+  Control& years = bound(Kind::edit, "edit", "/", year, twoDigitYearConverter());
+  return row(number.wide(2), years.wide(2));
+}
+
+Control& Layout::variable(Kind kind, std::string name, std::string caption, Variable& variable,
+                          ConverterPtr converter) {
+  Control& control = make(kind, std::move(name), std::move(caption));
+  control.bind(variableBinding(variable, std::move(converter)));
+  return control;
+}
+
+Control& Layout::edit(std::string name, std::string caption, Variable& value, ConverterPtr converter) {
+  return variable(Kind::edit, std::move(name), std::move(caption), value, std::move(converter));
+}
+
+Control& Layout::check(std::string name, std::string caption, Variable& value) {
+  return variable(Kind::check, std::move(name), std::move(caption), value, yesNoConverter());
+}
+
+Control& Layout::chooser(std::string name, std::string caption, Variable& value, ConverterPtr choices) {
+  return variable(Kind::chooser, std::move(name), std::move(caption), value, std::move(choices));
+}
+
+Control& Layout::choice(std::string name, std::string caption, Variable& value, ConverterPtr choices) {
+  return variable(Kind::choice, std::move(name), std::move(caption), value, std::move(choices));
+}
+
+Control& Layout::list(std::string name, std::string caption, Variable& value, ConverterPtr choices) {
+  return variable(Kind::list, std::move(name), std::move(caption), value, std::move(choices));
+}
+
+Control& Layout::code(std::string name, std::string caption, Variable& value, CodeOf code) {
+  Control& control = make(Kind::edit, std::move(name), std::move(caption));
+  control.bind(codeBinding(screen_.app(), value, std::move(code)));
+  return control;
+}
+
+Control& Layout::period(std::string caption, Variable& period, Variable& year) {
+  Control& number = edit("editGLPeriod", std::move(caption), period,
+                         wholeConverter(screen_.app().formats(), 1, 12, "Period must be between 1 and 12"));
+  Control& years = edit("editGLYear", "/", year, twoDigitYearConverter());
+  return row(number.wide(2), years.wide(2));
+}
+
+Control& Layout::label(std::string name, std::function<std::string()> text) {
+  Control& control = make(Kind::label, std::move(name), {});
+  return control.caption(std::move(text));
+}
+
+Control& Layout::label(std::string text) {
+  const std::string name = "lbl" + wordsOf(text);
+  return make(Kind::label, name, std::move(text));
+}
+
+Control& Layout::mark(std::string name, std::string text, std::function<bool()> condition) {
+  return make(Kind::mark, std::move(name), std::move(text)).visibleWhen(std::move(condition));
+}
+
+Control& Layout::button(std::string name, std::string caption, std::function<void()> command) {
+  Control& control = make(Kind::button, std::move(name), std::move(caption));
+  control.runs(std::move(command));
+  return control;
+}
+
+Control& Layout::entry(std::string name, std::string caption, std::function<void()> command) {
+  if (name.empty()) name = "mnu" + wordsOf(caption);
+  Control& control = make(Kind::entry, std::move(name), std::move(caption));
+  control.runs(std::move(command));
+  return control;
+}
+
+Control& Layout::separator() { return make(Kind::separator, {}, {}); }
+Control& Layout::progress(std::string name) { return make(Kind::progress, std::move(name), {}); }
+
+Control& Layout::picture(std::string name, std::function<store::Value()> image) {
+  Control& control = make(Kind::picture, std::move(name), {});
+  control.bind(shownBinding(std::move(image), textConverter(0)));
+  return control;
+}
+
+Control& Layout::pageview(std::string name, PageSource* pages) {
+  Control& control = make(Kind::pageview, std::move(name), {});
+  control.show(pages);
+  return control;
+}
+
+Control& Layout::grid(store::Cursor& cursor, std::vector<std::unique_ptr<Control>> columns) {
+  Control& control = make(Kind::grid, "grd" + cursor.definition().name, {});
+  control.setGrid(std::make_unique<Grid>(cursor, false));
+  control.grid()->setColumns(std::move(columns));
+  return control;
+}
+
+Control& Layout::lines(store::Cursor& cursor, std::vector<std::unique_ptr<Control>> columns) {
+  Control& control = make(Kind::grid, "grd" + cursor.definition().name, {});
+  control.setGrid(std::make_unique<Grid>(cursor, true));
+  control.grid()->setColumns(std::move(columns));
+  return control;
+}
+
+std::unique_ptr<Control> Layout::makeColumn(std::string caption, std::string name, BindingPtr binding) {
+  auto column = std::make_unique<Control>(Kind::column, std::move(name));
+  column->caption(std::move(caption));
+  column->bind(std::move(binding));
+  return column;
+}
+
+std::unique_ptr<Control> Layout::column(std::string caption, const store::Field& field, ConverterPtr converter) {
+  const std::string name = fieldName(field);
+  if (!converter) converter = converterFor(field.definition(), screen_.app().formats());
+  return makeColumn(std::move(caption), controlNameOf(name), fieldBinding(field.cursor(), name, std::move(converter)));
+}
+
+std::unique_ptr<Control> Layout::codeColumn(std::string caption, const store::Field& idField, CodeOf code) {
+  const std::string name = fieldName(idField);
+  return makeColumn(std::move(caption), controlNameOf(name),
+                    codeBinding(screen_.app(), idField.cursor(), name, std::move(code)));
+}
+
+std::unique_ptr<Control> Layout::shownColumn(std::string name, std::string caption, std::function<std::string()> text,
+                                             int width) {
+  auto column = makeColumn(std::move(caption), std::move(name), shownBinding(std::move(text)));
+  column->readOnlyAlways().wide(width);
+  return column;
+}
+
+Control& Layout::place(Kind kind, std::string caption, std::vector<Control*> controls) {
+  auto holder = std::make_unique<Control>(kind, std::string());
+  holder->caption(std::move(caption));
+  for (const Control* control : controls) {
+    const auto found = std::ranges::find(loose_, control, &std::unique_ptr<Control>::get);
+    if (found == loose_.end()) throw Error("Control '" + control->name() + "' is placed twice");
+    holder->adopt(std::move(*found));
+    loose_.erase(found);
+  }
+  loose_.push_back(std::move(holder));
+  return *loose_.back();
+}
+
+std::unique_ptr<Control> Layout::finish() {
+  auto root = std::make_unique<Control>(Kind::group, std::string());
+  for (std::unique_ptr<Control>& control : loose_) root->adopt(std::move(control));
+  loose_.clear();
+  return root;
+}
+
+}  // namespace quillon::form

@@ -1,0 +1,32 @@
+#include "form/Person.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quillon::form {
+
+std::string_view nameOf(Button button) {
+  constexpr std::array<std::string_view, 5> kNames = {"OK", "Cancel", "Yes", "No", "Retry"};
+  return kNames[static_cast<std::size_t>(button)];
+}
+
+std::string_view nameOf(Tone tone) {
+  constexpr std::array<std::string_view, 5> kNames = {"information", "warning", "error", "confirmation", "stop"};
+  return kNames[static_cast<std::size_t>(tone)];
+}
+
+Button Dialog::dismissal() const {
+  for (const Button button : {Button::cancel, Button::no, Button::ok})
+    if (std::ranges::find(buttons, button) != buttons.end()) return button;
+  return standard;
+}
+
+void Person::show(Tone tone, const std::string& text, const std::string& caption) {
+  ask({.tone = tone, .text = text, .buttons = {Button::ok}, .standard = Button::ok, .caption = caption});
+}
+
+bool Person::confirm(const std::string& text, Tone tone, Button standard) {
+  return ask({.tone = tone, .text = text, .buttons = {Button::yes, Button::no}, .standard = standard}) == Button::yes;
+}
+
+}  // namespace quillon::form

@@ -1,0 +1,108 @@
+#include "form/RecordScreen.h"
+
+#include <algorithm>
+
+#include "form/App.h"
+#include "store/Errors.h"
+
+namespace quillon::form {
+
+void RecordScreen::shown(const Open& open) {
+  savedOnce_ = false;
+  for (LineSnapshot* snapshot : snapshots_) snapshot->drop();
+  if (open.newRow) {
+    startNew();
+  } else if (!open.locate.empty()) {
+    std::string fields;
+    std::vector<store::Value> values;
+    for (const auto& [field, value] : open.locate) {
+      fields += (fields.empty() ? "" : ";") + field;
+      values.push_back(value);
+    }
+    record().refresh();
+    if (!record().locate(fields, values)) refuse("This record has been deleted by another user");
+  }
+  recordShown(open);
+}
+
+void RecordScreen::shownAgain(const Open& open) {
+  if (!mayClose()) abort();
+  focusFirst();
+  shown(open);
+}
+
+void RecordScreen::startNew() {
+  record().append();
+  for (LineSnapshot* snapshot : snapshots_) snapshot->takeEmpty();
+}
+
+bool RecordScreen::isUnsaved() const {
+  return std::ranges::any_of(tables(), [](const Table* table) { return table->isOpen() && table->modified(); }) ||
+         std::ranges::any_of(snapshots_, [](const LineSnapshot* lines) { return lines->changed(); });
+}
+
+void RecordScreen::save() {
+  for (auto table = tables().rbegin(); table != tables().rend(); ++table)
+    if (*table != &record() && (*table)->isEditing()) (*table)->modified() ? (*table)->post() : (*table)->cancel();
+  if (record().isEditing()) {
+    try {
+      record().post();
+    } catch (const store::StoreError& error) {
+      if (error.code() != store::Code::keyViolation || plan_.keyViolation.empty()) throw;
+      refuse(plan_.keyViolation, focus(plan_.keyFocus));
+    }
+    savedOnce_ = true;
+  }
+  for (Table* table : tables()) table->flush();
+  for (LineSnapshot* snapshot : snapshots_) snapshot->drop();
+  moveList();
+}
+
+void RecordScreen::undo() {
+  app().person().hourglass(true);
+  for (LineSnapshot* snapshot : snapshots_) snapshot->restore();
+  for (auto table = tables().rbegin(); table != tables().rend(); ++table)
+    if ((*table)->isOpen() && (*table)->isEditing()) (*table)->cancel();
+  app().person().hourglass(false);
+}
+
+// The list may be closed, or its filter may hide the row: neither concerns the record, which is saved.
+void RecordScreen::moveList() {
+  if (!savedOnce_ || plan_.list.empty()) return;
+  Screen* list = app().find(plan_.list);
+  if (list == nullptr || !list->visible() || list->tables().empty()) return;
+  try {
+    Table& rows = *list->tables().front();
+    rows.refresh();
+    rows.locate(plan_.key, {record().value(plan_.key)});
+  } catch (const store::StoreError&) {
+  }
+}
+
+void RecordScreen::btnOKClick() {
+  save();
+  setResult(true);
+}
+
+void RecordScreen::btnCancelClick() {
+  undo();
+  setResult(false);
+}
+
+bool RecordScreen::mayClose() {
+  if (isUnsaved()) {
+    const Button answer = app().person().ask({.tone = Tone::confirmation,
+                                              .text = "Do you want to save changes?",
+                                              .buttons = {Button::yes, Button::no, Button::cancel},
+                                              .standard = Button::yes});
+    if (answer == Button::cancel) return false;
+    if (answer == Button::yes) {
+      save();
+      return true;
+    }
+  }
+  undo();
+  return true;
+}
+
+}  // namespace quillon::form

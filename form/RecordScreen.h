@@ -1,0 +1,61 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "form/LineSnapshot.h"
+#include "form/Screen.h"
+#include "form/Table.h"
+
+namespace quillon::form {
+
+// What a record screen does as all others do.
+struct RecordPlan {
+  std::string key;           // the field by which its row is found, here and in the list
+  std::string list;          // instance name of its list; empty: none
+  std::string keyViolation;  // what a value that is there already is told as
+  std::string keyFocus;      // and the field to go to
+};
+
+// A screen over one record of the first of its tables, and the lines that hang on it.
+//
+// Keeps: nothing is lost without a question; Cancel, and No to "Do you want to save changes?", leave the record and its
+// lines as they were when it was opened.
+class RecordScreen : public Screen {
+ public:
+  RecordScreen(App& app, RecordPlan plan) : Screen(app), plan_(std::move(plan)) {}
+
+ protected:
+  Table& record() const { return *tables().front(); }
+  bool isNew() const { return record().state() == store::CursorState::insert; }
+  // Lines that Cancel puts back.
+  void restores(LineSnapshot& lines) { snapshots_.push_back(&lines); }
+
+  // Posts the lines' pending row and the record, flushes, and moves the list there.
+  void save();
+  // Puts the lines back and cancels.
+  void undo();
+  // Starts another record.
+  void startNew();
+  bool savedOnce() const { return savedOnce_; }
+
+  // The commands that every one has.
+  void btnOKClick();
+  void btnCancelClick();
+
+  void shown(const Open& open) override;
+  void shownAgain(const Open& open) override;
+  bool mayClose() override;
+  // When it stands on its record, new or old.
+  virtual void recordShown(const Open& /*open*/) {}
+
+ private:
+  bool isUnsaved() const;
+  void moveList();
+
+  RecordPlan plan_;
+  std::vector<LineSnapshot*> snapshots_;
+  bool savedOnce_ = false;
+};
+
+}  // namespace quillon::form
