@@ -1,0 +1,41 @@
+#include "shell/Session.h"
+
+#include "store/Cursor.h"
+#include "store/Database.h"
+
+namespace quillon::shell {
+
+Session::Session(const store::Environment& environment, form::Person& person, Surroundings surroundings)
+    : surroundings_(std::move(surroundings)),
+      store_(environment),
+      app_(person, registry_, surroundings_.formats, kTitle) {}
+
+Session::~Session() { closeCompany(); }
+
+void Session::openCompany(const std::string& folder) {
+  closeCompany();
+  auto database = std::make_unique<store::Database>(store_, folder);
+  if (!database->exists("Company"))
+    throw Error("Error opening database '" + folder + "'...\rThe specified directory does not contain a database.");
+  auto company = std::make_unique<store::Cursor>(*database, "Company", "tblCompany");
+  company->open();
+  database_ = std::move(database);
+  tblCompany_ = std::move(company);
+  dataFolder_ = folder;
+  app_.setDatabase(database_.get());
+}
+
+void Session::closeCompany() {
+  app_.dropScreens();
+  app_.setDatabase(nullptr);
+  tblCompany_.reset();
+  database_.reset();
+  dataFolder_.clear();
+}
+
+store::Cursor& Session::tblCompany() {
+  if (!tblCompany_) throw Error("No company is open");
+  return *tblCompany_;
+}
+
+}  // namespace quillon::shell
