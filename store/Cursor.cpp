@@ -7,6 +7,7 @@
 #include "store/CursorParts.h"
 #include "store/Database.h"
 #include "store/Errors.h"
+#include "store/RowFilter.h"
 #include "store/locks/Holders.h"
 #include "store/table/Table.h"
 
@@ -61,6 +62,7 @@ void Cursor::open() {
     high_.clear();
     at_ = {};
     view_.reset();
+    setFilter(std::move(filterText_));
     if (link_) applyLink();
     first();
   } catch (...) {
@@ -82,6 +84,7 @@ void Cursor::close() {
   at_ = kept_ = {};
   view_.reset();
   buffer_.reset();
+  filter_.reset();
   window_ = {};
   bof_ = eof_ = true;
   for (Cursor* detail : details_)
@@ -110,6 +113,7 @@ void Cursor::abandon() {
   at_ = kept_ = {};
   view_.reset();
   buffer_.reset();
+  filter_.reset();
   window_ = {};
   tellDetails();
 }

@@ -18,6 +18,8 @@
 namespace quillon::store {
 
 class Database;
+class PassingRows;
+class RowFilter;
 class StoreError;
 class Table;
 class TreeWalk;
@@ -52,7 +54,7 @@ struct CursorEvents {
   Handler onNewRecord;             // defaults of a new row; does not count as a modification
   Handler onCalculate;             // sets the calculated fields (setCalculated) from the row
   Handler afterScroll;             // another row, or the same one read again
-  std::function<bool()> onFilter;  // whether the row passes; tested while filtered
+  std::function<bool()> onFilter;  // whether the row passes; tested while filtered, behind the filter's text
   // Of a field of the table, at every set, whoever sets it and whether or not the value differs. Validate comes before
   // and may raise; change comes after, with the value that was there.
   std::function<void(int position, const Value& next)> onValidate;
@@ -118,6 +120,10 @@ class Cursor {
   void setRange(std::vector<Value> start, std::vector<Value> end);
   void cancelRange();
   bool hasRange() const { return ranged_; }
+  // A condition over the cursor's fields, tested while filtered, together with onFilter; empty: none. StatementError
+  // with the earlier one left in force; of a closed cursor at open.
+  void setFilter(std::string text);
+  const std::string& filter() const { return filterText_; }
   void setFiltered(bool filtered);
   bool filtered() const { return filtered_; }
   void setMaster(const follows& link);
@@ -132,7 +138,7 @@ class Cursor {
   bool bof();
   bool eof();
   bool isEmpty();
-  std::uint64_t recordCount();      // O(log n) without a filter
+  std::uint64_t recordCount();      // O(log n) without a filter; with one the rows that pass
   std::uint64_t recordNumber();     // 1 is the first; 0 without a row
   bool goTo(std::uint64_t number);  // the k-th row, 1 is the first
   Bookmark bookmark();
@@ -190,6 +196,7 @@ class Cursor {
   };
   struct RowList;  // of a live result: its rows, in order
   class Aside;     // looks at other rows and comes back
+  class Within;    // sees the rows of one prefix of keys
   struct Window {  // rows read ahead
     struct Entry {
       std::uint32_t key, keySize, record, recordSize;
@@ -202,6 +209,8 @@ class Cursor {
     std::uint64_t version = 0;
     std::int64_t time = 0;
     bool forward = true;
+    void clear();
+    void add(std::string_view itsKey, RowId itsRow, std::string_view itsRecord);
   };
 
   void fire(const CursorEvents::Handler& handler);
@@ -211,7 +220,10 @@ class Cursor {
   void leaveRow();     // posts or cancels, here and in the details
   void leaveDetails();
   void toBrowse();
+  bool filters() const { return filtered_ && (filter_ || events.onFilter); }
   bool passes();
+  PassingRows passingRows(std::string low, std::string high) const;
+  std::optional<std::uint64_t> countPassing(std::string high);
   bool inBounds(std::string_view key) const;
   bool isAt(std::uint64_t number);
   void take(const Window::Entry& entry);
@@ -290,6 +302,8 @@ class Cursor {
   bool calculated_ = false, calculating_ = false;
   std::unique_ptr<Link> link_;
   std::vector<Cursor*> details_;
+  std::string filterText_;
+  std::unique_ptr<RowFilter> filter_;  // while open
   std::string scratch_;
 };
 

@@ -63,7 +63,7 @@ std::int64_t Cursor::moveBy(std::int64_t rows) {
   synchronise();
   if (!at_.there || rows == 0) return 0;
   std::int64_t moved = 0;
-  if ((filtered_ && events.onFilter) || list_) {
+  if (filters() || list_) {
     for (; moved < rows && step(true); ++moved) {
     }
     for (; moved > rows && step(false); --moved) {
@@ -112,14 +112,15 @@ bool Cursor::isEmpty() {
 std::uint64_t Cursor::recordCount() {
   synchronise();
   if (nothing_) return 0;
-  if (list_) return list_->rows.size() - list_->gone;
-  if (!filtered_ || !events.onFilter) {
+  if (!filters()) {
+    if (list_) return list_->rows.size() - list_->gone;
     const Table::Reading reading(*table_);
     Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
     const std::uint64_t above = high_.empty() ? tree.count() : tree.rank(high_);
     const std::uint64_t below = low_.empty() ? 0 : tree.rank(low_);
     return above > below ? above - below : 0;
   }
+  if (const std::optional<std::uint64_t> passing = countPassing(high_)) return *passing;
   const Aside aside(*this);
   std::uint64_t count = 0;
   for (bool found = firstRow(); found; found = step(true)) ++count;
@@ -129,13 +130,14 @@ std::uint64_t Cursor::recordCount() {
 std::uint64_t Cursor::recordNumber() {
   synchronise();
   if (!at_.there) return 0;
-  if (list_) return list_->places[at_.row] + 1;
-  if (!filtered_ || !events.onFilter) {
+  if (!filters()) {
+    if (list_) return list_->places[at_.row] + 1;
     const Table::Reading reading(*table_);
     Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
     return tree.rank(at_.key) - (low_.empty() ? 0 : tree.rank(low_)) + 1;
   }
   const std::string mine = at_.key;
+  if (const std::optional<std::uint64_t> passing = countPassing(mine + '\0')) return *passing;
   const Aside aside(*this);
   std::uint64_t number = 0;
   for (bool found = firstRow(); found && at_.key <= mine; found = step(true)) ++number;
@@ -155,8 +157,8 @@ bool Cursor::goTo(std::uint64_t number) {
 // To the row of that number; without one the row stays.
 bool Cursor::seek(std::uint64_t number) {
   if (number == 0 || nothing_) return false;
-  if (list_) return number <= list_->rows.size() && standOn(list_->rows[number - 1]);
-  if (filtered_ && events.onFilter) {
+  if (list_ && !filters()) return number <= list_->rows.size() && standOn(list_->rows[number - 1]);
+  if (filters()) {
     Standing before = at_;
     std::uint64_t count = 0;
     for (bool found = firstRow(); found; found = step(true))

@@ -79,14 +79,4 @@ void Cursor::cancelRange() {
   findAgain(at_.key);
 }
 
-void Cursor::setFiltered(bool filtered) {
-  if (!isOpen()) {
-    filtered_ = filtered;
-    return;
-  }
-  leaveRow();
-  filtered_ = filtered;
-  first();
-}
-
 }  // namespace quillon::store

@@ -1,10 +1,12 @@
 #pragma once
 // What a cursor is made of inside; for its own sources only.
 
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 
 #include "store/Cursor.h"
+#include "store/KeyCodec.h"
 
 namespace quillon::store {
 
@@ -62,6 +64,26 @@ class Cursor::Aside {
   Standing at_;
   CursorState state_;
   bool suspended_;
+};
+
+// While one lives, the cursor sees of its rows only those whose keys begin with a prefix.
+class Cursor::Within {
+ public:
+  Within(Cursor& cursor, const std::string& prefix) : cursor_(cursor), low_(cursor.low_), high_(cursor.high_) {
+    std::string end = KeyCodec::successor(prefix);
+    cursor.low_ = std::max(low_, prefix);
+    cursor.high_ = high_.empty() ? std::move(end) : end.empty() ? high_ : std::min(high_, end);
+  }
+  ~Within() {
+    cursor_.low_ = std::move(low_);
+    cursor_.high_ = std::move(high_);
+  }
+  Within(const Within&) = delete;
+  Within& operator=(const Within&) = delete;
+
+ private:
+  Cursor& cursor_;
+  std::string low_, high_;
 };
 
 // A search for rows by the values of some fields.

@@ -38,7 +38,7 @@ bool Cursor::findKey(const std::vector<Value>& values) {
     if (error.code() != Code::badValue) throw;
     return false;  // no row has a value that its field cannot hold
   }
-  if (filtered_ && events.onFilter) return findKeyFiltered(prefix);
+  if (filters()) return findKeyFiltered(prefix);
   RowId row = 0;
   std::string key;
   table_->read([&] {
@@ -70,19 +70,8 @@ bool Cursor::findKeyFiltered(const std::string& prefix) {
   std::optional<Standing> found;
   {
     const Aside aside(*this);
-    window_ = {};
-    if (fill(true, std::max(prefix, low_), true, false)) {
-      take(window_.entries[0]);
-      while (at_.key.starts_with(prefix)) {
-        if (passes()) {
-          found = at_;
-          break;
-        }
-        const Window::Entry* entry = ahead(true);
-        if (!entry) break;
-        take(*entry);
-      }
-    }
+    const Within within(*this, prefix);
+    if (firstRow()) found = at_;
   }
   if (!found) return false;
   at_ = std::move(*found);

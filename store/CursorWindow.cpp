@@ -5,6 +5,7 @@
 #include "store/CursorParts.h"
 #include "store/Database.h"
 #include "store/Errors.h"
+#include "store/PassingRows.h"
 #include "store/table/Table.h"
 
 namespace quillon::store {
@@ -45,40 +46,46 @@ bool Cursor::fill(bool forward, std::string_view from, bool inclusive, bool boun
   window_.batch = usedUp ? std::min(window_.batch * 4, kLongestBatch) : kFirstBatch;
   window_.forward = forward;
   window_.at = 0;
-  window_.entries.clear();
-  window_.bytes.clear();
+  window_.clear();
   if (nothing_) return false;
   if (list_) return fillFromList(forward, start, inclusive, bounded);
-  table_->read([&] { fillFromTree(forward, start, inclusive, bounded); });
+  if (filtered_ && filter_)
+    passingRows(low_, high_)
+        .read(forward, {start, inclusive, bounded}, window_.batch,
+              {[&] { window_.clear(); },
+               [&](std::string_view key, RowId row, std::string_view record) { window_.add(key, row, record); }});
+  else
+    table_->read([&] { fillFromTree(forward, start, inclusive, bounded); });
   window_.version = table_->version();
   window_.time = database_->session().environment().clock.milliseconds();
   return !window_.entries.empty();
 }
 
+void Cursor::Window::clear() {
+  entries.clear();
+  bytes.clear();
+}
+
+void Cursor::Window::add(std::string_view itsKey, RowId itsRow, std::string_view itsRecord) {
+  const auto keyAt = static_cast<std::uint32_t>(bytes.size());
+  bytes += itsKey;
+  const auto recordAt = static_cast<std::uint32_t>(bytes.size());
+  bytes += itsRecord;
+  entries.push_back({keyAt, static_cast<std::uint32_t>(itsKey.size()), recordAt,
+                     static_cast<std::uint32_t>(itsRecord.size()), itsRow});
+}
+
 void Cursor::fillFromTree(bool forward, const std::string& start, bool inclusive, bool bounded) {
-  window_.entries.clear();
-  window_.bytes.clear();
+  window_.clear();
   Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
   TreeWalk walk(tree);
   TreeWalk rows(table_->rows());
-  bool found;
-  if (forward) {
-    const std::string_view lower = bounded || start < low_ ? std::string_view(low_) : std::string_view(start);
-    found = walk.seek(lower);
-    if (found && !inclusive && !bounded && walk.key() == start) found = walk.next();
-  } else if (bounded || (!high_.empty() && start >= high_)) {
-    found = high_.empty() ? walk.last() : walk.seekBefore(high_);
-  } else {
-    found = inclusive && walk.seek(start) && walk.key() == start;
-    if (!found) found = walk.seekBefore(start);
-  }
+  bool found = seekFrom(walk, forward, {start, inclusive, bounded}, low_, high_);
   std::string rowKey;
   for (; found && window_.entries.size() < window_.batch && window_.bytes.size() < kBatchBytes;
        found = forward ? walk.next() : walk.prior()) {
     const std::string_view key = walk.key();
     if (!inBounds(key)) break;
-    Window::Entry entry;
-    entry.row = KeyCodec::rowOf(key);
     std::string_view payload;
     if (order_ < 0) {
       payload = walk.payload();
@@ -89,14 +96,7 @@ void Cursor::fillFromTree(bool forward, const std::string& start, bool inclusive
                                             "' names a record that is not there. Run Pack/Repair on the company.");
       payload = rows.payload();
     }
-    const std::string_view record = table_->record(payload, scratch_);
-    entry.key = static_cast<std::uint32_t>(window_.bytes.size());
-    entry.keySize = static_cast<std::uint32_t>(key.size());
-    window_.bytes += key;
-    entry.record = static_cast<std::uint32_t>(window_.bytes.size());
-    entry.recordSize = static_cast<std::uint32_t>(record.size());
-    window_.bytes += record;
-    window_.entries.push_back(entry);
+    window_.add(key, KeyCodec::rowOf(key), table_->record(payload, scratch_));
   }
 }
 
@@ -115,12 +115,7 @@ bool Cursor::fillFromList(bool forward, std::string_view from, bool inclusive, b
     const RowId row = list_->rows[static_cast<std::size_t>(place)];
     if (!table_->readRow(row, record)) continue;
     keyOf(row, record, key);
-    Window::Entry entry{static_cast<std::uint32_t>(window_.bytes.size()), static_cast<std::uint32_t>(key.size()), 0,
-                        static_cast<std::uint32_t>(record.size()), row};
-    window_.bytes += key;
-    entry.record = static_cast<std::uint32_t>(window_.bytes.size());
-    window_.bytes += record;
-    window_.entries.push_back(entry);
+    window_.add(key, row, record);
   }
   window_.version = table_->version();
   window_.time = database_->session().environment().clock.milliseconds();
@@ -166,11 +161,9 @@ void Cursor::stand(RowId row, std::string key, std::string record) {
   calculated_ = false;
 }
 
-bool Cursor::passes() { return !filtered_ || !events.onFilter || events.onFilter(); }
-
 // To the next passing row in a direction; without one the row stays.
 bool Cursor::step(bool forward) {
-  if (!filtered_ || !events.onFilter) {
+  if (!filters()) {
     const Window::Entry* entry = ahead(forward);
     if (entry) take(*entry);
     return entry != nullptr;

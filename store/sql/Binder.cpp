@@ -198,7 +198,9 @@ ExpressionPtr Binder::bindColumn(const Expr& expr) {
     }
   }
   int depth = 0;
-  for (const Scope* scope = scope_; scope; scope = scope->outer, ++depth)
+  for (const Scope* scope = scope_; scope; scope = scope->outer, ++depth) {
+    if (scope->field)
+      if (ExpressionPtr field = scope->field(expr)) return field;
     for (std::size_t i = 0; i < scope->sources.size(); ++i) {
       const Scope::SourceName& source = scope->sources[i];
       if (!expr.table.empty() && !source.isCalled(expr.table)) continue;
@@ -213,6 +215,7 @@ ExpressionPtr Binder::bindColumn(const Expr& expr) {
       grouping_->firstValues.push_back(std::move(column));
       return slot(grouping_->firstValues.size() - 1, true, type, definition.size);
     }
+  }
   refuse(expr.place, Code::noSuchField,
          "there is no field '" + (expr.table.empty() ? "" : expr.table + ".") + expr.name + "'.");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -22,6 +23,8 @@ struct Scope {
     bool isCalled(const std::string& written) const;
   };
   std::vector<SourceName> sources;
+  // Tried before the sources: fields that are none of a record, as a cursor's calculated ones. Null: none of these.
+  std::function<ExpressionPtr(const Expr&)> field;
   Scope* outer = nullptr;
   // What of the SELECTs around has been named: sources of the next one out, and anything further out.
   std::uint64_t outerSources = 0;

@@ -62,7 +62,9 @@ std::unique_ptr<Statement> Parser::wholeStatement() {
 ExprPtr Parser::wholeCondition() {
   ExprPtr condition = expression();
   expectEnd();
-  if (!parameters_.empty()) fail(condition->place, "a filter has no parameters.");
+  const auto parameter =
+      std::find_if(tokens_.begin(), tokens_.end(), [](const Token& one) { return one.kind == TokenKind::parameter; });
+  if (parameter != tokens_.end()) fail(parameter->place, "a filter has no parameters.");
   return condition;
 }
 

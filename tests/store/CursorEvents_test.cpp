@@ -212,6 +212,102 @@ TEST_F(CursorEventsTest, CalculatedAndLookedUpFieldsFollowTheRowAndTheFilter) {
   EXPECT_TRUE(cursor.locate("GroupName", {"two"}));
 }
 
+TEST_F(CursorEventsTest, AFilterTextReadsEveryFieldOfTheCursor) {
+  Cursor names(database(), "Cust"), cursor(database(), "Cust");
+  names.open();
+  for (const char* name : {"one", "two", "three", "four"}) add(names, name, names.recordCount() + 1);
+  names.edit();
+  names["Notes"] = "pays late";
+  names.post();
+  cursor.addCalculated({"Rest", FieldType::integer});
+  cursor.addLookup({"Of", FieldType::string, 20}, "Group", names, "ID", "Name");
+  cursor.events.onCalculate = [&] { cursor.setCalculated("Rest", 10 - cursor["Group"].asInt()); };
+  cursor.setFilter("Rest >= 7 AND of <> 'two'");
+  cursor.setFiltered(true);
+  cursor.open();
+  EXPECT_EQ(cursor.recordCount(), 2u);
+  cursor.edit();
+  cursor["Group"] = 8;  // Rest is 2 then, and nobody is called by that number
+  cursor.post();
+  EXPECT_EQ(cursor["Name"].asText(), "three");
+  EXPECT_EQ(cursor.recordCount(), 1u);
+  cursor.setFilter("NOTES LIKE '%late' AND Cust.Rest = 6");
+  EXPECT_EQ(cursor["Name"].asText(), "four");
+  cursor.setFilter("Notes = null");
+  EXPECT_EQ(cursor.recordCount(), 3u);
+  cursor.events.onFilter = [&] { return cursor["Name"].asText() > "p"; };
+  EXPECT_EQ(cursor.recordCount(), 2u);
+  cursor.setFilter(" ");
+  EXPECT_EQ(cursor.recordCount(), 2u);
+}
+
+TEST_F(CursorEventsTest, AFilterTextThatCannotBeIsRefusedAndTheEarlierOneStays) {
+  Cursor cursor(database(), "Cust");
+  cursor.open();
+  for (const char* name : {"a", "b", "c"}) add(cursor, name, cursor.recordCount());
+  cursor.setFiltered(true);
+  cursor.setFilter("\"Group\" <> 0");
+  struct Bad {
+    const char* text;
+    int column;
+    Code code;
+  };
+  constexpr Bad kBad[] = {{"\"Group\" = ", 11, Code::badStatement},
+                          {"\"Group\" = 1)", 12, Code::badStatement},
+                          {"\"Group\" = 1 AND Nowhere = 2", 17, Code::noSuchField},
+                          {"Other.ID = 1", 1, Code::noSuchField},
+                          {"ID = :G", 6, Code::badStatement},
+                          {"ID IN (SELECT ID FROM Cust)", 1, Code::badStatement},
+                          {"SUM(ID) = 1", 1, Code::badStatement},
+                          {"Name = 1", 1, Code::typeMismatch},
+                          {"ID = 'x'", 6, Code::badValue},
+                          {"ID", 1, Code::typeMismatch}};
+  for (const Bad& bad : kBad) {
+    try {
+      cursor.setFilter(bad.text);
+      ADD_FAILURE() << bad.text;
+    } catch (const StatementError& error) {
+      EXPECT_EQ(error.code(), bad.code) << bad.text << ": " << error.what();
+      EXPECT_EQ(error.column(), bad.column) << bad.text << ": " << error.what();
+    }
+    EXPECT_EQ(cursor.filter(), "\"Group\" <> 0");
+    EXPECT_EQ(cursor.recordCount(), 2u);
+  }
+  cursor.close();
+  cursor.setFilter("Nowhere = 2");
+  EXPECT_THROW(cursor.open(), StatementError);
+  EXPECT_FALSE(cursor.isOpen());
+  cursor.setFilter("\"Group\" = 2");
+  cursor.open();
+  EXPECT_EQ(cursor["Name"].asText(), "c");
+}
+
+// Rows are read ahead, but only the row whose turn has come may raise; and a condition that guards another is asked
+// first, whatever an index could tell.
+TEST_F(CursorEventsTest, AnErrorOfAFilterIsRaisedAtItsRow) {
+  Cursor cursor(database(), "Line");
+  cursor.open();
+  for (const int amount : {5, 10, 0, 4}) {
+    cursor.insert();
+    cursor["Amount"] = amount;
+    cursor["Cust"] = amount;
+    cursor.post();
+  }
+  cursor.setFiltered(true);
+  cursor.setFilter("20 / Amount > 1");
+  EXPECT_EQ(cursor["Amount"].asInt(), 5);
+  EXPECT_TRUE(cursor.next());
+  EXPECT_EQ(codeOf([&] { cursor.next(); }), static_cast<int>(Code::badValue));
+  EXPECT_EQ(cursor["Amount"].asInt(), 10);
+  EXPECT_EQ(codeOf([&] { (void)cursor.recordCount(); }), static_cast<int>(Code::badValue));
+  cursor.setFilter("Amount <> 0 AND 20 / Amount > 4");
+  EXPECT_EQ(cursor.recordCount(), 1u);
+  cursor.setIndex("ByCust");
+  EXPECT_EQ(codeOf([&] { cursor.setFilter("20 / Amount > 4 AND Cust = 4"); }), static_cast<int>(Code::badValue));
+  cursor.setFilter("Cust = 4 AND 20 / Amount > 4");
+  EXPECT_EQ(cursor.recordCount(), 1u);
+}
+
 TEST_F(CursorEventsTest, MemosAreReadFromWhereTheyAreNow) {
   SimProcess two(disk_, clock_, settings_, "BERT");
   two.open();

@@ -1,8 +1,8 @@
 // Cursors in one process.
 //
 // Method: two cursors on one random table of few distinct values do thousands of random moves, searches, changes of
-// order, range and filter, edits and transactions. A model that keeps plain rows and sorts them anew for each question
-// says what each call must answer and what both cursors must show after it.
+// order, range and filter (a handler, a text, or both), edits and transactions. A model that keeps plain rows and sorts
+// them anew for each question says what each call must answer and what both cursors must show after it.
 #include "store/Cursor.h"
 
 #include <gtest/gtest.h>
@@ -58,9 +58,12 @@ class CursorTrial {
     for (int i = 0; i < 2; ++i) {
       real_.push_back(std::make_unique<Cursor>(*company_.database, "Model"));
       Cursor& cursor = *real_.back();
-      cursor.events.onFilter = [&cursor] { return cursor["Level"].isNull() || cursor["Level"].asInt() % 2 == 0; };
+      const bool handled = random_.oneIn(2);
+      if (handled)
+        cursor.events.onFilter = [&cursor] { return cursor["Level"].isNull() || cursor["Level"].asInt() % 2 == 0; };
       cursor.open();
       model_.emplace_back(store_);
+      model_.back().handled = handled;
       model_.back().open();
     }
   }
@@ -221,7 +224,13 @@ class CursorTrial {
 
   void limit() {
     Cursor& c = cursor();
-    switch (random_.below(6)) {
+    switch (random_.below(7)) {
+      case 6: {
+        const int number = static_cast<int>(random_.below(sim::kModelFilters));
+        const char* const text = sim::kModelFilter[number].text;
+        const int code = now().setFilter(number);
+        return plain(("filter '" + std::string(text) + "'").c_str(), [&] { c.setFilter(text); }, code);
+      }
       case 0: {
         const int index = static_cast<int>(random_.below(4)) - 1;
         const int code = now().setIndex(index);
@@ -242,7 +251,7 @@ class CursorTrial {
         return plain(
             "cancelRange", [&] { c.cancelRange(); }, now().cancelRange());
       default: {
-        const bool filtered = random_.oneIn(3);
+        const bool filtered = random_.oneIn(2);
         return plain(
             filtered ? "filter on" : "filter off", [&] { c.setFiltered(filtered); }, now().setFiltered(filtered));
       }

@@ -75,10 +75,8 @@ bool ModelStore::violates(const CursorRow& row) const {
   return false;
 }
 
-bool ModelCursor::passes(const CursorRow& row) { return row.values[3].isNull() || row.values[3].asInt64() % 2 == 0; }
-
 bool ModelCursor::inView(const CursorRow& row) const {
-  if (filtered_ && !passes(row)) return false;
+  if (filtered_ && !((!handled || isEven(row)) && kModelFilter[filter_].passes(row))) return false;
   return (!low_ || store_.compare(index_, row, *low_) >= 0) && (!high_ || store_.compare(index_, row, *high_) <= 0);
 }
 
@@ -376,6 +374,13 @@ int ModelCursor::setFiltered(bool filtered) {
   if (const int code = leaveRow()) return code;
   filtered_ = filtered;
   return first();
+}
+
+int ModelCursor::setFilter(int number) {
+  if (filtered_)
+    if (const int code = leaveRow()) return code;
+  filter_ = number;
+  return filtered_ ? first() : 0;
 }
 
 }  // namespace quillon::sim

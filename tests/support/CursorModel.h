@@ -35,6 +35,14 @@ struct ModelStore {
   bool violates(const CursorRow& row) const;  // a unique index
 };
 
+// Filters as a cursor takes them, and what they mean.
+struct ModelFilter {
+  const char* text;
+  bool (*passes)(const CursorRow& row);
+};
+inline constexpr int kModelFilters = 7;
+extern const ModelFilter kModelFilter[kModelFilters];  // [0]: none
+
 // Each call does what the cursor's call of that name does and returns its error code, 0 for none; what else the call
 // answers is in `answer`.
 class ModelCursor {
@@ -59,6 +67,7 @@ class ModelCursor {
   int setRange(std::vector<store::Value> low, std::vector<store::Value> high);
   int cancelRange();
   int setFiltered(bool filtered);
+  int setFilter(int number);
   int edit();
   int insert();
   int post();
@@ -79,7 +88,8 @@ class ModelCursor {
   bool standsInView() const;       // the row is there as it was read
   std::int64_t number() const;     // with standsInView()
   int index() const { return index_; }
-  static bool passes(const CursorRow& row);  // the filter
+  static bool isEven(const CursorRow& row);  // what the handler lets pass
+  bool handled = false;                      // there is a handler
 
  private:
   bool inView(const CursorRow& row) const;
@@ -98,6 +108,7 @@ class ModelCursor {
   store::CursorState state_ = store::CursorState::browse;
   int index_ = -1;
   std::optional<std::vector<store::Value>> low_, high_;
+  int filter_ = 0;
   bool filtered_ = false, there_ = false, bof_ = true, eof_ = true, modified_ = false;
   bool findAgain_ = false, placed_ = false;
   bool keptThere_ = false;  // while inserting

@@ -73,7 +73,7 @@ Value RandomExpression::literal(Kind kind) {
 }
 
 std::string RandomExpression::ourLiteral(const Value& value) {
-  if (random_.percent(15)) {
+  if (withParameters && random_.percent(15)) {
     const std::string name = newName("P");
     parameters[name] = value;
     return ":" + name;

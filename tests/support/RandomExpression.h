@@ -52,6 +52,7 @@ class RandomExpression {
       : random_(random), tables_(tables), accents_(accents) {}
 
   std::map<std::string, store::Value> parameters;
+  bool withParameters = true;
   std::string without;  // a table that sub-selects must not read
 
   store::Value literal(Kind kind);  // not null
