@@ -62,7 +62,7 @@ void Cursor::open() {
     high_.clear();
     at_ = {};
     view_.reset();
-    setFilter(std::move(filterText_));
+    filter_ = boundFilter(filterText_);
     if (link_) applyLink();
     first();
   } catch (...) {

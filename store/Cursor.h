@@ -222,6 +222,7 @@ class Cursor {
   void toBrowse();
   bool filters() const { return filtered_ && (filter_ || events.onFilter); }
   bool passes();
+  std::unique_ptr<RowFilter> boundFilter(const std::string& text);
   PassingRows passingRows(std::string low, std::string high) const;
   std::optional<std::uint64_t> countPassing(std::string high);
   bool inBounds(std::string_view key) const;

@@ -6,14 +6,20 @@
 
 namespace quillon::store {
 
+std::unique_ptr<RowFilter> Cursor::boundFilter(const std::string& text) {
+  return trim(text).empty() ? nullptr : std::make_unique<RowFilter>(*this, text);
+}
+
 void Cursor::setFilter(std::string text) {
-  if (isOpen()) {
-    std::unique_ptr<RowFilter> filter = trim(text).empty() ? nullptr : std::make_unique<RowFilter>(*this, text);
-    if (filtered_) leaveRow();
-    filter_ = std::move(filter);
+  if (!isOpen()) {
+    filterText_ = std::move(text);
+    return;
   }
+  std::unique_ptr<RowFilter> filter = boundFilter(text);
+  if (filtered_) leaveRow();
+  filter_ = std::move(filter);
   filterText_ = std::move(text);
-  if (isOpen() && filtered_) first();
+  if (filtered_) first();
 }
 
 void Cursor::setFiltered(bool filtered) {

@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::size_t kChunk = 1024;           // rows looked at in one read, before others may write
 constexpr std::size_t kEnough = 256;           // rows looked at after which what was found is given
+constexpr std::size_t kFromCandidates = 64;    // rows given at least, now that all candidates are in order
 constexpr std::size_t kCountChunk = 4096;      // the same for a count
 constexpr std::uint64_t kCandidates = 16'384;  // brought into an order at most
 constexpr std::uint64_t kMostIds = 1'000'000;  // kept at a time for a count
@@ -61,15 +62,14 @@ PassingRows::Test PassingRows::test(RowId row, std::string_view record, std::siz
 
 void PassingRows::read(bool forward, From from, std::size_t most, const Sink& sink) {
   if (nothing_) return sink.clear();
-  for (bool first = true;; first = false) {
+  for (int round = 0;; ++round) {
+    bool read = false;
+    if (round < 2) table_.read([&] { read = readCandidates(forward, from, round == 0 ? most : 0, sink); });
+    if (read) return;
     Chunk chunk;
     table_.read([&] { chunk = walk(forward, from, most, sink); });
     if (chunk.added > 0 || chunk.ended) return;
     from = {std::move(chunk.last), false, false};
-    if (!first) continue;
-    bool read = false;
-    table_.read([&] { read = readCandidates(forward, from.key, most, sink); });
-    if (read) return;
   }
 }
 
@@ -80,19 +80,23 @@ PassingRows::Chunk PassingRows::walk(bool forward, const From& from, std::size_t
   TreeWalk rows(table_.rows());
   std::string rowKey;
   std::size_t looked = 0;
+  RowId last = 0;
   for (bool found = seekFrom(walk, forward, from, low_, high_);; found = forward ? walk.next() : walk.prior()) {
     if (!found || !inside(walk.key())) {
       chunk.ended = true;
       return chunk;
     }
-    if (chunk.added == most || looked++ == (chunk.added > 0 ? kEnough : kChunk)) return chunk;
+    if (chunk.added == most || looked++ >= (chunk.added > 0 ? kEnough : kChunk)) return chunk;
     const RowId row = KeyCodec::rowOf(walk.key());
     std::string_view payload;
     if (order_ < 0) {
       payload = walk.payload();
     } else {
       rowKey.assign(walk.key().substr(KeyCodec::fieldBytes(walk.key())));
-      if (!rows.seek(rowKey) || rows.key() != rowKey) raiseIndexDamaged(table_);
+      // Rows entered one behind the other often follow each other in an index too.
+      const bool beside = row == last + 1 ? rows.next() : row + 1 == last && rows.prior();
+      if ((!beside || rows.key() != rowKey) && (!rows.seek(rowKey) || rows.key() != rowKey)) raiseIndexDamaged(table_);
+      last = row;
       payload = rows.payload();
     }
     const std::string_view record = table_.record(payload, scratch_);
@@ -135,14 +139,17 @@ std::vector<RowId> PassingRows::idsOf(int index, std::string_view low, std::stri
   return ids;
 }
 
-// The rows behind a key from another index, where it leaves fewer than a walk would look at. False: it does not.
-bool PassingRows::readCandidates(bool forward, const std::string& behind, std::size_t most, const Sink& sink) {
+// The next rows from another index, where it leaves fewer than a walk would look at: all the rows ahead, or so many as
+// have `wanted` passing ones among them if every candidate passes. False: it does not.
+bool PassingRows::readCandidates(bool forward, const From& from, std::size_t wanted, const Sink& sink) {
   sink.clear();
   std::uint64_t count = 0;
   const int index = narrowest(count);
   if (index < 0 || count > kCandidates) return false;
-  const std::uint64_t ahead = forward ? between(order_, behind, high_) : between(order_, low_, behind);
-  if (count > ahead / 2) return false;
+  const std::string_view low = forward && !from.bounded ? std::max(from.key, low_) : low_;
+  const std::string_view high = forward || from.bounded ? high_ : from.key;
+  const std::uint64_t ahead = between(order_, low, high);
+  if (2 * count > (wanted > 0 && count > wanted ? ahead / count * wanted : ahead)) return false;
   const RowFilter::Range& range = filter_.range(index);
   if (range.nothing) return true;
   std::string record;
@@ -151,7 +158,9 @@ bool PassingRows::readCandidates(bool forward, const std::string& behind, std::s
     if (!table_.readRow(row, record)) raiseIndexDamaged(table_);
     std::string& key = keys.emplace_back();
     keyOf(row, record, key);
-    if (!inside(key) || (forward ? key <= behind : key >= behind)) keys.pop_back();
+    const bool reached =
+        from.bounded || (forward ? key > from.key : key < from.key) || (from.inclusive && key == from.key);
+    if (!inside(key) || !reached) keys.pop_back();
   }
   std::sort(keys.begin(), keys.end());
   if (!forward) std::reverse(keys.begin(), keys.end());
@@ -163,7 +172,7 @@ bool PassingRows::readCandidates(bool forward, const std::string& behind, std::s
     if (result == Test::raises) break;
     if (result == Test::fails) continue;
     sink.add(key, row, record);
-    if (++added == most) break;
+    if (++added == std::max(wanted, kFromCandidates)) break;
   }
   return true;
 }

@@ -31,7 +31,7 @@ class PassingRows {
     bool inclusive = false;
     bool bounded = false;  // at the end of the range instead
   };
-  // Adds at most that many of the next rows, none only at the end. Fewer when they are far apart.
+  // Adds about so many of the next rows, none only at the end; fewer when they are far apart.
   void read(bool forward, From from, std::size_t most, const Sink& sink);
 
   // How many there are.
@@ -44,7 +44,7 @@ class PassingRows {
     std::string last;  // the last key looked at
   };
   Chunk walk(bool forward, const From& from, std::size_t most, const Sink& sink);
-  bool readCandidates(bool forward, const std::string& behind, std::size_t most, const Sink& sink);
+  bool readCandidates(bool forward, const From& from, std::size_t wanted, const Sink& sink);
   enum class Test { passes, fails, raises };
   Test test(RowId row, std::string_view record, std::size_t added);
   bool inside(std::string_view key) const { return key >= low_ && (high_.empty() || key < high_); }

@@ -40,4 +40,7 @@ void updateRange(Bench& bench);
 void orderNocase(Bench& bench);
 void aged(Bench& bench);
 
+// Cursors with a filter.
+void filtered(Bench& bench);
+
 }  // namespace quillon::bench

@@ -23,7 +23,8 @@ constexpr Measurement kTable[] = {{"group-sum", groupSum},
                                   {"not-in-delete", notInDelete},
                                   {"update-100k", updateRange},
                                   {"order-nocase", orderNocase},
-                                  {"aged", aged}};
+                                  {"aged", aged},
+                                  {"filter", filtered}};
 
 void runAll(int count, char** words) {
   std::vector<std::string_view> names;
