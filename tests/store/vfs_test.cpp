@@ -14,6 +14,7 @@
 #include "store/vfs/MemoryFileSystem.h"
 #include "support/SeededRandom.h"
 #include "support/SimDisk.h"
+#include "support/TempFolder.h"
 
 namespace quillon::store {
 namespace {
@@ -35,18 +36,7 @@ Code codeOf(const std::function<void()>& call) {
   return Code{};
 }
 
-class TempFolder {
- public:
-  TempFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "vfs-XXXXXX").string();
-    if (::mkdtemp(name.data()) != nullptr) path_ = name;
-  }
-  ~TempFolder() { std::filesystem::remove_all(path_); }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
+using sim::TempFolder;
 
 enum class Kind { disk, memory, sim };
 
