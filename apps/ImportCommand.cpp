@@ -4,12 +4,15 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "apps/LocalEnvironment.h"
+#include "apps/ProgressLine.h"
 #include "apps/ValueText.h"
 #include "base/Errors.h"
 #include "store/Cursor.h"
@@ -28,6 +31,9 @@ class ImportFile {
     errno = 0;
     in_.open(path, std::ios::binary);
     if (!in_) throw Error("cannot read " + path + (errno ? std::string(": ") + std::strerror(errno) : ""));
+    std::error_code unknown;
+    size_ = std::filesystem::file_size(path, unknown);
+    if (unknown) size_ = 0;
   }
 
   // Without its line end. The row counts from 0, which is the line of names.
@@ -36,11 +42,14 @@ class ImportFile {
       if (in_.bad() || !in_.eof()) throw Error("cannot read on in " + path_ + " behind row " + std::to_string(row_));
       return false;
     }
+    read_ += line.size() + 1;
     if (line.ends_with('\r')) line.pop_back();
     if (++row_ == 0 && line.starts_with(kByteOrderMark)) line.erase(0, kByteOrderMark.size());
     return true;
   }
   std::int64_t row() const { return row_; }
+  // Of the file's bytes read so far; 0 where its size is not known, as of a pipe.
+  int percent() const { return size_ > 0 ? static_cast<int>(std::min(read_, size_) * 100 / size_) : 0; }
   [[noreturn]] void refuse(const std::string& column, const std::string& reason) const {
     const std::string place = row_ > 0 ? "row " + std::to_string(row_) : "the line of names";
     throw Error(path_ + ", " + place + (column.empty() ? "" : ", column " + column) + ": " + reason);
@@ -50,6 +59,7 @@ class ImportFile {
   std::string path_;
   std::ifstream in_;
   std::int64_t row_ = -1;
+  std::uintmax_t size_ = 0, read_ = 0;
 };
 
 class Import {
@@ -66,7 +76,13 @@ class Import {
     std::string line;
     if (!file_.next(line)) file_.refuse("", "it is missing");
     readNames(line);
-    while (file_.next(line)) addRow(line);
+    ProgressLine progress;
+    int shown = -1;
+    while (file_.next(line)) {
+      addRow(line);
+      if (const int percent = file_.percent(); percent != shown)
+        progress.show(cursor_.definition().name + ' ' + std::to_string(shown = percent) + '%');
+    }
   }
 
  private:

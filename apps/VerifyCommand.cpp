@@ -1,7 +1,5 @@
 #include "apps/VerifyCommand.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <iomanip>
@@ -9,6 +7,7 @@
 #include <string>
 
 #include "apps/LocalEnvironment.h"
+#include "apps/ProgressLine.h"
 #include "store/Verify.h"
 
 namespace quillon::apps {
@@ -22,25 +21,6 @@ std::string counted(std::uint64_t count, std::string_view noun) {
   if (count != 1) text += 's';
   return text;
 }
-
-// One line that is written over and over, and is gone at the end.
-class ProgressLine {
- public:
-  ProgressLine() = default;
-  ProgressLine(const ProgressLine&) = delete;
-  ProgressLine& operator=(const ProgressLine&) = delete;
-  ~ProgressLine() { show(""); }
-
-  void show(const std::string& text) {
-    if (!shown_) return;
-    std::cerr << '\r' << std::string(width_, ' ') << '\r' << text << std::flush;
-    width_ = text.size();
-  }
-
- private:
-  const bool shown_ = ::isatty(STDERR_FILENO) == 1;
-  std::size_t width_ = 0;
-};
 
 void printFindings(const store::VerifyReport& report, const std::string& table) {
   for (const store::Finding& finding : report.findings)
