@@ -297,8 +297,8 @@ class Cursor {
   Window window_;
   std::optional<RecordView> view_;
   std::unique_ptr<RowBuffer> buffer_;
-  std::map<int, std::string> contents_;  // new contents of memo and blob fields
-  bool contentsModified_ = false;        // by more than the defaults of a new row
+  std::map<int, std::optional<std::string>> contents_;  // new contents of memo and blob fields
+  bool contentsModified_ = false;                       // by more than the defaults of a new row
   std::vector<std::unique_ptr<Extra>> extras_;
   bool calculated_ = false, calculating_ = false;
   std::unique_ptr<Link> link_;

@@ -177,7 +177,7 @@ void Cursor::checkRequired() const {
     const FieldDef& field = table_->layout().field(i);
     if (!field.required || field.type == FieldType::autoInc) continue;
     const auto content = contents_.find(i);
-    if (content != contents_.end() ? content->second.empty() : buffer_->isNull(i))
+    if (content != contents_.end() ? !content->second : buffer_->isNull(i))
       throw StoreError(Code::required, "Field '" + field.name + "' must have a value.");
   }
 }

@@ -123,7 +123,7 @@ Value Cursor::blobValue(int position, bool asTyped) {
   };
   if (asTyped) {
     if (const auto found = contents_.find(position); found != contents_.end())
-      return found->second.empty() ? Value() : valueOf(found->second);
+      return found->second ? valueOf(*found->second) : Value();
     if (state_ == CursorState::insert) return {};
   }
   if (!at_.there || view().isNull(position)) return {};
@@ -148,8 +148,9 @@ void Cursor::setField(int position, const Value& value) {
   if (!isBlobType(field.type)) {
     buffer_->set(position, value);
   } else {
-    std::string content = value.kind() == Value::Kind::blob ? value.asBlob().bytes : value.asText();
-    if (field.type == FieldType::memo && !isValidUtf8(content))
+    std::optional<std::string> content;
+    if (!value.isNull()) content = value.kind() == Value::Kind::blob ? value.asBlob().bytes : value.asText();
+    if (content && field.type == FieldType::memo && !isValidUtf8(*content))
       throw StoreError(Code::badValue, "The text for field '" + field.name + "' is not valid UTF-8.");
     contents_[position] = std::move(content);
     contentsModified_ = true;

@@ -26,11 +26,6 @@ bool isName(std::string_view name) {
          std::all_of(name.begin(), name.end(), isNameByte) && isValidUtf8(name);
 }
 
-bool isFieldName(std::string_view name) {
-  return !name.empty() && name.size() <= kMaxFieldNameSize && trim(name).size() == name.size() && isValidUtf8(name) &&
-         std::none_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; });
-}
-
 // Bytes of a field's longest value in a key, the marker left out.
 std::size_t keyBytes(const FieldDef& field) {
   switch (field.type) {
@@ -109,6 +104,11 @@ std::vector<std::string_view> split(std::string_view list) {
 }
 
 }  // namespace
+
+bool isFieldName(std::string_view name) {
+  return !name.empty() && name.size() <= kMaxFieldNameSize && trim(name).size() == name.size() && isValidUtf8(name) &&
+         std::none_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; });
+}
 
 IndexDef IndexDef::of(const TableDef& table, const IndexSpec& spec) {
   IndexDef index{std::string(spec.name),

@@ -38,6 +38,7 @@ enum class FieldType : std::uint8_t {
 };
 
 // Whether the content lives in blob chains beside the record.
+bool isFieldName(std::string_view name);  // UTF-8 without control characters, and no blanks around it
 constexpr bool isBlobType(FieldType type) {
   return type == FieldType::memo || type == FieldType::blob || type == FieldType::graphic;
 }

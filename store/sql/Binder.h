@@ -44,6 +44,7 @@ struct Aggregate {
 struct Grouping {
   std::vector<ExpressionPtr> firstValues;
   std::vector<Aggregate> aggregates;
+  std::uint64_t rowSources = 0;  // bit i: a SELECT inside looks at the first row of source i
 };
 
 // Turns the tree of a statement into expressions: names to columns, parameters to their values' types.

@@ -42,6 +42,25 @@ int fieldOf(const Table& table, const std::string& name, const Place& place) {
   return field;
 }
 
+// Where the values of a row stand in the statement, so that one that its field cannot take is told by its place.
+struct Places {
+  const std::vector<int>& fields;
+  std::vector<Place> values;  // of the fields
+  Place row;                  // for a field that the statement does not name
+
+  template <typename Action>
+  void tell(const TableChange& change, Action&& action) const {
+    try {
+      action();
+    } catch (const StoreError& error) {
+      if (error.code() != Code::badValue && error.code() != Code::required) throw;
+      const auto field = std::find(fields.begin(), fields.end(), change.refused());
+      refuse(field == fields.end() ? row : values[static_cast<std::size_t>(field - fields.begin())], error.code(),
+             error.what());
+    }
+  }
+};
+
 // The write lock of the target is taken before its other tables are held for reading, and those are let go before the
 // publish: whoever waits for a lock of moments with another in hand can hold a commit up that waits for it.
 
@@ -71,22 +90,26 @@ std::uint64_t insertValues(Compiler& compiler, const Statement& statement) {
   const std::vector<int> fields = insertFields(table, statement);
   Binder binder(compiler, nullptr);
   std::vector<std::vector<ExpressionPtr>> rows;
+  std::vector<Places> places;
   for (const auto& written : statement.rows) {
     if (written.size() != fields.size())
       refuse(written.empty() ? statement.place : written[0]->place, Code::badStatement,
              std::to_string(written.size()) + " values for " + std::to_string(fields.size()) + " fields.");
     auto& row = rows.emplace_back();
-    for (std::size_t i = 0; i < fields.size(); ++i)
+    places.push_back({fields, {}, written[0]->place});
+    for (std::size_t i = 0; i < fields.size(); ++i) {
       row.push_back(valueFor(binder.bind(*written[i]), table.layout().field(fields[i]), written[i]->place));
+      places.back().values.push_back(written[i]->place);
+    }
   }
   TableChange change(table);
   std::optional<Database::Snapshot> snapshot(std::in_place, compiler.database(), others(compiler, table));
   Frame frame;
   std::vector<Datum> values;
-  for (const auto& row : rows) {
+  for (std::size_t i = 0; i < rows.size(); ++i) {
     values.clear();
-    for (const ExpressionPtr& value : row) values.push_back(value->eval(frame));
-    change.insert(fields, values);
+    for (const ExpressionPtr& value : rows[i]) values.push_back(value->eval(frame));
+    places[i].tell(change, [&] { change.insert(fields, values); });
     frame.texts.clear();
   }
   snapshot.reset();
@@ -100,13 +123,17 @@ std::uint64_t insertSelect(Compiler& compiler, const Statement& statement) {
   if (plan->columns().size() != fields.size())
     refuse(statement.select->place, Code::badStatement,
            std::to_string(plan->columns().size()) + " columns for " + std::to_string(fields.size()) + " fields.");
+  const auto& items = statement.select->items;
+  Places places{fields, std::vector<Place>(fields.size(), statement.select->place), statement.tablePlace};
+  for (std::size_t i = 0; i < fields.size() && items.size() == fields.size(); ++i)
+    places.values[i] = items[i].expr->place;
   for (std::size_t i = 0; i < fields.size(); ++i) {
     const Type from = plan->columns()[i].type;
     const FieldDef& field = table.layout().field(fields[i]);
     const Type to = typeOf(field.type);
     const auto calendar = [](Type type) { return type == Type::date || type == Type::dateTime; };
     if (from != to && from != Type::null && !(isNumber(from) && isNumber(to)) && !(calendar(from) && calendar(to)))
-      refuse(statement.select->place, Code::typeMismatch,
+      refuse(places.values[i], Code::typeMismatch,
              "field '" + field.name + "' cannot hold " + std::string(nameOf(from)) + ".");
   }
   // All rows are read before the first is written: the SELECT may read the table that they go to.
@@ -125,7 +152,7 @@ std::uint64_t insertSelect(Compiler& compiler, const Statement& statement) {
   }
   for (std::string& row : rows) {
     readRow(row, values);
-    change.insert(fields, values);
+    places.tell(change, [&] { change.insert(fields, values); });
     std::string().swap(row);
   }
   return change.done();
@@ -176,12 +203,14 @@ std::uint64_t update(Compiler& compiler, const Statement& statement) {
   Target target(compiler, statement);
   std::vector<int> fields;
   std::vector<ExpressionPtr> values;
+  Places places{fields, {}, statement.tablePlace};
   for (const Assignment& assignment : statement.assignments) {
     fields.push_back(fieldOf(target.table, assignment.field, assignment.place));
     if (std::count(fields.begin(), fields.end(), fields.back()) > 1)
       refuse(assignment.place, Code::badStatement, "field '" + assignment.field + "' is set twice.");
     values.push_back(
         valueFor(target.binder.bind(*assignment.value), target.table.layout().field(fields.back()), assignment.place));
+    places.values.push_back(assignment.value->place);
   }
   TableChange change(target.table);
   std::optional<Database::Snapshot> snapshot(std::in_place, compiler.database(), others(compiler, target.table));
@@ -215,7 +244,7 @@ std::uint64_t update(Compiler& compiler, const Statement& statement) {
     } else {
       evaluate(ids[i]);
     }
-    change.update(ids[i], record, fields, row);
+    places.tell(change, [&] { change.update(ids[i], record, fields, row); });
   }
   snapshot.reset();
   return change.done();
@@ -255,6 +284,12 @@ std::uint64_t selectInto(Database& database, const Statement& statement, const P
     });
     read.end();
   });
+  try {
+    definition.validate();
+  } catch (const StoreError& error) {
+    refuseDefinition(select.intoPlace, error);
+    throw;
+  }
   if (home.exists(definition.name)) home.dropTable(definition.name);
   home.createTable(definition);
   const int marker = 0;

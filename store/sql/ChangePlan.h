@@ -10,7 +10,8 @@
 
 namespace quillon::store {
 class Database;
-}
+class StoreError;
+}  // namespace quillon::store
 
 namespace quillon::store::sql {
 
@@ -21,6 +22,8 @@ using Parameters = std::map<std::string, Value, std::less<>>;
 std::uint64_t runChange(Database& database, const Statement& statement, const Parameters& parameters);
 // The statements of definitions (Definitions.cpp).
 void runDefinition(Database& database, const Statement& statement);
+// Raises the error again at the place of the table's name, where the text is to blame for it.
+void refuseDefinition(const Place& place, const StoreError& error);
 std::vector<std::string> explainStatement(Database& database, const Statement& statement, const Parameters& parameters);
 bool containsSelect(const Expr& expr);
 

@@ -4,7 +4,7 @@
 #include "base/Text.h"
 #include "store/Errors.h"
 #include "store/sql/Binary.h"
-#include "store/sql/Expression.h"
+#include "store/sql/OperandList.h"
 
 namespace quillon::store::sql {
 namespace {
@@ -68,16 +68,10 @@ class Like final : public Binary {
   }
 };
 
-class InList final : public Expression {
+class InList final : public OperandList {
  public:
   InList(std::vector<ExpressionPtr> operands, bool negated)
-      : Expression(Type::boolean), operands_(std::move(operands)), negated_(negated) {
-    fixed = true;
-    for (const ExpressionPtr& operand : operands_) {
-      fixed = fixed && operand->fixed;
-      inherit(*this, *operand);
-    }
-  }
+      : OperandList(std::move(operands), Type::boolean), negated_(negated) {}
   Datum eval(Frame& frame) const override {
     const Datum value = operands_[0]->eval(frame);
     const bool found = std::any_of(operands_.begin() + 1, operands_.end(), [&](const ExpressionPtr& operand) {
@@ -88,20 +82,13 @@ class InList final : public Expression {
   const std::vector<ExpressionPtr>* alternatives() const override { return negated_ ? nullptr : &operands_; }
 
  private:
-  std::vector<ExpressionPtr> operands_;
   bool negated_;
 };
 
-class Between final : public Expression {
+class Between final : public OperandList {
  public:
   Between(std::vector<ExpressionPtr> operands, bool negated)
-      : Expression(Type::boolean), operands_(std::move(operands)), negated_(negated) {
-    fixed = true;
-    for (const ExpressionPtr& operand : operands_) {
-      fixed = fixed && operand->fixed;
-      inherit(*this, *operand);
-    }
-  }
+      : OperandList(std::move(operands), Type::boolean), negated_(negated) {}
   Datum eval(Frame& frame) const override {
     const Datum value = operands_[0]->eval(frame);
     const Datum low = operands_[1]->eval(frame);
@@ -113,14 +100,8 @@ class Between final : public Expression {
   const std::vector<ExpressionPtr>* limits() const override { return negated_ ? nullptr : &operands_; }
 
  private:
-  std::vector<ExpressionPtr> operands_;
   bool negated_;
 };
-
-ExpressionPtr placed(ExpressionPtr node, const Expr& source) {
-  node->place = source.place;
-  return node;
-}
 
 }  // namespace
 
@@ -130,17 +111,18 @@ bool comparable(Type a, Type b) {
   return calendar(a) && calendar(b);
 }
 
+bool adaptsToOther(const Expression& side) {
+  const auto* constant = dynamic_cast<const Constant*>(&side);
+  return side.type == Type::text && side.fixed && side.sources == 0 && (!constant || constant->quoted);
+}
+
 void unifyForComparison(ExpressionPtr& left, ExpressionPtr& right, const Place& place) {
   adaptLiteral(left, right->type);
   adaptLiteral(right, left->type);
   if (comparable(left->type, right->type)) return;
-  const auto takesOther = [](const Expression& side) {
-    const auto* constant = dynamic_cast<const Constant*>(&side);
-    return side.type == Type::text && (side.fixed && side.sources == 0) && (!constant || constant->quoted);
-  };
-  if (takesOther(*left)) {
+  if (adaptsToOther(*left)) {
     left = convertTo(std::move(left), right->type);
-  } else if (takesOther(*right)) {
+  } else if (adaptsToOther(*right)) {
     right = convertTo(std::move(right), left->type);
   } else {
     refuse(place, Code::typeMismatch,

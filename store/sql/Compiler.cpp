@@ -64,6 +64,8 @@ int Compiler::parameter(const std::string& name, const Place& place) {
   if (known != names_.end()) return static_cast<int>(known - names_.begin());
   const auto given = given_.find(folded);
   if (given == given_.end()) refuse(place, Code::badStatement, "the parameter ':" + name + "' has no value.");
+  if (given->second.kind() == Value::Kind::text && !isValidUtf8(given->second.asText()))
+    refuse(place, Code::badValue, "the value of the parameter ':" + name + "' is not valid UTF-8.");
   names_.push_back(folded);
   values_.push_back(given->second);
   return static_cast<int>(values_.size() - 1);

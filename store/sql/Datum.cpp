@@ -2,7 +2,6 @@
 
 #include <bit>
 #include <cmath>
-#include <optional>
 
 #include "base/Text.h"
 #include "store/Errors.h"
@@ -214,6 +213,12 @@ Value valueOf(const Datum& datum) {
   return {};
 }
 
+std::optional<std::string> contentOf(const Datum& datum) {
+  if (datum.isNull()) return {};
+  const bool bytes = datum.type == Type::text || datum.type == Type::blob;
+  return bytes ? std::string(datum.text) : valueOf(datum).toText();
+}
+
 std::weak_ordering compare(const Datum& a, const Datum& b) {
   if (a.isNull() || b.isNull()) return !a.isNull() <=> !b.isNull();
   if (isNumber(a.type) && isNumber(b.type)) return compareNumbers(a, b);
@@ -291,7 +296,9 @@ Datum convert(const Datum& datum, Type type, Texts&) {
       break;
     case Type::blob:
     case Type::text:
-      if (datum.type == Type::blob) return Datum::ofText(datum.text, type);
+      if (datum.type != Type::blob) break;
+      if (!isValidUtf8(datum.text)) throw StoreError(Code::badValue, "the binary data is no text in UTF-8.");
+      return Datum::ofText(datum.text, type);
       break;
     default:
       break;

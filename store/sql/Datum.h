@@ -3,6 +3,7 @@
 #include <compare>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -64,6 +65,7 @@ inline bool isNumber(Type type) { return type == Type::whole || type == Type::mo
 
 Datum datumOf(const Value& value, Texts& texts);
 Value valueOf(const Datum& datum);
+std::optional<std::string> contentOf(const Datum& datum);  // what a memo or blob field holds of it; none for null
 
 // Order among values of comparable types; null before everything, null equal to null. Numbers by what they amount to,
 // a float beside money as floats; text by code points; a date beside a dateTime as its midnight.

@@ -144,9 +144,7 @@ void alterTable(Database& database, const Statement& statement) {
   home.redefineTable(definition, wanted.from);
 }
 
-}  // namespace
-
-void runDefinition(Database& database, const Statement& statement) {
+void define(Database& database, const Statement& statement) {
   Database& home = homeOf(database, statement.table);
   switch (statement.kind) {
     case StatementKind::createTable:
@@ -165,6 +163,25 @@ void runDefinition(Database& database, const Statement& statement) {
       return home.dropTable(statement.table);
     default:
       refuse(statement.place, Code::badStatement, "this statement gives rows.");
+  }
+}
+
+}  // namespace
+
+void refuseDefinition(const Place& place, const StoreError& error) {
+  constexpr Code kOfText[] = {Code::badDefinition, Code::tableExists, Code::noSuchField, Code::limitReached};
+  if (std::find(std::begin(kOfText), std::end(kOfText), error.code()) != std::end(kOfText))
+    refuse(place, error.code(), error.what());
+}
+
+void runDefinition(Database& database, const Statement& statement) {
+  try {
+    define(database, statement);
+  } catch (const StatementError&) {
+    throw;
+  } catch (const StoreError& error) {
+    refuseDefinition(statement.tablePlace, error);
+    throw;
   }
 }
 

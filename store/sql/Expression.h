@@ -93,6 +93,9 @@ void unifyForComparison(ExpressionPtr& left, ExpressionPtr& right, const Place& 
 // The type that all branches fit (whole, money, float; null takes the others'), and the branches converted to it.
 Type unifyBranches(std::vector<ExpressionPtr*> branches, const Place& place);
 ExpressionPtr convertTo(ExpressionPtr expression, Type type);
+ExpressionPtr placed(ExpressionPtr node, const Expr& source);  // the node, standing where the source stands
+// Whether it is a text that takes the type of what it is compared or unified with: in quotes, or of a parameter.
+bool adaptsToOther(const Expression& side);
 // Takes the properties that depend on operands: sources, readsOuter, fixed.
 void inherit(Expression& expression, const Expression& operand);
 

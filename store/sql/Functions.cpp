@@ -4,7 +4,7 @@
 
 #include "base/Text.h"
 #include "store/Errors.h"
-#include "store/sql/Expression.h"
+#include "store/sql/OperandList.h"
 
 namespace quillon::store::sql {
 namespace {
@@ -63,16 +63,10 @@ constexpr FunctionRow kFunctions[] = {
     {"EXTRACT_DAY", Function::day, 1, 1},
 };
 
-class Call final : public Expression {
+class Call final : public OperandList {
  public:
   Call(Function function, std::vector<ExpressionPtr> operands, Type result, int resultSize)
-      : Expression(result, resultSize), function_(function), operands_(std::move(operands)) {
-    fixed = true;
-    for (const ExpressionPtr& operand : operands_) {
-      fixed = fixed && operand->fixed;
-      inherit(*this, *operand);
-    }
-  }
+      : OperandList(std::move(operands), result, resultSize), function_(function) {}
 
   Datum eval(Frame& frame) const override {
     const Datum value = operands_[0]->eval(frame);
@@ -136,48 +130,27 @@ class Call final : public Expression {
   }
 
   Function function_;
-  std::vector<ExpressionPtr> operands_;
 };
 
-class Coalesce final : public Expression {
+class Coalesce final : public OperandList {
  public:
-  Coalesce(std::vector<ExpressionPtr> operands, Type result, int resultSize)
-      : Expression(result, resultSize), operands_(std::move(operands)) {
-    fixed = true;
-    for (const ExpressionPtr& operand : operands_) {
-      fixed = fixed && operand->fixed;
-      inherit(*this, *operand);
-    }
-  }
+  using OperandList::OperandList;
   Datum eval(Frame& frame) const override {
     for (const ExpressionPtr& operand : operands_)
       if (const Datum value = operand->eval(frame); !value.isNull()) return value;
     return {};
   }
-
- private:
-  std::vector<ExpressionPtr> operands_;
 };
 
-class Conditional final : public Expression {
+class Conditional final : public OperandList {
  public:
-  Conditional(std::vector<ExpressionPtr> operands, Type result, int resultSize)
-      : Expression(result, resultSize), operands_(std::move(operands)) {
-    fixed = true;
-    for (const ExpressionPtr& operand : operands_) {
-      fixed = fixed && operand->fixed;
-      inherit(*this, *operand);
-    }
-  }
+  using OperandList::OperandList;
   Datum eval(Frame& frame) const override {
     std::size_t i = 0;
     for (; i + 1 < operands_.size(); i += 2)
       if (operands_[i]->eval(frame).isTrue()) return operands_[i + 1]->eval(frame);
     return i < operands_.size() ? operands_[i]->eval(frame) : Datum();
   }
-
- private:
-  std::vector<ExpressionPtr> operands_;
 };
 
 class Cast final : public Expression {
@@ -273,11 +246,6 @@ int widest(const std::vector<ExpressionPtr*>& branches) {
     size = std::max(size, (*branch)->size);
   }
   return size;
-}
-
-ExpressionPtr placed(std::unique_ptr<Expression> node, const Expr& source) {
-  node->place = source.place;
-  return node;
 }
 
 }  // namespace

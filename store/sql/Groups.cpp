@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "store/Errors.h"
+#include "store/table/Table.h"
 
 namespace quillon::store::sql {
 
@@ -12,9 +13,7 @@ Datum Groups::kept(Datum value) {
 }
 
 std::size_t Groups::at(std::string_view key, Frame& frame, bool hasRow) {
-  if (!groups_.empty() && hasRow && key == lastKey_) {
-    if (groups_[last_].first.size() == grouping_.firstValues.size()) return last_;
-  }
+  if (!groups_.empty() && hasRow && key == lastKey_ && groups_[last_].met) return last_;
   const auto [place, made] = places_.try_emplace(std::string(key), groups_.size());
   if (made) {
     groups_.emplace_back();
@@ -23,9 +22,21 @@ std::size_t Groups::at(std::string_view key, Frame& frame, bool hasRow) {
   lastKey_ = key;
   last_ = place->second;
   Group& group = groups_[last_];
-  if (hasRow && group.first.size() != grouping_.firstValues.size())
-    for (const ExpressionPtr& value : grouping_.firstValues) group.first.push_back(kept(value->eval(frame)));
+  if (hasRow && !group.met) keepFirst(group, frame);
   return last_;
+}
+
+void Groups::keepFirst(Group& group, Frame& frame) {
+  group.met = true;
+  for (const ExpressionPtr& value : grouping_.firstValues) group.first.push_back(kept(value->eval(frame)));
+  if (grouping_.rowSources == 0) return;
+  group.row.resize(frame.rows.size());
+  for (std::size_t i = 0; i < frame.rows.size(); ++i) {
+    const SourceRow& source = frame.rows[i];
+    if ((grouping_.rowSources >> i & 1) == 0 || !source.view) continue;
+    const auto bytes = source.view->bytes();
+    group.row[i].emplace(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  }
 }
 
 void Groups::add(std::size_t place, Frame& frame) {
@@ -85,14 +96,19 @@ Datum Groups::result(const Sum& sum, const Aggregate& aggregate) {
   return Datum::ofReal(total / static_cast<double>(sum.rows));
 }
 
-void Groups::forEach(const std::function<bool(std::vector<Datum>&)>& callback) {
-  std::vector<Datum> slots;
-  for (Group& group : groups_) {
-    slots = group.first;
-    slots.resize(grouping_.firstValues.size());
+void Groups::forEach(Frame& frame, const std::function<bool()>& callback) {
+  for (const Group& group : groups_) {
+    frame.slots = group.first;
+    frame.slots.resize(grouping_.firstValues.size());
     for (std::size_t i = 0; i < grouping_.aggregates.size(); ++i)
-      slots.push_back(result(group.sums[i], grouping_.aggregates[i]));
-    if (!callback(slots)) return;
+      frame.slots.push_back(result(group.sums[i], grouping_.aggregates[i]));
+    for (std::size_t i = 0; i < frame.rows.size(); ++i) {
+      SourceRow& source = frame.rows[i];
+      source.view.reset();
+      if (i < group.row.size() && group.row[i])
+        source.view.emplace(source.table->layout(), std::string_view(*group.row[i]));
+    }
+    if (!callback()) return;
   }
 }
 

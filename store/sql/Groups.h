@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -20,8 +21,9 @@ class Groups {
   std::size_t at(std::string_view key, Frame& frame, bool hasRow);
   // Takes the row into the aggregates of a group.
   void add(std::size_t group, Frame& frame);
-  // Calls with first values and aggregates of each group. False from the callback ends it.
-  void forEach(const std::function<bool(std::vector<Datum>& slots)>& group);
+  // Calls for each group, with its first values and aggregates as the frame's slots and its first row as the row that
+  // SELECTs inside see. False from the callback ends it.
+  void forEach(Frame& frame, const std::function<bool()>& group);
 
  private:
   struct Sum {
@@ -33,10 +35,13 @@ class Groups {
   };
   struct Group {
     std::vector<Datum> first;
+    std::vector<std::optional<std::string>> row;  // of each source; empty when no SELECT inside looks at it
+    bool met = false;                             // its first row
     std::vector<Sum> sums;
   };
   void addTo(Sum& sum, const Aggregate& aggregate, const Datum& value);
   Datum kept(Datum value);
+  void keepFirst(Group& group, Frame& frame);
   static Datum result(const Sum& sum, const Aggregate& aggregate);
 
   const Grouping& grouping_;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "base/Text.h"
+
 namespace quillon::store::sql {
 namespace {
 
@@ -84,7 +86,7 @@ bool Lexer::skipBlanks() {
     if (isBlank(source_[end])) {
       ++end;
     } else if (source_.substr(end).starts_with("--")) {
-      end = std::min(source_.find('\n', end), source_.size());
+      end = std::min(source_.find_first_of("\r\n", end), source_.size());
     } else if (source_.substr(end).starts_with("/*")) {
       const std::size_t close = source_.find("*/", end + 2);
       if (close == std::string_view::npos) {
@@ -107,6 +109,10 @@ Token Lexer::take(TokenKind kind, std::size_t size, std::string_view fault) {
               .fault = fault,
               .place = place_,
               .begin = position_};
+  if (kind != TokenKind::bad && !isValidUtf8(token.text)) {
+    token.kind = TokenKind::bad;
+    token.fault = "these bytes are no text in UTF-8";
+  }
   moveTo(position_ + size);
   return token;
 }

@@ -137,18 +137,18 @@ Type numberType(Op op, Type left, Type right) {
   return Type::whole;
 }
 
-template <typename Node>
-ExpressionPtr placed(std::unique_ptr<Node> node, const Expr& source) {
-  node->place = source.place;
-  return node;
-}
-
 ExpressionPtr makeArithmetic(Op op, ExpressionPtr left, ExpressionPtr right, const Expr& source) {
   adaptLiteral(left, right->type);
   adaptLiteral(right, left->type);
+  // Days between a date and one that is written as a text.
+  if (op == Op::subtract && left->type == Type::date && adaptsToOther(*right))
+    right = convertTo(std::move(right), Type::date);
+  if (op == Op::subtract && right->type == Type::date && adaptsToOther(*left))
+    left = convertTo(std::move(left), Type::date);
   const Type a = left->type;
   const Type b = right->type;
-  if (op == Op::add && (a == Type::text || b == Type::text))
+  const auto joins = [](Type type) { return type == Type::text || type == Type::null; };
+  if (op == Op::add && joins(a) && joins(b) && (a == Type::text || b == Type::text))
     return makeBinary(Op::concatenate, std::move(left), std::move(right), source);
   if (a == Type::date && b == Type::whole && (op == Op::add || op == Op::subtract))
     return placed(std::make_unique<Arithmetic>(op, std::move(left), std::move(right), Type::date), source);
@@ -161,6 +161,12 @@ ExpressionPtr makeArithmetic(Op op, ExpressionPtr left, ExpressionPtr right, con
   left = convertTo(std::move(left), result);
   right = convertTo(std::move(right), result);
   return placed(std::make_unique<Arithmetic>(op, std::move(left), std::move(right), result), source);
+}
+
+// The most characters of an operand that is joined to a text; 0 when not known.
+int sizeAsText(const Expression& operand) {
+  constexpr int kLongestNumber = 32;
+  return operand.type == Type::text || operand.type == Type::blob ? operand.size : kLongestNumber;
 }
 
 void requireTruth(const Expression& operand, const Place& place) {
@@ -184,6 +190,11 @@ Constant::Constant(Datum value, std::unique_ptr<std::string> text, const Expr& s
   if (type == Type::text) size = std::max(1, static_cast<int>(lengthInCharacters(value_.text)));  // 0: not known
   fixed = true;
   place = source.place;
+}
+
+ExpressionPtr placed(ExpressionPtr node, const Expr& source) {
+  node->place = source.place;
+  return node;
 }
 
 void inherit(Expression& expression, const Expression& operand) {
@@ -226,7 +237,7 @@ Type unifyBranches(std::vector<ExpressionPtr*> branches, const Place& place) {
   for (ExpressionPtr* branch : branches) {
     if (money) adaptLiteral(*branch, Type::money);
     const Type type = (*branch)->type;
-    if (type == Type::null || type == common) continue;
+    if (type == Type::null || type == common || adaptsToOther(**branch)) continue;
     if (common == Type::null) {
       common = type;
     } else if (isNumber(common) && isNumber(type)) {
@@ -234,12 +245,13 @@ Type unifyBranches(std::vector<ExpressionPtr*> branches, const Place& place) {
     } else if (comparable(common, type)) {
       common = Type::dateTime;
     } else {
-      const auto* constant = dynamic_cast<const Constant*>(branch->get());
-      if (constant && constant->quoted) continue;  // takes the type of the others, below
       refuse(place, Code::typeMismatch,
              "the branches are " + std::string(nameOf(common)) + " and " + std::string(nameOf(type)) + ".");
     }
   }
+  const bool texts = std::any_of(branches.begin(), branches.end(),
+                                 [](const ExpressionPtr* branch) { return (*branch)->type == Type::text; });
+  if (common == Type::null && texts) common = Type::text;
   for (ExpressionPtr* branch : branches) *branch = convertTo(std::move(*branch), common);
   return common;
 }
@@ -277,7 +289,9 @@ ExpressionPtr makeBinary(Op op, ExpressionPtr left, ExpressionPtr right, const E
     case Op::like:
       return makeComparison(op, std::move(left), std::move(right), source);
     case Op::concatenate: {
-      const int size = left->size > 0 && right->size > 0 ? left->size + right->size : 0;
+      const int a = sizeAsText(*left);
+      const int b = sizeAsText(*right);
+      const int size = a > 0 && b > 0 ? a + b : 0;
       auto node = std::make_unique<Concatenation>(op, std::move(left), std::move(right), Type::text);
       node->size = size;
       return placed(std::move(node), source);

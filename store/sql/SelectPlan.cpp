@@ -62,6 +62,8 @@ FieldDef fieldFor(const Expression& item, const FieldDef* column) {
 }
 
 std::string columnName(const SelectItem& item) {
+  if (!item.alias.empty() && !isFieldName(item.alias))
+    refuse(item.expr->place, Code::badDefinition, "'" + item.alias + "' cannot be the name of a column.");
   if (!item.alias.empty()) return item.alias;
   if (item.expr->kind == ExprKind::column) return item.expr->name;
   std::string name = item.expr->text;
@@ -71,6 +73,20 @@ std::string columnName(const SelectItem& item) {
   while (!isValidUtf8(name)) name.pop_back();
   while (name.ends_with(' ')) name.pop_back();  // where it was cut
   return name.empty() ? "Value" : name;
+}
+
+// A whole number in GROUP BY is a position in the select list.
+const Expr& groupedBy(const Select& select, const Expr& expr) {
+  if (expr.kind != ExprKind::literal || expr.value.kind() != Value::Kind::whole) return expr;
+  const std::int64_t position = expr.value.asInt64();
+  const auto columns = static_cast<std::int64_t>(select.items.size());
+  const bool stars = std::any_of(select.items.begin(), select.items.end(),
+                                 [](const SelectItem& item) { return item.expr->kind == ExprKind::star; });
+  if (stars) refuse(expr.place, Code::badStatement, "GROUP BY cannot count the columns that '*' stands for.");
+  if (position < 1 || position > columns)
+    refuse(expr.place, Code::badStatement,
+           "GROUP BY names column " + std::to_string(position) + " of " + std::to_string(columns) + ".");
+  return *select.items[static_cast<std::size_t>(position - 1)].expr;
 }
 
 }  // namespace
@@ -156,7 +172,7 @@ void SelectPlan::bindCore(const Select& select, Scope& scope, Core& core) {
                              [](const SelectItem& item) { return containsAggregate(*item.expr); });
   core.distinct = select.distinct;
   binder.setAliases(&aliases);
-  for (const ExprPtr& expr : select.groupBy) core.groupBy.push_back(binder.bind(*expr));
+  for (const ExprPtr& expr : select.groupBy) core.groupBy.push_back(binder.bind(groupedBy(select, *expr)));
   binder.setAliases(nullptr);
   if (core.grouped) binder.setGrouping(&core.grouping);
   bindItems(select, core, binder);
@@ -165,10 +181,19 @@ void SelectPlan::bindCore(const Select& select, Scope& scope, Core& core) {
     core.having = condition(*select.having);
     binder.setAliases(nullptr);
   }
+  // In a grouped SELECT only SELECTs inside read rows.
+  if (core.grouped)
+    for (const ExpressionPtr& item : core.items) core.grouping.rowSources |= item->sources;
+  if (core.having) core.grouping.rowSources |= core.having->sources;
   placeConditions(core.levels, core.where.get(), core.ons, core.constants);
 }
 
 void SelectPlan::bindItems(const Select& select, Core& core, Binder& binder) {
+  const auto requireRoom = [&] {
+    if (core.items.size() > kMaxFields)
+      refuse(select.place, Code::limitReached,
+             "a SELECT can give " + std::to_string(kMaxFields) + " columns at the most.");
+  };
   for (const SelectItem& item : select.items) {
     if (item.expr->kind != ExprKind::star) {
       core.items.push_back(binder.bind(*item.expr));
@@ -180,6 +205,7 @@ void SelectPlan::bindItems(const Select& select, Core& core, Binder& binder) {
           plain ? &core.levels[static_cast<std::size_t>(source)].table->definition().fields[static_cast<std::size_t>(
                       field)]
                 : nullptr);
+      requireRoom();
       continue;
     }
     expandStar(*item.expr, core.scope, [&](std::size_t source, int field) {
@@ -193,6 +219,7 @@ void SelectPlan::bindItems(const Select& select, Core& core, Binder& binder) {
       core.items.push_back(binder.bind(column));
       core.names.push_back(definition.name);
       core.fields.push_back(&definition);
+      requireRoom();
     });
   }
 }
@@ -233,8 +260,12 @@ void SelectPlan::nameColumns() {
   std::set<std::string> taken;
   for (SelectColumn& column : columns_) {
     std::string name = column.name;
-    for (int number = 1; !taken.insert(foldCase(name)).second; ++number)
-      name = column.name + "_" + std::to_string(number);
+    for (int number = 1; !taken.insert(foldCase(name)).second; ++number) {
+      const std::string suffix = "_" + std::to_string(number);
+      name = column.name;
+      while (name.size() + suffix.size() > kMaxFieldNameSize || !isValidUtf8(name)) name.pop_back();
+      name += suffix;
+    }
     column.name = column.field.name = name;
   }
 }
@@ -259,6 +290,7 @@ void SelectPlan::bindOrder(const Select& select, Binder& binder, const std::map<
       if (cores_.size() > 1)
         refuse(expr.place, Code::badStatement, "a UNION is ordered by columns of its result only.");
       term.expression = binder.bind(expr);
+      if (cores_[0]->grouped) cores_[0]->grouping.rowSources |= term.expression->sources;
     }
     order_.push_back(std::move(term));
   }

@@ -134,10 +134,8 @@ void SelectPlan::runGrouped(Core& core, Frame& frame, const std::function<bool(F
     };
     if (!endpoint(core, frame, take)) core.join(frame, 0, take);
   }
-  for (SourceRow& source : frame.rows) source.view.reset();
-  groups.forEach([&](std::vector<Datum>& slots) {
+  groups.forEach(frame, [&] {
     frame.texts.clear();
-    frame.slots = slots;
     if (core.having && !core.having->eval(frame).isTrue()) return true;
     return row(frame);
   });
@@ -147,7 +145,7 @@ void SelectPlan::runGrouped(Core& core, Frame& frame, const std::function<bool(F
 // was called for the one row that matters, if there is one.
 bool SelectPlan::endpoint(Core& core, Frame& frame, const std::function<bool()>& take) {
   if (core.levels.size() != 1 || !core.groupBy.empty() || core.grouping.aggregates.size() != 1 ||
-      !core.grouping.firstValues.empty())
+      !core.grouping.firstValues.empty() || core.grouping.rowSources != 0)
     return false;
   const Aggregate& aggregate = core.grouping.aggregates[0];
   int source = 0;

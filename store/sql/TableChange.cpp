@@ -1,7 +1,6 @@
 #include "store/sql/TableChange.h"
 
 #include "store/Errors.h"
-#include "store/table/Table.h"
 #include "store/vfs/File.h"
 
 namespace quillon::store::sql {
@@ -48,25 +47,24 @@ void TableChange::testLocks(const std::vector<RowId>& rows) {
 }
 
 void TableChange::setField(int field, const Datum& value) {
+  refused_ = field;
   if (!isBlobType(table_.layout().field(field).type)) {
     buffer_.set(field, valueOf(value));
     return;
   }
   undoable_ = false;
-  contents_[field] = value.isNull()                                         ? std::string()
-                     : value.type == Type::text || value.type == Type::blob ? std::string(value.text)
-                                                                            : valueOf(value).toText();
+  contents_[field] = contentOf(value);
 }
 
-void TableChange::checkRequired() const {
+void TableChange::checkRequired() {
   if (!table_.database().requiredIsChecked()) return;
   for (int i = 0; i < table_.layout().fieldCount(); ++i) {
     const FieldDef& field = table_.layout().field(i);
     if (!field.required || field.type == FieldType::autoInc) continue;
     const auto content = contents_.find(i);
-    if (content != contents_.end() ? content->second.empty() : buffer_.isNull(i))
-      throw StoreError(Code::required,
-                       "Field '" + field.name + "' of table '" + table_.name() + "' must have a value.");
+    if (content != contents_.end() ? content->second.has_value() : !buffer_.isNull(i)) continue;
+    refused_ = i;
+    throw StoreError(Code::required, "Field '" + field.name + "' of table '" + table_.name() + "' must have a value.");
   }
 }
 

@@ -8,6 +8,7 @@
 #include "store/Database.h"
 #include "store/RecordCodec.h"
 #include "store/sql/Datum.h"
+#include "store/table/Table.h"
 
 namespace quillon::store::sql {
 
@@ -26,6 +27,8 @@ class TableChange {
   void update(RowId row, const std::string& before, const std::vector<int>& fields, const std::vector<Datum>& values);
   void remove(RowId row);
   std::uint64_t done();  // rows changed
+  // After badValue or required: the field that could not take its value.
+  int refused() const { return refused_; }
 
  private:
   struct Step {
@@ -36,17 +39,18 @@ class TableChange {
   template <typename Action>
   void change(Action&& action);
   void setField(int field, const Datum& value);
-  void checkRequired() const;
+  void checkRequired();
   void takeBack() noexcept;
 
   Table& table_;
   Database::Change change_;
   RowBuffer buffer_;
-  std::map<int, std::string> contents_;
+  BlobContents contents_;
   std::string record_;
   std::vector<Step> steps_;     // kept only where others' changes share the overlay
   std::vector<RowId> touched_;  // rows that own cursors must hear of
   std::uint64_t rows_ = 0;
+  int refused_ = -1;
   bool sharesOverlay_;
   bool undoable_ = true;
   bool halfDone_ = false;

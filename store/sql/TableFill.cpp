@@ -1,7 +1,5 @@
 #include "store/sql/TableFill.h"
 
-#include "store/table/Table.h"
-
 namespace quillon::store::sql {
 
 TableFill::TableFill(Table& table) : table_(table), change_(table.database(), table), buffer_(table.layout()) {}
@@ -13,8 +11,7 @@ void TableFill::add(const std::vector<Datum>& row) {
     if (row[i].isNull()) continue;
     const int field = static_cast<int>(i);
     if (isBlobType(table_.layout().field(field).type))
-      contents_[field] =
-          row[i].type == Type::text || row[i].type == Type::blob ? std::string(row[i].text) : valueOf(row[i]).toText();
+      contents_[field] = contentOf(row[i]);
     else
       buffer_.set(field, valueOf(row[i]));
   }

@@ -6,6 +6,7 @@
 #include "store/Database.h"
 #include "store/RecordCodec.h"
 #include "store/sql/Datum.h"
+#include "store/table/Table.h"
 
 namespace quillon::store::sql {
 
@@ -21,7 +22,7 @@ class TableFill {
   Table& table_;
   Database::Change change_;
   RowBuffer buffer_;
-  std::map<int, std::string> contents_;
+  BlobContents contents_;
   std::string record_;
   int rows_ = 0;
 };

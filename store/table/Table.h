@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,8 +24,9 @@ class Cursor;
 class Database;
 struct Environment;
 
-// What a Post writes beside the row buffer: new contents of memo and blob fields by field position.
-using BlobContents = std::map<int, std::string>;
+// What a Post writes beside the row buffer: new contents of memo and blob fields by field position; none is null, which
+// an empty text is not.
+using BlobContents = std::map<int, std::optional<std::string>>;
 
 // A table that this process has open: its rows and indexes over the pages, for all its cursors and statements.
 // Reading needs a Reading, changing needs a Change (Database::Change); both take the locks.

@@ -124,11 +124,13 @@ void Table::raiseKeyViolation(int position) {
 void Table::storeBlobs(RowBuffer& row, const RecordView* before, const BlobContents& contents) {
   for (const auto& [field, content] : contents) {
     const BlobRef old = before && !before->isNull(field) ? before->blobRef(field) : BlobRef{};
-    if (content.empty()) {
+    if (!content) {
       row.setNull(field);
     } else {
-      if (old.length == content.size() && old.hash == hashBytes(content.data(), content.size())) continue;
-      row.setBlobRef(field, blobs_->put(std::as_bytes(std::span(content))));
+      const bool same =
+          old.length > 0 && old.length == content->size() && old.hash == hashBytes(content->data(), content->size());
+      if (same) continue;
+      row.setBlobRef(field, blobs_->put(std::as_bytes(std::span(*content))));
     }
     if (old.length > 0) blobs_->drop(old);
   }

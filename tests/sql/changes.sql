@@ -2,7 +2,7 @@
 CREATE TABLE Item (ItemID AutoInc PRIMARY KEY, Code VARCHAR(5) NOT NULL UNIQUE, Price NUMERIC(10,2), Weight REAL, Made TIMESTAMP, Notes TEXT, Kind SmallInt);
 CREATE TABLE IF NOT EXISTS Item (Other Integer);
 CREATE TABLE Item (Other Integer)
-! 9004 0:0 Item
+! 9004 1:14 Item
 
 INSERT INTO Item (Code, Price) VALUES ('A', 1.5), ('B', 2), ('C', null)
 + 3
@@ -20,13 +20,19 @@ INSERT INTO Item (Code) VALUES ('D'), ('A')
 ! 9729 0:0 Code
 
 INSERT INTO Item (Code) VALUES ('D'), (null)
-! 9007 0:0 Code
+! 9007 1:40 Code
+
+INSERT INTO Item (Kind) VALUES (1), (2)
+! 9007 1:33 Code
+
+INSERT INTO Item (Kind, Code) SELECT Kind, Code || 'much too long' FROM Item
+! 9006 1:44 too long
 
 INSERT INTO Item (Code) VALUES ('D'), ('toolong')
-! 9006 0:0 too long
+! 9006 1:40 too long
 
 INSERT INTO Item (Code, Kind) VALUES ('D', 1), ('E', 40000)
-! 9006 0:0 out of range
+! 9006 1:54 out of range
 
 INSERT INTO Item (Code, Kind) VALUES ('D')
 ! 9020 1:39 1 values for 2 fields
@@ -60,10 +66,10 @@ UPDATE Item SET Code = 'X'
 ! 9729 0:0 Code
 
 UPDATE Item SET Code = 'much too long' WHERE ItemID = 1
-! 9006 0:0 too long
+! 9006 1:24 too long
 
 UPDATE Item SET Code = null WHERE ItemID = 1
-! 9007 0:0 Code
+! 9007 1:24 Code
 
 -- Each value is worked out from the row as it was before the statement.
 UPDATE Item SET ItemID = Kind, Kind = ItemID WHERE Code = 'K';
@@ -152,6 +158,12 @@ ALTER TABLE Copied DROP COLUMN None1
 CREATE TABLE Bad (a Integer, A Integer)
 ! 9005 1:30 twice
 
+CREATE TABLE Bad (a Integer, PRIMARY KEY (b))
+! 9002 1:14 b
+
+SELECT * INTO "\No\Such" FROM Item
+! 9005 1:15 no name
+
 CREATE TABLE Bad (a Wonder)
 ! 9020 1:21 Wonder
 
@@ -188,6 +200,21 @@ SELECT Code FROM Item WHERE SUM(Kind) > 1
 
 SELECT Code FROM Item UNION SELECT Code, Kind FROM Item
 ! 9020 1:8 number of columns
+
+-- An empty memo is not null, here and in results whose texts have no known size.
+UPDATE Item SET Notes = '' WHERE Code = 'A'
++ 1
+
+SELECT Code, Notes, Notes = '', Notes IS NULL, COALESCE(Notes, 'none'), Notes || '' AS Joined INTO "\Memory\Texts" FROM Item ORDER BY Notes DESC;
+SELECT * FROM "\Memory\Texts" ORDER BY Joined
+= 'J'|null|false|true|'none'|null
+= 'A'|''|true|false|''|''
+
+UPDATE Item SET Notes = null
++ 2
+
+SELECT COUNT(Notes) FROM Item
+= 0
 
 DELETE FROM Item
 + 2

@@ -136,6 +136,16 @@ SELECT SUM(Txt) FROM Days
 SELECT N FROM Days WHERE N IN ('a')
 ! 9006 1:32
 
+SELECT 1 + 'a'
+! 9021 1:8 a text
+
+SELECT 'a' +
+  N FROM Days
+! 9021 1:8 a text
+
+SELECT N + 1, Txt + 'b' + null FROM Days
+= 8|null
+
 SELECT COALESCE(1, 'a')
 ! 9006 1:20
 

@@ -166,6 +166,19 @@ SELECT CustID, (SELECT SUM(Amount) FROM Inv I WHERE I.CustID = C.CustID) AS Tota
 = 3|null
 = 4|null
 
+-- Beside groups it sees the first row of each.
+SELECT Town, (SELECT SUM(Amount) FROM Inv I WHERE I.CustID = C.CustID) AS Total, (SELECT MAX(B.Name) FROM Cust B WHERE EXISTS (SELECT 1 WHERE B.CustID = C.CustID)) FROM Cust C GROUP BY Town HAVING (SELECT COUNT(*) FROM Inv I WHERE I.CustID = C.CustID) > 0 ORDER BY (SELECT MIN(InvID) FROM Inv I WHERE I.CustID = C.CustID) DESC
+= 'Bonn'|$-3.25|'baker'
+= 'Ulm'|$19.5|'Adams'
+
+SELECT C.Town, MIN(I.InvID), (SELECT COUNT(*) FROM Pay P WHERE P.InvID = I.InvID) FROM Cust C LEFT JOIN Inv I ON I.CustID = C.CustID GROUP BY C.Town
+= 'Ulm'|10|2
+= 'Bonn'|12|1
+= null|null|0
+
+SELECT MAX(CustID), (SELECT COUNT(*) FROM Inv I WHERE I.CustID = C.CustID) FROM Cust C
+= 4|2
+
 SELECT T.Town, T.N FROM (SELECT Town, COUNT(*) AS N FROM Cust GROUP BY Town) T WHERE T.N > 1
 = 'Bonn'|2
 

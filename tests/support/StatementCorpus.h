@@ -116,7 +116,7 @@ inline constexpr std::string_view kStatementCorpus[] = {
     "AND "
     "QtyReceived - :QtyReceived1 < 0.0000001 AND QtyReceived - :QtyReceived2 > -0.0000001",
     "UPDATE ShipDet SET LotID = :LotID WHERE LotID = :FromLotID",
-    "SELECT I.ItemNo, L.LotNo, W.WarehouseName FROM Item I, Lot L, Warehouse W WHERE L.ItemID = I.ItemID AND "
+    "SELECT I.ItemNo, L.LotNo, W.WarehouseName FROM Item I, Lot L, Warehse W WHERE L.ItemID = I.ItemID AND "
     "(WarehouseID = "
     "2) ORDER BY I.ItemNo, L.LotNo, W.WarehouseName NOCASE",
     "SELECT I.ItemID, I.ItemNo, L.LotID, L.LotNo FROM Item I INNER JOIN Lot L ON L.ItemID = I.ItemID INNER JOIN "

@@ -119,7 +119,7 @@ class RandomExpr {
         expr->value = static_cast<double>(number) / 3;
         return expr;
       case 3:
-        expr->value = std::string("it's \"") + static_cast<char>(random_.below(256));
+        expr->value = std::string("it's \"") + static_cast<char>(random_.below(128));
         expr->quoted = true;
         return expr;
       case 4:
