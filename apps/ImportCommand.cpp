@@ -15,6 +15,7 @@
 #include "apps/ProgressLine.h"
 #include "apps/ValueText.h"
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
 #include "store/Errors.h"
@@ -89,6 +90,9 @@ class Import {
   std::string fieldName(int field) const { return cursor_.definition().fields[static_cast<std::size_t>(field)].name; }
 
   void readNames(const std::string& line) {
+    if (line.empty()) file_.refuse("", "it is empty");
+    if (!isValidUtf8(line) || line.find('\0') != std::string::npos)
+      file_.refuse("", "it is no text in UTF-8; save the file in that encoding");
     for (const std::string_view cell : cellsOf(line)) {
       const std::string name(cell);
       int field = -1;
@@ -105,9 +109,10 @@ class Import {
 
   void addRow(const std::string& line) {
     const auto cells = cellsOf(line);
-    if (cells.size() != fields_.size())
-      file_.refuse(fieldName(fields_[std::min(cells.size(), fields_.size()) - 1]),
-                   std::to_string(cells.size()) + " cells, not " + std::to_string(fields_.size()));
+    if (cells.size() != fields_.size())  // at the first that is missing
+      file_.refuse(fieldName(fields_[std::min(cells.size(), fields_.size() - 1)]),
+                   std::to_string(cells.size()) + (cells.size() == 1 ? " cell, not " : " cells, not ") +
+                       std::to_string(fields_.size()));
     cursor_.insert();
     for (std::size_t i = 0; i < cells.size(); ++i) {
       const store::Field field = cursor_.field(fields_[i]);

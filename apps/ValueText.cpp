@@ -151,7 +151,9 @@ std::string unescaped(std::string_view cell) {
 Value valueOfCell(std::string_view cell, const store::FieldDef& field) {
   if (cell == kNull) return {};
   std::string text = unescaped(cell);
-  if (field.type == FieldType::string || field.type == FieldType::memo) return text;
+  const bool asText = field.type == FieldType::string || field.type == FieldType::memo;
+  if (asText && !isValidUtf8(text)) throw Error("text in UTF-8 is needed");
+  if (asText) return text;
   if (field.type == FieldType::blob || field.type == FieldType::graphic) return store::Blob{bytesOf(text)};
   if (text.empty()) return {};
   switch (field.type) {
