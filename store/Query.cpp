@@ -121,7 +121,7 @@ void Query::openLive() {
     Table* table = plan->liveTable();
     if (!table)
       throw StoreError(Code::badStatement,
-                       "'" + this->name() + "' cannot be live: it must read the rows of one table.");
+                       "'" + this->name() + "' cannot be live: it must read fields of the rows of one table.");
     name = table->name();
     database = &table->database();
     read.begin(compiler.tables());

@@ -331,6 +331,9 @@ Table* SelectPlan::liveTable() const {
   const Core& core = *cores_[0];
   const bool plain =
       cores_.size() == 1 && core.levels.size() == 1 && !core.levels[0].derived && !core.grouped && !core.distinct;
+  // The result's columns are the table's: one that is worked out or called otherwise would not be there.
+  for (std::size_t i = 0; i < core.items.size() && plain; ++i)
+    if (!core.fields[i] || !equalFolded(core.fields[i]->name, core.names[i])) return nullptr;
   return plain ? core.levels[0].table : nullptr;
 }
 

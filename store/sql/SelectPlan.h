@@ -39,7 +39,7 @@ class SelectPlan {
   // One line a step.
   void explain(std::vector<std::string>& lines, int indent);
 
-  // The one table whose rows are the result's rows; null where there is none. For live results.
+  // The one table whose rows and fields are the result's; null where there is none. For live results.
   Table* liveTable() const;
   // The row ids of the result of a live SELECT, in order.
   std::vector<RowId> liveRows();

@@ -116,6 +116,17 @@ SELECT Town, Name, COUNT(*), SUM(Limit1) FROM Cust GROUP BY Town
 = 'Bonn'|'baker'|2|$50.5
 = null|'Clark'|1|null
 
+SELECT COUNT(*), Town FROM Cust GROUP BY 2 ORDER BY 1 DESC, 2
+= 2|'Bonn'
+= 1|null
+= 1|'Ulm'
+
+SELECT Town FROM Cust GROUP BY 2
+! 9020 1:32 column 2 of 1
+
+SELECT Town AS " x" FROM Cust
+! 9005 1:8 name of a column
+
 SELECT Town FROM Cust GROUP BY Town HAVING COUNT(*) > 1
 = 'Bonn'
 

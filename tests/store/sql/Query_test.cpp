@@ -84,8 +84,9 @@ TEST_F(QueryTest, LiveRowsAreEditedByTheTablesRulesAndStayUntilReopened) {
   live.open();
   EXPECT_EQ(live.recordCount(), 8u);
   EXPECT_EQ(countOf(anna_->database, "Cust"), 149u);
-  for (const char* text : {"SELECT Name FROM Cust GROUP BY Name", "SELECT C.Name FROM Cust C, Items I", "SELECT 1",
-                           "SELECT Name FROM Cust UNION SELECT Name FROM Items"}) {
+  for (const char* text :
+       {"SELECT Name FROM Cust GROUP BY Name", "SELECT ID + 1 FROM Cust", "SELECT Name AS N FROM Cust",
+        "SELECT C.Name FROM Cust C, Items I", "SELECT 1", "SELECT Name FROM Cust UNION SELECT Name FROM Items"}) {
     Query dead(anna_->database, text);
     dead.setLive(true);
     EXPECT_EQ(errorOf([&] { dead.open(); })->code(), Code::badStatement) << text;
