@@ -20,7 +20,7 @@ void Database::takeWrite(Table& table) {
   Backoff backoff(session_.environment().clock);
   while (locks.tryWrite(TableLocks::WriteKind::post) != TableLocks::Answer::granted) {
     waitOutTransaction(table);
-    if (!backoff.wait()) raiseLocked(table, LockKind::write, 0, false);
+    if (!backoff.wait()) raiseLocked(table.name(), LockKind::write, 0, false);
   }
 }
 
@@ -28,7 +28,7 @@ void Database::publish(std::span<Table* const> tables) {
   if (inMemory()) {
     for (Table* table : tables) {
       TableFiles& files = table->files();
-      const std::uint64_t commit = files.meta().stamp + 1;
+      const std::uint64_t commit = files.meta().stamp;  // 0, as made: without a journal there is nothing to tell apart
       files.storeMeta(commit);
       for (const Role role : {kDat, kIdx, kBlb}) {
         PageFile& file = files.file(role);
@@ -186,13 +186,14 @@ void Database::startTransaction(std::span<const std::string> tables) {
     for (const auto& [folded, name] : names) {
       Table& table = openTable(name, this, false);
       try {
-        takeLock(table, LockKind::write, 0, [&] { return table.locks().tryWrite(TableLocks::WriteKind::transaction); });
+        takeLock(table.name(), LockKind::write, 0,
+                 [&] { return table.locks().tryWrite(TableLocks::WriteKind::transaction); });
       } catch (...) {
         closeTable(table, this);
         throw;
       }
       covered_.push_back(&table);
-      noteLock(table, LockKind::write, 0);
+      noteLock(table.name(), LockKind::write, 0);
       table.refreshUnderLock();
     }
   } catch (...) {
@@ -204,7 +205,7 @@ void Database::startTransaction(std::span<const std::string> tables) {
 void Database::releaseTransaction() noexcept {
   for (Table* table : covered_) {
     table->locks().releaseWrite(TableLocks::WriteKind::transaction);
-    forgetLock(*table, LockKind::write, 0);
+    forgetLock(table->name(), LockKind::write, 0);
     table->doomed = false;
   }
   for (Table* table : std::exchange(covered_, {})) {

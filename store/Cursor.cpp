@@ -79,7 +79,7 @@ void Cursor::close() {
   table.detach(this);
   while (table.locks().holdsTable(this)) {
     table.locks().releaseTable(this);
-    database_->forgetLock(table, LockKind::table, 0);
+    database_->forgetLock(table.name(), LockKind::table, 0);
   }
   at_ = kept_ = {};
   view_.reset();

@@ -70,7 +70,7 @@ void Cursor::toBrowse() {
 void Cursor::unlockStanding() noexcept {
   if (!table_->locks().holdsRecord(this, at_.row)) return;
   table_->locks().releaseRecord(this, at_.row);
-  database_->forgetLock(*table_, LockKind::record, at_.row);
+  database_->forgetLock(table_->name(), LockKind::record, at_.row);
 }
 
 // Whether the row is surely as it was read: nobody else can publish, and this process has changed nothing since.
@@ -82,9 +82,10 @@ bool Cursor::isCurrent() const {
 // is taken over.
 void Cursor::lockStanding() {
   database_->waitOutTransaction(*table_);
-  database_->takeLock(*table_, LockKind::record, at_.row, [&] { return table_->locks().tryRecord(this, at_.row); });
+  database_->takeLock(table_->name(), LockKind::record, at_.row,
+                      [&] { return table_->locks().tryRecord(this, at_.row); });
   // Under a table lock or in a transaction that note says enough.
-  if (!table_->locks().holdsWrite()) database_->noteLock(*table_, LockKind::record, at_.row);
+  if (!table_->locks().holdsWrite()) database_->noteLock(table_->name(), LockKind::record, at_.row);
   if (isCurrent()) return;
   try {
     std::string now;
@@ -338,13 +339,13 @@ void Cursor::flush() {
 
 void Cursor::lockTable() {
   requireOpen();
-  database_->takeLock(*table_, LockKind::table, 0, [&] { return table_->locks().tryTable(this); });
-  database_->noteLock(*table_, LockKind::table, 0);
+  database_->takeLock(table_->name(), LockKind::table, 0, [&] { return table_->locks().tryTable(this); });
+  database_->noteLock(table_->name(), LockKind::table, 0);
   try {
     table_->refreshUnderLock();
   } catch (...) {
     table_->locks().releaseTable(this);
-    database_->forgetLock(*table_, LockKind::table, 0);
+    database_->forgetLock(table_->name(), LockKind::table, 0);
     throw;
   }
 }
@@ -354,7 +355,7 @@ void Cursor::unlockTable() {
   if (!table_->locks().holdsTable(this)) return;
   const auto release = [&] {
     table_->locks().releaseTable(this);
-    database_->forgetLock(*table_, LockKind::table, 0);
+    database_->forgetLock(table_->name(), LockKind::table, 0);
   };
   try {
     database_->settle();

@@ -9,18 +9,13 @@
 #include "store/journal/Backoff.h"
 #include "store/journal/CommitProtocol.h"
 #include "store/locks/Holders.h"
+#include "store/table/ReplaceFiles.h"
 #include "store/table/Table.h"
 #include "store/vfs/File.h"
 #include "store/vfs/FileNames.h"
 #include "store/vfs/MemoryFileSystem.h"
 
 namespace quillon::store {
-namespace {
-
-constexpr const char* kMemoryFolder = "\\Memory";
-
-}  // namespace
-
 Database::Database(Session& session, std::string folder)
     : session_(session), files_(session.environment().files), folder_(std::move(folder)) {
   if (session.settings().sessionType == SessionType::remote)
@@ -34,7 +29,8 @@ Database::Database(Session& session, std::string folder)
   holders_ = std::make_unique<Holders>(session.environment(), folder_);
 }
 
-Database::Database(Session& session, FileSystem& memory) : session_(session), files_(memory), folder_(kMemoryFolder) {
+Database::Database(Session& session, FileSystem& files, std::string folder)
+    : session_(session), files_(files), folder_(std::move(folder)) {
   files_.makeFolder(folder_);
 }
 
@@ -78,11 +74,11 @@ std::vector<std::string> Database::tableNames() {
   return names;
 }
 
-std::uint64_t Database::newFileId(std::string_view name) {
+std::uint64_t Database::newFileId(std::string_view name, std::uint64_t before) {
   const Environment& environment = session_.environment();
   const std::int64_t parts[] = {environment.clock.unixSeconds(), environment.clock.milliseconds(), environment.process,
                                 static_cast<std::int64_t>(++made_)};
-  return hashBytes(parts, sizeof parts, hashBytes(name.data(), name.size())) & ~std::uint64_t{3};
+  return hashBytes(parts, sizeof parts, hashBytes(name.data(), name.size(), before)) & ~std::uint64_t{3};
 }
 
 void Database::createTable(const TableDef& definition) { createTables({&definition, 1}); }
@@ -142,10 +138,7 @@ void Database::dropTable(std::string_view name) {
 
 void Database::emptyTable(std::string_view name) {
   refuseInTransaction();
-  const auto open = tables_.find(foldCase(findName(name)));
-  if (open != tables_.end() && (transaction_ || open->second->locks().openers() > 0))
-    throw StoreError(Code::tableInUse,
-                     "Table '" + open->second->name() + "' is in use by this program and cannot be emptied.");
+  refuseOpenHere(findName(name), "emptied");
   const int marker = 0;
   Table& table = openTable(name, &marker, true);
   try {
@@ -168,6 +161,20 @@ void Database::emptyTable(std::string_view name) {
   closeTable(table, &marker);
 }
 
+std::unique_ptr<Table> Database::openFiles(const std::string& name) {
+  try {
+    return std::make_unique<Table>(*this, name);
+  } catch (const StoreError& error) {
+    if (inMemory() || (error.code() != Code::foreign && error.code() != Code::headerDamaged)) throw;
+  }
+  // The three files are being replaced, or whoever did so died between them; or they are damaged.
+  {
+    const CommitProtocol::Quiet alone(*protocol_, CommitProtocol::Quiet::Journal::asItIs);
+    finishReplacing(files_, folder_, name);
+  }
+  return std::make_unique<Table>(*this, name);
+}
+
 Table& Database::openTable(std::string_view name, TableLocks::Owner owner, bool exclusive) {
   const std::string found = findName(name);
   if (found.empty())
@@ -176,21 +183,21 @@ Table& Database::openTable(std::string_view name, TableLocks::Owner owner, bool 
   auto& slot = tables_[folded];
   const bool made = slot == nullptr;
   try {
-    if (made) slot = std::make_unique<Table>(*this, found);
+    if (made) slot = openFiles(found);
     Table& table = *slot;
-    takeLock(table, LockKind::exclusiveOpen, 0, [&] { return table.locks().tryOpen(owner, exclusive); });
+    takeLock(found, LockKind::exclusiveOpen, 0, [&] { return table.locks().tryOpen(owner, exclusive); });
     if (made && !table.files().isInPlace(files_, folder_)) {
       // While the lock was waited for the table was dropped, and perhaps made anew.
       tables_.erase(folded);
       return openTable(name, owner, exclusive);
     }
-    if (exclusive) noteLock(table, LockKind::exclusiveOpen, 0);
+    if (exclusive) noteLock(found, LockKind::exclusiveOpen, 0);
     try {
       if (made) table.load();
       if (exclusive) table.refreshUnderLock();
     } catch (...) {
       table.locks().close(owner);
-      if (exclusive) forgetLock(table, LockKind::exclusiveOpen, 0);
+      if (exclusive) forgetLock(found, LockKind::exclusiveOpen, 0);
       throw;
     }
     return table;
@@ -204,7 +211,7 @@ void Database::closeTable(Table& table, TableLocks::Owner owner) {
   const bool exclusive = table.locks().heldExclusively();
   const auto finish = [&] {
     table.locks().close(owner);
-    if (exclusive && !table.locks().heldExclusively()) forgetLock(table, LockKind::exclusiveOpen, 0);
+    if (exclusive && !table.locks().heldExclusively()) forgetLock(table.name(), LockKind::exclusiveOpen, 0);
     if (!table.locks().isOpen()) tables_.erase(foldCase(table.name()));
   };
   if (table.gathered > 0) {
@@ -220,7 +227,8 @@ void Database::closeTable(Table& table, TableLocks::Owner owner) {
 
 // Locks.
 
-void Database::takeLock(Table& table, LockKind kind, RowId row, const std::function<TableLocks::Answer()>& attempt) {
+void Database::takeLock(const std::string& table, LockKind kind, RowId row,
+                        const std::function<TableLocks::Answer()>& attempt) {
   const Settings& settings = session_.settings();
   for (int tries = 1;; ++tries) {
     const TableLocks::Answer answer = attempt();
@@ -232,28 +240,28 @@ void Database::takeLock(Table& table, LockKind kind, RowId row, const std::funct
   }
 }
 
-void Database::noteLock(Table& table, LockKind kind, RowId row) noexcept {
-  if (holders_) holders_->note({kind, Holders::tableHash(table.name()), row});
+void Database::noteLock(const std::string& table, LockKind kind, RowId row) noexcept {
+  if (holders_) holders_->note({kind, Holders::tableHash(table), row});
 }
 
-void Database::forgetLock(Table& table, LockKind kind, RowId row) noexcept {
-  if (holders_) holders_->forget({kind, Holders::tableHash(table.name()), row});
+void Database::forgetLock(const std::string& table, LockKind kind, RowId row) noexcept {
+  if (holders_) holders_->forget({kind, Holders::tableHash(table), row});
 }
 
 void Database::waitOutTransaction(Table& table) {
   if (inMemory() || table.locks().holdsWrite() || table.locks().heldExclusively()) return;
   const Settings& settings = session_.settings();
   for (int tries = 1; table.locks().inTransactionElsewhere(); ++tries) {
-    if (tries >= settings.lockRetryCount) raiseLocked(table, LockKind::write, 0, false);
+    if (tries >= settings.lockRetryCount) raiseLocked(table.name(), LockKind::write, 0, false);
     session_.environment().clock.sleep(std::int64_t{settings.lockWaitTime} * 1000);
   }
 }
 
-void Database::raiseLocked(Table& table, LockKind kind, RowId row, bool here) {
-  const std::string what = (kind == LockKind::record ? "The record of table '" : "Table '") + table.name() + "'";
+void Database::raiseLocked(const std::string& table, LockKind kind, RowId row, bool here) {
+  const std::string what = (kind == LockKind::record ? "The record of table '" : "Table '") + table + "'";
   const Code code = kind == LockKind::exclusiveOpen ? Code::tableInUse : Code::recordLocked;
   if (here) throw StoreError(code, what + " is in use in another window of this program.");
-  throw StoreError(code, inUse(what, holders_.get(), {kind, Holders::tableHash(table.name()), row}) + ".");
+  throw StoreError(code, inUse(what, holders_.get(), {kind, Holders::tableHash(table), row}) + ".");
 }
 
 }  // namespace quillon::store

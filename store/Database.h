@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "store/Repair.h"
 #include "store/Schema.h"
 #include "store/Session.h"
 #include "store/locks/TableLocks.h"
@@ -54,6 +55,19 @@ class Database {
   // rows are kept in their order and get new row ids. tableInUse while anybody has it open; keyViolation, badValue:
   // nothing changed.
   void redefineTable(const TableDef& definition, const std::vector<int>& from);
+
+  // Makes a damaged table whole again: saves every record that can still be read, under its row id, and makes indexes,
+  // counts, numbers and contents anew from them. A table that is sound is left alone. Where two saved records have the
+  // same key in a unique index the one with the lower row id stays and the report tells the other's values. Where
+  // anything is lost the damaged files are kept. After a failure, a kill or a power cut the table is as it was or
+  // repaired.
+  // tableInUse while anybody has it open; headerDamaged when its definition is nowhere to be had; foreign when the .DAT
+  // file has nothing of a table; newerFormat.
+  RepairReport repairTable(std::string_view name, const RepairOptions& options = {});
+  // Makes the files of a sound table anew, no larger than they were: records in the order of their row ids, which they
+  // keep, full pages, nothing free. Whole or not at all, as repairTable; a copy of the old files is complete or absent.
+  // tableInUse while anybody has it open; damaged, headerDamaged: repair it first.
+  OptimizeReport optimizeTable(std::string_view name, const OptimizeOptions& options = {});
 
   // A transaction over the tables named, whose write locks it holds. One at a time (badTransaction). recordLocked,
   // after the tries of the settings, when another process holds one of them.
@@ -133,15 +147,17 @@ class Database {
 
   // Takes a lock by the tries of the settings: `attempt` is one try. Raises recordLocked (tableInUse for an open)
   // naming the holder, at once when the holder is of this process. noteLock writes it down for others to read.
-  void takeLock(Table& table, LockKind kind, RowId row, const std::function<TableLocks::Answer()>& attempt);
-  void noteLock(Table& table, LockKind kind, RowId row) noexcept;
-  void forgetLock(Table& table, LockKind kind, RowId row) noexcept;
+  void takeLock(const std::string& table, LockKind kind, RowId row, const std::function<TableLocks::Answer()>& attempt);
+  void noteLock(const std::string& table, LockKind kind, RowId row) noexcept;
+  void forgetLock(const std::string& table, LockKind kind, RowId row) noexcept;
   // Waits until no other process holds the table in a transaction, in the same way.
   void waitOutTransaction(Table& table);
 
  private:
   friend class Session;
-  explicit Database(Session& session, FileSystem& memory);  // the tables in memory
+  friend class Rebuild;
+  // Tables without a journal: those in memory, and one that is being made beside its files.
+  Database(Session& session, FileSystem& files, std::string folder);
 
   void publish(std::span<Table* const> tables);
   void publishGathered();
@@ -150,9 +166,14 @@ class Database {
   void dropGathered() noexcept;
   std::string findName(std::string_view name);
   void refuseInTransaction() const;
-  [[noreturn]] void raiseLocked(Table& table, LockKind kind, RowId row, bool here);
+  [[noreturn]] void raiseLocked(const std::string& table, LockKind kind, RowId row, bool here);
   void releaseTransaction() noexcept;
-  std::uint64_t newFileId(std::string_view name);
+  std::uint64_t newFileId(std::string_view name, std::uint64_t before = 0);  // never `before`
+  std::unique_ptr<Table> openFiles(const std::string& name);
+  void refuseOpenHere(const std::string& name, const char* deed) const;
+  std::uint64_t bytesOf(const std::string& name);  // of its files
+  std::vector<std::string> faultsOf(const std::string& name, RepairReport& report);
+  void rebuildFrom(std::unique_ptr<File> dat, const RepairOptions& options, RepairReport& report);
 
   Session& session_;
   FileSystem& files_;

@@ -12,7 +12,7 @@ Session::Session(const Environment& environment, Settings settings)
       settings_(std::move(settings)),
       cache_(std::make_unique<PageCache>(settings_.cacheBytes / kPageSize)),
       memoryFiles_(std::make_unique<MemoryFileSystem>()),
-      memory_(new Database(*this, *memoryFiles_)) {}
+      memory_(new Database(*this, *memoryFiles_, "\\Memory")) {}
 
 Session::~Session() = default;
 

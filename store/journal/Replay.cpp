@@ -18,6 +18,7 @@ struct Replay::Target {
   std::uint64_t lastCommit = 0;
   bool usable = false;
   bool locked = false;
+  std::set<std::uint8_t> missing;  // roles whose file is gone
 
   File& file(Role role, FileSystem& system, const std::string& folder) {
     if (!files[role]) files[role] = system.open(findFile(system, folder, name + kExtensions[role]), OpenMode::existing);
@@ -122,7 +123,18 @@ void Replay::run(const JournalSpot& end) {
 }
 
 void Replay::writePage(Target& target, const JournalPage& page, const std::byte* data) {
-  File& file = target.file(static_cast<Role>(page.role), protocol_.environment_.files, protocol_.folder_);
+  if (target.missing.contains(page.role)) return;
+  const auto role = static_cast<Role>(page.role);
+  try {
+    target.file(role, protocol_.environment_.files, protocol_.folder_);
+  } catch (const IoError& error) {
+    if (error.code() != Code::noSuchTable) throw;
+    // One table that needs a repair must not keep the others from being opened.
+    target.missing.insert(page.role);
+    protocol_.notes_.push_back("Changes of '" + target.name + kExtensions[role] + "' in the journal have no file");
+    return;
+  }
+  File& file = *target.files[role];
   const std::uint64_t place = std::uint64_t{page.number} * kPageSize;
   if (page.whole) {
     file.write(place, Bytes(data, kPageSize));

@@ -96,7 +96,12 @@ class Table {
   const KeyCodec& codec(int position) const { return codecs_[static_cast<std::size_t>(position)]; }
   std::string readBlob(const BlobRef& ref);
   // The record in a payload of the rows' tree; `scratch` holds it where it does not stand in one piece.
-  std::string_view record(std::string_view payload, std::string& scratch);
+  std::string_view record(std::string_view payload, std::string& scratch) {
+    return record(files_.file(kDat), files_.meta().space[kDat].pages, name(), payload, scratch);
+  }
+  // The same in a .DAT file of `pages` pages that may be damaged.
+  static std::string_view record(PageFile& dat, std::uint32_t pages, const std::string& table, std::string_view payload,
+                                 std::string& scratch);
   static std::string rowKey(RowId row);
   static RowId rowOfKey(std::string_view key);
 
@@ -108,6 +113,9 @@ class Table {
   void updateRow(RowId id, const std::string& before, RowBuffer& row, const BlobContents& blobs, std::string& record,
                  Keys keys = Keys::ofModified);
   void deleteRow(RowId id, const std::string& before);
+  // For a table that is being made: the row alone, under an id of the caller's; false: that one is there already. Keys
+  // follow once all rows are there, and the numbers to go on with.
+  bool restoreRow(RowId id, RowBuffer& row, const BlobContents& blobs);
   void removeAll();
   void redefine(const TableDef& definition);  // also without rows
 

@@ -13,7 +13,6 @@ namespace {
 constexpr std::uint64_t kMagic = 0x1A4E4F4C4C495551;  // "QUILLON\x1a"
 constexpr std::size_t kLivePlace = 64;
 constexpr PageNo kMetaPage = 1;
-constexpr const char* kNew = "~new";                // behind the name of a file that is no part of a table yet
 constexpr std::size_t kSchemaBody = kPageBody + 4;  // behind the number of the next schema page
 constexpr std::size_t kSchemaPart = kPageSize - kSchemaBody;
 
@@ -128,16 +127,16 @@ void TableFiles::prepare(FileSystem& files, const std::string& folder, const std
   for (std::size_t at = 0; at < pages.size(); at += kPageSize) sealPage(pages.data() + at, fileId ^ kDat, 0);
   for (const Role role : {kBlb, kIdx, kDat}) {
     const std::string path = folder + "/" + name + kExtensions[role];
-    files.remove(path + kNew);
-    writeNew(files, path + kNew, role, fileId, role == kDat ? pages : std::vector<std::byte>{});
-    if (role != kDat) files.rename(path + kNew, path);
-    written.push_back(name + kExtensions[role] + (role == kDat ? kNew : ""));
+    files.remove(path + kNewSuffix);
+    writeNew(files, path + kNewSuffix, role, fileId, role == kDat ? pages : std::vector<std::byte>{});
+    if (role != kDat) files.rename(path + kNewSuffix, path);
+    written.push_back(name + kExtensions[role] + (role == kDat ? kNewSuffix : ""));
   }
 }
 
 void TableFiles::appear(FileSystem& files, const std::string& folder, const std::string& name) {
   const std::string path = folder + "/" + name + kExtensions[kDat];
-  files.rename(path + kNew, path);
+  files.rename(path + kNewSuffix, path);
 }
 
 std::uint64_t TableFiles::checkIdentity(File& file, const std::string& name, Role role) {
@@ -195,17 +194,23 @@ LiveState TableFiles::readLive() {
 
 void TableFiles::writeLive(const LiveState& live) { writeLiveState(lockFile(), live); }
 
-void TableFiles::loadMeta() {
+TableMeta TableFiles::readMeta(PageFile& dat, const std::string& name) {
   try {
-    const PageRef page = files_[kDat]->read(kMetaPage);
+    const PageRef page = dat.read(kMetaPage);
     if (pageKind(page.data()) != PageKind::meta) throw StoreError(Code::damaged, "");
-    decodeMeta(meta_, page.data());
-    metaStale_ = false;
+    TableMeta meta;
+    decodeMeta(meta, page.data());
+    return meta;
   } catch (const StoreError& error) {
     if (error.code() != Code::damaged) throw;
     throw StoreError(Code::headerDamaged,
-                     "The header of table '" + name_ + "' is damaged. Run Pack/Repair on the company.");
+                     "The header of table '" + name + "' is damaged. Run Pack/Repair on the company.");
   }
+}
+
+void TableFiles::loadMeta() {
+  meta_ = readMeta(*files_[kDat], name_);
+  metaStale_ = false;
 }
 
 void TableFiles::storeMeta(std::uint64_t commit) {
@@ -213,14 +218,14 @@ void TableFiles::storeMeta(std::uint64_t commit) {
   encodeMeta(meta_, files_[kDat]->write(kMetaPage).writable());
 }
 
-std::string TableFiles::readSchema() {
+std::string TableFiles::readSchema(PageFile& dat, const std::string& name, PageNo first, std::uint32_t bytes) {
   std::string schema;
-  PageNo next = meta_.schema;
-  while (schema.size() < meta_.schemaBytes) {
-    const PageRef page = files_[kDat]->read(next);
+  PageNo next = first;
+  while (schema.size() < bytes) {
+    const PageRef page = dat.read(next);
     if (pageKind(page.data()) != PageKind::schema)
-      throw StoreError(Code::headerDamaged, "The definition of table '" + name_ + "' is damaged. Run Pack/Repair.");
-    const std::size_t part = std::min<std::size_t>(kSchemaPart, meta_.schemaBytes - schema.size());
+      throw StoreError(Code::headerDamaged, "The definition of table '" + name + "' is damaged. Run Pack/Repair.");
+    const std::size_t part = std::min<std::size_t>(kSchemaPart, bytes - schema.size());
     schema.append(reinterpret_cast<const char*>(page.data()) + kSchemaBody, part);
     next = loadAt<PageNo>(page.data(), kPageBody);
   }

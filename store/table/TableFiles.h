@@ -21,6 +21,7 @@ class FileSystem;
 inline constexpr std::uint32_t kFormatVersion = 1;
 
 inline constexpr std::array<const char*, 3> kExtensions = {".DAT", ".IDX", ".BLB"};
+inline constexpr const char* kNewSuffix = "~new";  // behind the name of a file that is no part of a table yet
 enum Role : std::uint8_t { kDat = 0, kIdx = 1, kBlb = 2 };
 
 // The first page of each file:
@@ -81,7 +82,7 @@ class TableFiles {
 
   void loadMeta();                       // from its page; under the locks that reading asks for
   void storeMeta(std::uint64_t commit);  // into its page, as part of the overlay
-  std::string readSchema();
+  std::string readSchema() { return readSchema(*files_[kDat], name_, meta_.schema, meta_.schemaBytes); }
   void writeSchema(const std::string& schema);  // into new pages, as part of the overlay
   bool changed() const;                         // has an overlay
   void published(std::uint64_t commit);
@@ -94,6 +95,9 @@ class TableFiles {
 
   // The identity of a file on the disk. Raises as the constructor does. Returns the file id.
   static std::uint64_t checkIdentity(File& file, const std::string& name, Role role);
+  // The meta page and the definition in a .DAT file that may be damaged. headerDamaged, damaged.
+  static TableMeta readMeta(PageFile& dat, const std::string& name);
+  static std::string readSchema(PageFile& dat, const std::string& name, PageNo first, std::uint32_t bytes);
 
  private:
   std::string name_;

@@ -32,24 +32,25 @@ std::string Table::rowKey(RowId row) {
 
 RowId Table::rowOfKey(std::string_view key) { return KeyCodec::rowOf(key); }
 
-std::string_view Table::record(std::string_view payload, std::string& scratch) {
-  if (payload.empty()) raiseDamaged(name(), "an empty record");
+std::string_view Table::record(PageFile& dat, std::uint32_t pages, const std::string& table, std::string_view payload,
+                               std::string& scratch) {
+  if (payload.empty()) raiseDamaged(table, "an empty record");
   if (payload[0] == kInline) return payload.substr(1);
-  if (payload[0] != kOverflow || payload.size() != 9) raiseDamaged(name(), "a record of no known kind");
+  if (payload[0] != kOverflow || payload.size() != 9) raiseDamaged(table, "a record of no known kind");
   const auto* at = reinterpret_cast<const std::byte*>(payload.data());
   PageNo next = loadAt<PageNo>(at, 1);
   const auto length = loadAt<std::uint32_t>(at, 5);
   scratch.clear();
   while (scratch.size() < length) {
-    if (next == 0 || next >= files_.meta().space[kDat].pages) raiseDamaged(name(), "a long record is cut short");
-    const PageRef page = files_.file(kDat).read(next);
+    if (next == 0 || next >= pages) raiseDamaged(table, "a long record is cut short");
+    const PageRef page = dat.read(next);
     const auto used = loadAt<std::uint32_t>(page.data(), kOverflowUsed);
     if (pageKind(page.data()) != PageKind::overflow || used == 0 || used > kOverflowRoom)
-      raiseDamaged(name(), "a long record is cut short");
+      raiseDamaged(table, "a long record is cut short");
     scratch.append(reinterpret_cast<const char*>(page.data()) + kOverflowData, used);
     next = loadAt<PageNo>(page.data(), kOverflowNext);
   }
-  if (scratch.size() != length) raiseDamaged(name(), "a long record has the wrong length");
+  if (scratch.size() != length) raiseDamaged(table, "a long record has the wrong length");
   return scratch;
 }
 
@@ -164,6 +165,17 @@ RowId Table::insertRow(RowBuffer& row, const BlobContents& contents, std::string
   meta.nextRow = id + 1;
   meta.autoInc = autoInc;
   return id;
+}
+
+bool Table::restoreRow(RowId id, RowBuffer& row, const BlobContents& contents) {
+  const std::string key = rowKey(id);
+  TreeWalk walk(*rows_);
+  if (id < files_.meta().nextRow && walk.seek(key) && walk.key() == key) return false;
+  touched = true;
+  storeBlobs(row, nullptr, contents);
+  if (!rows_->insert(key, payloadOf(row.encode()))) raiseDamaged(name(), "its next row number is taken");
+  files_.meta().nextRow = std::max(files_.meta().nextRow, id + 1);
+  return true;
 }
 
 void Table::updateRow(RowId id, const std::string& before, RowBuffer& row, const BlobContents& contents,

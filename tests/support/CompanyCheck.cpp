@@ -54,6 +54,26 @@ std::optional<std::string> checkWriting(Worker& worker, const Allowed& allowed, 
   return std::nullopt;
 }
 
+// A table whose old files were kept must be whole again with these files in place of its own.
+std::optional<std::string> checkKept(SimDisk image) {
+  constexpr const char* kPlace = "/kept";
+  const auto files = image.process();
+  bool any = false;
+  for (const std::string& dat : files->list(kModelFolder)) {
+    if (!dat.ends_with(std::string(".DAT") + store::kOldSuffix)) continue;
+    const std::string table = dat.substr(0, dat.find('.'));
+    files->makeFolder(kPlace);
+    any = true;
+    for (const char* extension : {".DAT", ".IDX", ".BLB"})
+      files->open(std::string(kPlace) + "/" + table + extension, store::OpenMode::createNew)
+          ->write(0, image.content(std::string(kModelFolder) + "/" + table + extension + store::kOldSuffix));
+  }
+  if (!any) return std::nullopt;
+  SimClock clock;
+  const store::VerifyReport report = store::verifyFolder({*files, clock, "V", "PC", 9}, kPlace);
+  return report.clean() ? std::nullopt : std::optional("the kept files: " + report.findings.front().text);
+}
+
 }  // namespace
 
 Allowed allowedDuring(const Task& task) {
@@ -91,6 +111,7 @@ std::optional<std::string> checkImage(SimDisk image, const Workload& work, const
   clock.advance(2 * kLaterMicroseconds + static_cast<std::int64_t>(seed % 1000 * 1'000'000));
   CompanyState written;
   try {
+    if (auto wrong = checkKept(image.settled())) return wrong;
     Worker worker(image, clock, work.settings);
     worker.open();
     const CompanyState* found = nullptr;

@@ -10,6 +10,11 @@ store::Environment environmentFor(store::FileSystem& files, SimClock& clock, int
   return {files, clock, "USER" + std::to_string(process), "PC", process + 1};
 }
 
+bool isWholeTable(Deed deed) {
+  return deed == Deed::emptyTable || deed == Deed::dropTable || deed == Deed::repairTable ||
+         deed == Deed::optimizeTable;
+}
+
 bool isWatched(const Task& task) { return task.table == "Cust" || task.table == "Det"; }
 
 }  // namespace
@@ -49,8 +54,7 @@ void Worker::unwatch() { watched_.clear(); }
 void Worker::run(const Task& task) {
   posted_ = 0;
   if (!isOpen()) open();
-  const bool wholeTable = task.deed == Deed::emptyTable || task.deed == Deed::dropTable;
-  if (wholeTable && isWatched(task))
+  if (isWholeTable(task.deed) && isWatched(task))
     unwatch();
   else if (database_->exists("Cust") && database_->exists("Det"))
     watch();
@@ -74,6 +78,13 @@ void Worker::run(const Task& task) {
       return database_->createTable(modelDefinition(task.table));
     case Deed::dropTable:
       return database_->dropTable(task.table);
+    case Deed::repairTable:
+      if (!database_->repairTable(task.table, {.evenIfSound = true}).lossless())
+        throw store::StoreError(store::Code::damaged, "the repair of a sound table lost something");
+      return;
+    case Deed::optimizeTable:
+      database_->optimizeTable(task.table);
+      return;
     case Deed::checkpoint:
       return database_->protocol()->checkpoint();
     case Deed::reopen:

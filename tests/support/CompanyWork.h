@@ -24,6 +24,8 @@ enum class Deed {
   emptyTable,
   createTable,
   dropTable,
+  repairTable,
+  optimizeTable,
   checkpoint,
   reopen,
 };

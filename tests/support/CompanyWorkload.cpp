@@ -7,9 +7,9 @@
 namespace quillon::sim {
 namespace {
 
-constexpr const char* kDeedNames[] = {"post",       "transaction", "rolled back", "locked group",
-                                      "bulk group", "take number", "empty table", "create table",
-                                      "drop table", "checkpoint",  "reopen"};
+constexpr const char* kDeedNames[] = {"post",           "transaction", "rolled back",  "locked group", "bulk group",
+                                      "take number",    "empty table", "create table", "drop table",   "repair table",
+                                      "optimize table", "checkpoint",  "reopen"};
 
 class Maker {
  public:
@@ -113,17 +113,20 @@ class Maker {
     return random_.oneIn(2) ? "Cust" : "Det";
   }
 
+  std::string aloneTable() { return shape_.others || shape_.processes > 1 ? "Extra" : someTable(); }
+
   Deed deed() {
-    constexpr Deed kUsual[] = {Deed::post,        Deed::post,       Deed::post,        Deed::transaction,
-                               Deed::transaction, Deed::rolledBack, Deed::bulkGroup,   Deed::takeNumber,
-                               Deed::checkpoint,  Deed::reopen,     Deed::createTable, Deed::dropTable,
-                               Deed::emptyTable,  Deed::lockedGroup};
+    constexpr Deed kUsual[] = {Deed::post,        Deed::post,        Deed::post,        Deed::transaction,
+                               Deed::transaction, Deed::rolledBack,  Deed::bulkGroup,   Deed::takeNumber,
+                               Deed::checkpoint,  Deed::reopen,      Deed::createTable, Deed::dropTable,
+                               Deed::emptyTable,  Deed::lockedGroup, Deed::repairTable, Deed::optimizeTable};
     while (true) {
       const Deed chosen = kUsual[random_.below(std::size(kUsual))];
       const bool extra = state_.tables.contains("Extra");
       if (chosen == Deed::createTable && extra) continue;
       if (chosen == Deed::dropTable && !extra) continue;
-      if (chosen == Deed::emptyTable && (shape_.others || shape_.processes > 1) && !extra) continue;
+      const bool alone = chosen == Deed::emptyTable || chosen == Deed::repairTable || chosen == Deed::optimizeTable;
+      if (alone && (shape_.others || shape_.processes > 1) && !extra) continue;
       return chosen;
     }
   }
@@ -158,8 +161,12 @@ class Maker {
         break;
       }
       case Deed::emptyTable:
-        task.table = shape_.others || shape_.processes > 1 ? "Extra" : someTable();
+        task.table = aloneTable();
         table(task.table) = {};
+        break;
+      case Deed::repairTable:
+      case Deed::optimizeTable:
+        task.table = aloneTable();
         break;
       case Deed::createTable:
       case Deed::dropTable:
