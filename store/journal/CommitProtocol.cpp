@@ -160,8 +160,8 @@ void CommitProtocol::checkpoint() {
   checkpointLocked();
 }
 
-void CommitProtocol::checkpointLocked() {
-  if (journal_.bytesUsed(last_) == 0) return;
+void CommitProtocol::checkpointLocked(bool evenIfEmpty) {
+  if (journal_.bytesUsed(last_) == 0 && !evenIfEmpty) return;
   if (journal_.rewrite()) {
     // Pages go back to older commits for the moment: should this end half way, everything counts as not applied.
     journal_.writeApplied(journal_.startSpot());
@@ -356,7 +356,7 @@ CommitProtocol::Quiet::Quiet(CommitProtocol& protocol, Journal journal) : protoc
   protocol_.lockCommit();
   try {
     protocol_.catchUpLocked();
-    if (journal == Journal::emptied) protocol_.checkpointLocked();
+    if (journal == Journal::emptied) protocol_.checkpointLocked(true);
   } catch (...) {
     protocol_.unlockCommit();
     throw;

@@ -79,7 +79,8 @@ class CommitProtocol {
   struct Changes;
   void recoverAll();
   void catchUpLocked();
-  void checkpointLocked();
+  // An empty journal may be so in the system's memory only, where the sync of its head failed.
+  void checkpointLocked(bool evenIfEmpty = false);
   void syncTables();
   static std::string runsOf(PageFile& file, const PageFile::Dirty& dirty, PageNo number, std::uint64_t imaged);
   Changes collect(std::span<TableFiles* const> tables, std::uint64_t commit);

@@ -138,6 +138,10 @@ void Salvage::findLeaves() {
   if (headerSound_ && meta_.space[kDat].pages > pagesOf(files_[kDat]->file()))
     lost.push_back("'" + name_ + ".DAT' is cut short: " +
                    std::to_string(meta_.space[kDat].pages - pagesOf(files_[kDat]->file())) + " pages are missing");
+  if (!headerSound_)
+    lost.insert(lost.begin(), "the header of '" + name_ +
+                                  ".DAT' cannot be read or is older than its records: whether " +
+                                  "any are missing is not known");
   for (const std::string& what : lost) lost_(what);
   std::sort(leaves_.begin(), leaves_.end(), [](const Leaf& a, const Leaf& b) { return a.first < b.first; });
   const bool overlap = std::adjacent_find(leaves_.begin(), leaves_.end(), [](const Leaf& a, const Leaf& b) {

@@ -13,7 +13,8 @@ constexpr const char* kDeedNames[] = {"post",           "transaction", "rolled b
 
 class Maker {
  public:
-  Maker(std::uint64_t seed, const WorkShape& shape) : random_(seed), shape_(shape), long_(random_.oneIn(4)) {}
+  Maker(std::uint64_t seed, const WorkShape& shape)
+      : random_(seed), shape_(shape), long_(random_.oneIn(4)), maintained_(random_.oneIn(5)) {}
 
   Workload first() {
     Workload work = settings();
@@ -121,7 +122,8 @@ class Maker {
                                Deed::checkpoint,  Deed::reopen,      Deed::createTable, Deed::dropTable,
                                Deed::emptyTable,  Deed::lockedGroup, Deed::repairTable, Deed::optimizeTable};
     while (true) {
-      const Deed chosen = kUsual[random_.below(std::size(kUsual))];
+      Deed chosen = kUsual[random_.below(std::size(kUsual))];
+      if (maintained_ && random_.oneIn(2)) chosen = random_.oneIn(2) ? Deed::repairTable : Deed::optimizeTable;
       const bool extra = state_.tables.contains("Extra");
       if (chosen == Deed::createTable && extra) continue;
       if (chosen == Deed::dropTable && !extra) continue;
@@ -193,6 +195,7 @@ class Maker {
   SeededRandom random_;
   WorkShape shape_;
   bool long_;
+  bool maintained_;  // repaired and optimized often
   int names_ = 0;
   CompanyState state_;
 };
