@@ -1,26 +1,17 @@
 #include "apps/VerifyCommand.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <iomanip>
 #include <iostream>
 #include <string>
 
+#include "apps/Counted.h"
 #include "apps/LocalEnvironment.h"
 #include "apps/ProgressLine.h"
 #include "store/Verify.h"
 
 namespace quillon::apps {
 namespace {
-
-// "1 row", "1,234 rows".
-std::string counted(std::uint64_t count, std::string_view noun) {
-  std::string text = std::to_string(count);
-  for (auto place = static_cast<int>(text.size()) - 3; place > 0; place -= 3) text.insert(place, 1, ',');
-  text.append(" ").append(noun);
-  if (count != 1) text += 's';
-  return text;
-}
 
 void printFindings(const store::VerifyReport& report, const std::string& table) {
   for (const store::Finding& finding : report.findings)

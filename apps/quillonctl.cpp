@@ -10,6 +10,8 @@
 #include "apps/CreateCommand.h"
 #include "apps/ExportCommand.h"
 #include "apps/ImportCommand.h"
+#include "apps/MaintainCommands.h"
+#include "apps/ProbeCommand.h"
 #include "apps/SqlCommand.h"
 #include "apps/VerifyCommand.h"
 #include "base/Errors.h"
@@ -26,6 +28,10 @@ constexpr Command kCommands[] = {
      importCommand},
     {"export", "FOLDER TABLE", "print a table as import reads it", exportCommand},
     {"verify", "FOLDER", "check every table of the company folder; changes nothing", verifyCommand},
+    {"repair", "FOLDER [TABLE...]", "save what can be read of damaged tables; alone in the folder", repairCommand},
+    {"optimize", "FOLDER [TABLE...]", "make tables smaller and faster, and keep a copy of the old; alone in the folder",
+     optimizeCommand},
+    {"probe", "FOLDER", "try whether several processes can share the folder", probeCommand},
 };
 
 void printHelp(std::ostream& out) {
