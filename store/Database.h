@@ -61,8 +61,8 @@ class Database {
   // same key in a unique index the one with the lower row id stays and the report tells the other's values. Where
   // anything is lost the damaged files are kept. After a failure, a kill or a power cut the table is as it was or
   // repaired.
-  // tableInUse while anybody has it open; headerDamaged when its definition is nowhere to be had; foreign when the .DAT
-  // file has nothing of a table; newerFormat.
+  // tableInUse while anybody has it open; headerDamaged when its definition, or its file id, is nowhere to be had;
+  // foreign when the .DAT file has nothing of a table; newerFormat.
   RepairReport repairTable(std::string_view name, const RepairOptions& options = {});
   // Makes the files of a sound table anew, no larger than they were: records in the order of their row ids, which they
   // keep, full pages, nothing free. Whole or not at all, as repairTable; a copy of the old files is complete or absent.

@@ -23,6 +23,17 @@ bool allZero(const std::byte* page) {
   return std::all_of(page, page + kPageSize, [](std::byte byte) { return byte == std::byte{0}; });
 }
 
+bool holdsAnything(File& file) {
+  std::vector<std::byte> page(kPageSize);
+  const std::uint64_t size = file.size();
+  for (std::uint64_t at = 0; at < size; at += kPageSize) {
+    std::fill(page.begin(), page.end(), std::byte{0});
+    file.read(at, page.data(), kPageSize);
+    if (!allZero(page.data())) return true;
+  }
+  return false;
+}
+
 std::uint64_t pagesOf(File& file) { return file.size() / kPageSize; }
 
 }  // namespace
@@ -43,7 +54,7 @@ void Salvage::identify(FileSystem& files, const std::string& folder, std::unique
     const std::string path = findFile(files, folder, name_ + kExtensions[role]);
     if (files.exists(path)) raw[role] = files.open(path, OpenMode::existing);
   }
-  std::optional<StoreError> foreign;
+  std::optional<StoreError> unknown;  // what .DAT is
   std::uint64_t best = 0;
   for (const Role role : {kDat, kIdx, kBlb}) {
     if (!raw[role]) continue;
@@ -59,10 +70,16 @@ void Salvage::identify(FileSystem& files, const std::string& folder, std::unique
       best = std::max(best, pages);
     } catch (const StoreError& error) {
       if (!isDamage(error)) throw;
-      if (role == kDat && error.code() == Code::foreign) foreign = error;
+      if (role == kDat) unknown = error;
     }
   }
-  if (foreign && best == 0) throw *foreign;
+  // Without the right id no page could be believed, and all that is there would be thrown away.
+  if (unknown && best == 0 && holdsAnything(*raw[kDat])) {
+    if (unknown->code() == Code::foreign) throw *unknown;
+    throw StoreError(Code::headerDamaged, "The headers of table '" + name_ +
+                                              "' are destroyed in all its files, so that nothing in them can be told "
+                                              "from damage. Bring back a backup.");
+  }
   for (const Role role : {kDat, kIdx, kBlb})
     if (raw[role])
       files_[role] = std::make_unique<PageFile>(cache_, std::move(raw[role]), name_ + kExtensions[role], fileId_ ^ role,

@@ -27,7 +27,8 @@ class Salvage {
   // Called with what is lost, in words.
   using Lost = std::function<void(const std::string&)>;
 
-  // `dat` is the .DAT file. Raises foreign when nothing in it is of a table, newerFormat.
+  // `dat` is the .DAT file. Raises foreign when nothing in it is of a table, headerDamaged when no file tells the id by
+  // which its pages can be believed, newerFormat.
   Salvage(FileSystem& files, PageCache& cache, const std::string& folder, const std::string& name,
           std::unique_ptr<File> dat, const Lost& lost);
 
