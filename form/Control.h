@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <functional>
 #include <memory>
 #include <string>
@@ -55,6 +56,7 @@ class Asked {
  public:
   Asked() = default;
   Asked(T fixed) : fixed_(std::move(fixed)) {}
+  Asked(const char* fixed) requires std::same_as<T, std::string> : fixed_(fixed) {}
   Asked(std::function<T()> ask) : ask_(std::move(ask)) {}
   T operator()() const { return ask_ ? ask_() : fixed_; }
   bool isAsked() const { return static_cast<bool>(ask_); }

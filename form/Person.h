@@ -29,9 +29,9 @@ struct Dialog {
 
 struct FileQuestion {
   std::string title;
-  std::string filter;  // "PDF files (*.pdf)|*.pdf"
-  std::string name;    // the one offered
-  std::string extension;
+  std::string filter = {};  // "PDF files (*.pdf)|*.pdf"
+  std::string name = {};    // the one offered
+  std::string extension = {};
   bool saving = false;  // asks before it overwrites
 };
 

@@ -23,6 +23,13 @@ void Table::wire(Screen& screen) {
   events.onDeleteError = answer;
 }
 
+void Table::reopenOn(const std::string& table) {
+  close();
+  setTarget(database(), table, false);
+  setIndex("");
+  open();
+}
+
 const Table::Rules* Table::rulesOf(int position) const {
   const auto found = rules_.find(definition().fields[static_cast<std::size_t>(position)].name);
   return found == rules_.end() ? nullptr : &found->second;

@@ -21,6 +21,9 @@ class Table : public store::Cursor {
   void validate(const std::string& field, std::function<void(const store::Value& next)> check);
   void change(const std::string& field, std::function<void(const store::Value& old)> handler);
 
+  // Closes, and opens on another table of the same shape, in its primary order.
+  void reopenOn(const std::string& table);
+
  private:
   struct Rules {
     std::function<void(const store::Value&)> check, handler;

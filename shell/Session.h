@@ -46,6 +46,8 @@ class Session {
   bool hasCompany() const { return database_ != nullptr; }
   const std::string& dataFolder() const { return dataFolder_; }
   store::Database& database() { return app_.database(); }
+  bool tipShown = false;  // of changed account numbers, once in a run of the program
+
   // The company's settings, always open; one row, or none before they were entered.
   store::Cursor& tblCompany();
 

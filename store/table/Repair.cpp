@@ -81,7 +81,7 @@ class Repair {
     const RecordView view(layout_, record_);
     for (int i = 0; i < layout_.fieldCount(); ++i) {
       if (!isBlobType(layout_.field(i).type) || view.isNull(i)) continue;
-      if (old_.content(view.blobRef(i), contents_[i])) continue;
+      if (old_.content(view.blobRef(i), contents_[i].emplace())) continue;
       contents_.erase(i);
       row_.setNull(i);
       ++report_.lostContents;

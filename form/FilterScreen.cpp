@@ -1,0 +1,48 @@
+#include "form/FilterScreen.h"
+
+#include "form/App.h"
+#include "form/ListScreen.h"
+
+namespace quillon::form {
+
+void FilterScreen::reset() {
+  for (Variable* variable : variables_) variable->reset();
+}
+
+void FilterScreen::shown(const Open& /*open*/) {
+  before_.clear();
+  for (const Variable* variable : variables_) before_.push_back(variable->value);
+}
+
+void FilterScreen::btnOKClick() {
+  const std::string filter = expression();
+  Screen* list = app().find(list_.substr(1));
+  if (list == nullptr || !list->visible()) list = &app().open(list_);
+  dynamic_cast<ListScreen&>(*list).setFilter(filter);
+  setResult(true);
+}
+
+void FilterScreen::btnCancelClick() {
+  for (std::size_t i = 0; i < variables_.size(); ++i) variables_[i]->set(before_[i]);
+  setResult(false);
+}
+
+Control& FilterScreen::buttons(Layout& l) {
+  Control& ok = l.button("btnOK", "OK", &FilterScreen::btnOKClick).standard();
+  Control& cancel = l.button("btnCancel", "Cancel", &FilterScreen::btnCancelClick).abandons();
+  Control& clear = l.button("btnReset", "&Reset", &FilterScreen::btnResetClick).abandons();
+  return l.row(ok, cancel, clear);
+}
+
+ConverterPtr yesNoAllConverter() {
+  return choicesConverter({{store::Value(true), "Yes"}, {store::Value(false), "No"}, {store::Value(), "All"}});
+}
+
+std::string allOf(std::initializer_list<std::string> conditions) {
+  std::string all;
+  for (const std::string& condition : conditions)
+    if (!condition.empty()) all += (all.empty() ? "" : " AND ") + condition;
+  return all;
+}
+
+}  // namespace quillon::form

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+
+#include "form/Binding.h"
+#include "form/Converter.h"
+
+namespace quillon::form {
+class App;
+}
+
+// The chart of accounts: one flat list of accounts, and beside it three independent lists of subaccounts that can be
+// combined with any account on a line.
+namespace quillon::ledger {
+
+inline constexpr int kSubaccountLevels = 3;
+
+enum class AccountType { asset = 1, liability, revenue, expense, equity };
+form::ConverterPtr accountTypes();
+
+// "GLAcSub1" to "GLAcSub3".
+std::string subaccountTable(int level);
+// "SubAccount1ID" to "SubAccount3ID", as lines and totals call them.
+std::string subaccountField(int level);
+
+// How an account and a subaccount are typed and shown.
+form::CodeOf accountCode();
+form::CodeOf subaccountCode(int level);
+
+// An account or subaccount that is typed into a line has to exist and must not be suspended; null is neither.
+void requireUsableAccount(form::App& app, const store::Value& id);
+void requireUsableSubaccount(form::App& app, int level, const store::Value& id);
+// For a line that is saved: whether the rows are still there.
+bool accountExists(form::App& app, const store::Value& id);
+bool subaccountExists(form::App& app, int level, const store::Value& id);
+
+// The names of an account and its subaccounts, joined by " - "; those that are null or gone are left out.
+std::string accountNames(form::App& app, const store::Value& account, const store::Value (&subaccounts)[3]);
+
+}  // namespace quillon::ledger

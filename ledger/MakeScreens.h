@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+
+namespace quillon::form {
+class Screen;
+}
+namespace quillon::shell {
+class Session;
+}
+
+// The makers of this folder's screens; each stands in the file of that name.
+namespace quillon::ledger {
+
+using ScreenPtr = std::unique_ptr<form::Screen>;
+
+ScreenPtr makeGLAccounts(shell::Session& session);
+ScreenPtr makeGLAccountsFilter(shell::Session& session);
+ScreenPtr makeGLAccount(shell::Session& session);
+ScreenPtr makeGLAccountSub(shell::Session& session);
+ScreenPtr makeGLAccountSearch(shell::Session& session);
+ScreenPtr makeGLAccountSubSearch(shell::Session& session);
+ScreenPtr makeJVs(shell::Session& session);
+ScreenPtr makeJVsFilter(shell::Session& session);
+ScreenPtr makeJVsFind(shell::Session& session);
+ScreenPtr makeJV(shell::Session& session);
+ScreenPtr makeImportJVData(shell::Session& session);
+
+}  // namespace quillon::ledger

@@ -1,0 +1,43 @@
+#include "ledger/Screens.h"
+
+#include "ledger/MakeScreens.h"
+#include "shell/Session.h"
+
+namespace quillon::ledger {
+namespace {
+
+using form::Lifetime;
+using form::Opening;
+
+struct Row {
+  const char* className;
+  ScreenPtr (*make)(shell::Session&);
+  Opening opening = Opening::companion;
+  Lifetime lifetime = Lifetime::freed;
+};
+
+constexpr Row kScreens[] = {
+    {"TfrmGLAccounts", makeGLAccounts, Opening::list},
+    {"TfrmGLAccountsFilter", makeGLAccountsFilter, Opening::companion, Lifetime::hidden},
+    {"TfrmGLAccount", makeGLAccount},
+    {"TfrmGLAccountSub", makeGLAccountSub},
+    {"TfrmGLAccountSearch", makeGLAccountSearch},
+    {"TfrmGLAccountSubSearch", makeGLAccountSubSearch},
+    {"TfrmJVs", makeJVs, Opening::list},
+    {"TfrmJVsFilter", makeJVsFilter, Opening::companion, Lifetime::hidden},
+    {"TfrmJVsFind", makeJVsFind, Opening::companion, Lifetime::hidden},
+    {"TfrmJV", makeJV},
+    {"TfrmImportJVData", makeImportJVData},
+};
+
+}  // namespace
+
+void registerScreens(shell::Session& session) {
+  for (const Row& row : kScreens)
+    session.registry().add({.className = row.className,
+                            .opening = row.opening,
+                            .lifetime = row.lifetime,
+                            .make = [&session, make = row.make](form::App&) { return make(session); }});
+}
+
+}  // namespace quillon::ledger

@@ -1,0 +1,142 @@
+// Imports lines from a text file into the voucher that is being entered.
+//
+// Keeps: a line gets into the voucher through the voucher's own rules; one whose account is unknown is left out only
+// when the person says so.
+#include <filesystem>
+
+#include "base/Text.h"
+#include "form/App.h"
+#include "form/Screen.h"
+#include "ledger/Accounts.h"
+#include "ledger/MakeScreens.h"
+#include "ledger/VoucherFile.h"
+#include "ledger/VoucherLines.h"
+#include "shell/Session.h"
+#include "store/Database.h"
+#include "store/Query.h"
+
+namespace quillon::ledger {
+namespace {
+
+using form::focus;
+using form::refuse;
+using store::Value;
+
+class TfrmImportJVData final : public form::Screen {
+ public:
+  explicit TfrmImportJVData(shell::Session& session) : Screen(session.app()) {}
+  std::string title() override { return "Import JV Data"; }
+
+ private:
+  void build(form::Layout& layout) override;
+  void shown(const form::Open& open) override;
+  void btnBrowseClick();
+  void btnOKClick();
+  void btnCancelClick() { setResult(false); }
+  void checkFileName();
+  void importRows();
+  bool mayAdd(store::Cursor& row);
+  bool skips(const std::string& text);
+
+  form::Variable fileName_;
+  std::string status_;
+  VoucherLineTaker* taker_ = nullptr;
+};
+
+void TfrmImportJVData::build(form::Layout& l) {
+  l.label("Format: *.txt, fields separated by tabs, first line with the field names");
+  l.label("Fields: Account, SubAccount1, SubAccount2, SubAccount3, Amount (debit positive, decimal separator \".\")");
+  l.row(l.edit("editFileName", "&File name:", fileName_, form::textConverter(0)).wide(50),
+        l.button("btnBrowse", "&Browse...", &TfrmImportJVData::btnBrowseClick));
+  l.label("lblStatus", [this] { return status_; });
+  l.progress("ProgressBar");
+  l.row(l.button("btnOK", "OK", &TfrmImportJVData::btnOKClick).standard(),
+        l.button("btnCancel", "Cancel", &TfrmImportJVData::btnCancelClick).abandons());
+}
+
+void TfrmImportJVData::shown(const form::Open& open) {
+  taker_ = std::any_cast<VoucherLineTaker*>(open.draft);
+  status_.clear();
+}
+
+void TfrmImportJVData::btnBrowseClick() {
+  const std::optional<std::string> chosen = app().person().chooseFile(
+      {.title = "Import JV Data", .filter = "Text files (*.txt)|*.txt|All files (*.*)|*.*", .extension = "txt"});
+  if (chosen) fileName_.set(*chosen);
+}
+
+void TfrmImportJVData::checkFileName() {
+  const std::string name = fileName_.value.asText();
+  if (name.empty()) refuse("File name must be entered", focus("editFileName"));
+  if (lengthInCharacters(name) < 4) refuse("File name invalid", focus("editFileName"));
+  if (!std::filesystem::is_regular_file(name)) refuse("The specified file does not exist", focus("editFileName"));
+}
+
+void TfrmImportJVData::btnOKClick() {
+  checkFileName();
+  status_ = "Importing to memory";
+  makeImportTable(database());
+  try {
+    loadVoucherFile(database(), fileName_.value.asText(), [this](std::uint64_t done, std::uint64_t total) {
+      app().person().progress({.text = status_, .done = static_cast<long>(done), .total = static_cast<long>(total)});
+    });
+    importRows();
+  } catch (...) {
+    dropImportTable(database());
+    status_.clear();
+    throw;
+  }
+  dropImportTable(database());
+  setResult(true);
+}
+
+void TfrmImportJVData::importRows() {
+  status_ = "Importing";
+  store::Query qryImport(
+      database(),
+      "SELECT I.Account, I.SubAccount1, I.SubAccount2, I.SubAccount3, I.Amount, A.GLAccountID, S1.SubAccountID AS "
+      "SubAccount1ID, S2.SubAccountID AS SubAccount2ID, S3.SubAccountID AS SubAccount3ID "
+      "FROM \"\\Memory\\JVDataImport\" I LEFT OUTER JOIN GLAccnt A ON A.GLAccount = I.Account "
+      "LEFT OUTER JOIN GLAcSub1 S1 ON S1.SubAccount = I.SubAccount1 "
+      "LEFT OUTER JOIN GLAcSub2 S2 ON S2.SubAccount = I.SubAccount2 "
+      "LEFT OUTER JOIN GLAcSub3 S3 ON S3.SubAccount = I.SubAccount3");
+  qryImport.open();
+  const auto total = static_cast<long>(qryImport.recordCount());
+  const store::Database::BulkScope bulk(database());
+  long done = 0;
+  for (qryImport.first(); !qryImport.eof(); qryImport.next()) {
+    if (++done % 256 == 0) app().person().progress({.text = status_, .done = done, .total = total});
+    if (!mayAdd(qryImport)) continue;
+    VoucherLine line{.account = qryImport.value("GLAccountID"), .subaccounts = {}, .amount = qryImport.value("Amount")};
+    for (int level = 1; level <= kSubaccountLevels; ++level)
+      line.subaccounts[level - 1] = qryImport.value(subaccountField(level));
+    taker_->addLine(line);
+  }
+  database().settle();
+}
+
+// Yes: the row is left out. No: the import ends; rows already added stay.
+bool TfrmImportJVData::skips(const std::string& text) {
+  database().settle();
+  if (!app().person().confirm(text, form::Tone::warning, form::Button::no)) form::abort();
+  return true;
+}
+
+bool TfrmImportJVData::mayAdd(store::Cursor& row) {
+  if (row["GLAccountID"].isNull())
+    return !skips("Account '" + row["Account"].asText() +
+                  "' does not exist.\rData for this account cannot be imported.\r\rDo you want to continue?");
+  for (int level = 1; level <= kSubaccountLevels; ++level) {
+    const std::string name = "SubAccount" + std::to_string(level);
+    if (row[name].isNull() || !row[name + "ID"].isNull()) continue;
+    return !skips(name + " '" + row[name].asText() + "' does not exist.\rData for this " + name +
+                  " cannot be imported.\r\rDo you want to continue?");
+  }
+  return true;
+}
+
+}  // namespace
+
+ScreenPtr makeImportJVData(shell::Session& session) { return std::make_unique<TfrmImportJVData>(session); }
+
+}  // namespace quillon::ledger

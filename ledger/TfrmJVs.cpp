@@ -1,0 +1,126 @@
+// The list of journal vouchers, of every source.
+//
+// Keeps: only an unposted voucher that was made by hand is deleted, with its lines, and only such a one is copied.
+#include "form/App.h"
+#include "form/ListScreen.h"
+#include "form/UsedBy.h"
+#include "ledger/MakeScreens.h"
+#include "shell/Session.h"
+#include "store/Database.h"
+#include "store/Query.h"
+
+namespace quillon::ledger {
+namespace {
+
+using store::Value;
+
+class TfrmJVs final : public form::ListScreen {
+ public:
+  explicit TfrmJVs(shell::Session& session);
+
+ private:
+  void build(form::Layout& layout) override;
+  void tblJVBeforeDelete();
+  void tblJVAfterDelete();
+  void mnuCopyClick();
+  void mnuUnpostClick();
+  void find(const std::string& typed) override;
+  std::string number() { return tblJV["JVNumber"].value().toText(); }
+  std::string periodText();
+  std::string sourceText();
+
+  form::Table tblJV{*this, "JV"};
+  Value deleting_;  // JVID
+};
+
+TfrmJVs::TfrmJVs(shell::Session& session)
+    : ListScreen(session.app(), {.title = "Journal Vouchers",
+                                 .record = "TfrmJV",
+                                 .key = "JVID",
+                                 .filterScreen = "TfrmJVsFilter",
+                                 .find = "TfrmJVsFind"}) {
+  tblJV.events.beforeDelete = [this] { tblJVBeforeDelete(); };
+  tblJV.events.afterDelete = [this] { tblJVAfterDelete(); };
+}
+
+void TfrmJVs::build(form::Layout& l) {
+  tblJV.setIndex("PeriodJVNumberDESC");
+  form::Control& edit = editMenu(l);
+  form::Control& post = l.entry("mnuPost", "&Post...", [this] { app().runModal("TfrmJVsPost"); }).disabled();
+  form::Control& copy = l.entry("mnuCopy", "&Copy", &TfrmJVs::mnuCopyClick);
+  form::Control& unpost = l.entry("mnuUnpost", "&Unpost Selected JV", &TfrmJVs::mnuUnpostClick);
+  form::Control& history = l.entry("mnuHistory", "&History", [] {}).disabled();
+  form::Control& printList = l.entry("mnuPrintList", "Print &List...", [] {}).disabled();
+  form::Control& print = l.entry("mnuPrint", "Print &Selected JV...", [] {}).disabled();
+  form::Control& sort = l.menu("&Sort by", sortEntry(l, "mnuSortPeriod", "Period &ascending", "PeriodJVNumber"),
+                               sortEntry(l, "mnuSortPeriodDESC", "Period &descending", "PeriodJVNumberDESC"),
+                               sortEntry(l, "mnuSortJVNo", "&JV no.", "JVNumber"),
+                               sortEntry(l, "mnuSortDescription", "D&escription", "Description_PeriodJVNumberDESC"));
+  l.row(edit, l.menu("&JV", copy, post, unpost, history, printList, print), sort);
+  listGrid(l, l.columns(l.shownColumn(
+                            "GLPeriod", "Period", [this] { return periodText(); }, 7),
+                        l.column("JV no.", tblJV["JVNumber"]),
+                        l.shownColumn(
+                            "Source", "Source", [this] { return sourceText(); }, 6),
+                        l.column("Date", tblJV["TransDate"]), l.column("Description", tblJV["TransDescription"]),
+                        l.column("Amount", tblJV["JVAmount"])));
+}
+
+std::string TfrmJVs::periodText() {
+  return tblJV["GLPeriod"].isNull() ? "" : tblJV["GLPeriod"].value().toText() + "/" + tblJV["GLYear"].value().toText();
+}
+
+std::string TfrmJVs::sourceText() {
+  const std::string text = tblJV["Source"].asText() + " " + tblJV["TransType"].asText();
+  return text == "AP Chq" ? "AP Pmt" : text;
+}
+
+void TfrmJVs::tblJVBeforeDelete() {
+  const std::string name = number();
+  if (!app().person().confirm("Delete JV '" + name + "'?")) form::abort();
+  const std::string refusal = "Unable to delete JV '" + name + "'...\r";
+  if (tblJV["Source"].asText() != "GL") form::refuse(refusal + "Its source is not GL");
+  // Under the lock the row is as it is now, and nobody has it open.
+  tblJV.edit();
+  if (tblJV["Posted"].asBool()) {
+    tblJV.cancel();
+    form::refuse(refusal + "It has already been posted.\r(Posted JVs can be unposted from the \"Edit\" screen).");
+  }
+  deleting_ = tblJV.value("JVID");
+  tblJV.cancel();
+}
+
+void TfrmJVs::tblJVAfterDelete() {
+  store::Query lines(database(), "DELETE FROM JVDet WHERE JVID = :id");
+  lines.setParameter("id", deleting_);
+  lines.execute();
+}
+
+void TfrmJVs::mnuCopyClick() {
+  requireRow();
+  if (tblJV["Source"].asText() != "GL") form::refuse("Unable to copy JV '" + number() + "'...\rIts source is not GL");
+  const Value id = tblJV.value("JVID");
+  store::Database& company = database();
+  company.startTransaction({"JV", "JVDet", "JVCtl"});
+  try {
+    app().open("TfrmJV", {.newRow = true, .values = {{"copyFrom", id}}});
+    company.commit(true);
+  } catch (...) {
+    if (company.inTransaction()) company.rollback();
+    throw;
+  }
+}
+
+void TfrmJVs::mnuUnpostClick() {
+  app().person().show(form::Tone::information,
+                      "Posted JVs (except those from prior years, but you can re-open the year) can be unposted\rfrom "
+                      "the “Edit” screen if they need to be edited or deleted.");
+}
+
+void TfrmJVs::find(const std::string& typed) { app().runModal("TfrmJVsFind", {.values = {{"text", Value(typed)}}}); }
+
+}  // namespace
+
+ScreenPtr makeJVs(shell::Session& session) { return std::make_unique<TfrmJVs>(session); }
+
+}  // namespace quillon::ledger

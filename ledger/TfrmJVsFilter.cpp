@@ -1,0 +1,50 @@
+// The conditions of the list of vouchers.
+#include "form/FilterScreen.h"
+#include "ledger/MakeScreens.h"
+#include "shell/Session.h"
+
+namespace quillon::ledger {
+namespace {
+
+using store::Value;
+
+class TfrmJVsFilter final : public form::FilterScreen {
+ public:
+  explicit TfrmJVsFilter(shell::Session& session) : FilterScreen(session.app(), "TfrmJVs") {
+    clears(source_);
+    clears(posted_);
+  }
+  std::string title() override { return "JVs Filter"; }
+
+ private:
+  // The value of a source is its condition.
+  static form::ConverterPtr sources() {
+    return form::choicesConverter({{Value(), "All"},
+                                   {Value("(Source = 'AP') AND (TransType = 'Inv')"), "AP Invoices"},
+                                   {Value("(Source = 'AP') AND (TransType = 'Chq')"), "AP Payments"},
+                                   {Value("(Source = 'AR') AND (TransType = 'Inv')"), "AR Invoices"},
+                                   {Value("(Source = 'AR') AND (TransType = 'Pmt')"), "AR Payments"},
+                                   {Value("(Source = 'GL')"), "GL JVs"},
+                                   {Value("(Source = 'IN')"), "Inv Adjustments"}});
+  }
+
+  void build(form::Layout& l) override {
+    l.chooser("cboSource", "&Source:", source_, sources());
+    l.choice("radPosted", "&Posted", posted_, form::yesNoAllConverter());
+    buttons(l);
+  }
+
+  std::string expression() const override {
+    const std::string source = source_.value.asText();
+    if (posted_.value.isNull()) return source;
+    return form::allOf({source, posted_.value.asBool() ? "(Posted = true)" : "(Posted = false)"});
+  }
+
+  form::Variable source_, posted_;
+};
+
+}  // namespace
+
+ScreenPtr makeJVsFilter(shell::Session& session) { return std::make_unique<TfrmJVsFilter>(session); }
+
+}  // namespace quillon::ledger

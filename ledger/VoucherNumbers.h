@@ -1,0 +1,21 @@
+#pragma once
+
+namespace quillon::form {
+class App;
+}
+
+namespace quillon::ledger {
+
+// Numbers of a voucher: the id by which everything finds it, and the number that people know it by, unique in a period.
+struct VoucherNumbers {
+  int id = 0;
+  int number = 0;
+};
+
+// Takes the next ones; they are spent, whatever becomes of the voucher. Whether another voucher of the period has the
+// number is not looked at: its saving will tell.
+VoucherNumbers takeVoucherNumbers(form::App& app);
+
+inline constexpr int kLowestVoucherNumber = 1001, kHighestVoucherNumber = 10000000;
+
+}  // namespace quillon::ledger
