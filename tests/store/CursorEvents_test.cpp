@@ -3,7 +3,6 @@
 
 #include "base/Errors.h"
 #include "store/Cursor.h"
-#include "store/Glance.h"
 #include "support/SimProcess.h"
 
 namespace quillon::store {
@@ -389,68 +388,6 @@ TEST_F(CursorEventsTest, DetailsFollowTheirMastersBuffer) {
   EXPECT_EQ(lines.recordCount(), 4u);
   cust.close();
   EXPECT_TRUE(lines.isEmpty());
-}
-
-TEST_F(CursorEventsTest, ChecksAndChangesOfFieldsRunForEverySetButUnderSilence) {
-  Cursor cursor(database(), "Cust");
-  cursor.open();
-  std::string told;
-  cursor.events.onValidate = [&](int position, const Value& next) {
-    if (position == cursor.fieldPosition("Group") && next.asInt() > 9) throw Error("too large");
-  };
-  cursor.events.onChange = [&](int position, const Value& old) {
-    told += cursor.definition().fields[static_cast<std::size_t>(position)].name + ":" + old.toText() + " ";
-  };
-  cursor.insert();
-  cursor["Group"] = 5;
-  EXPECT_THROW(cursor["Group"] = 10, Error);
-  EXPECT_EQ(cursor["Group"].asInt(), 5);
-  cursor["Group"] = 5;
-  {
-    const Cursor::Silence silence(cursor);
-    cursor["Group"] = 10;
-    cursor["Name"] = "Quiet";
-  }
-  EXPECT_EQ(told, "Group:null Group:5 ");
-}
-
-TEST_F(CursorEventsTest, AGlanceSeesOtherRowsWhileARowIsBeingEdited) {
-  Cursor cursor(database(), "Cust"), lines(database(), "Line", follows{cursor, "ID", "ByCust"});
-  cursor.open();
-  for (const char* name : {"Ada", "Ben", "Cem"}) add(cursor, name);
-  lines.open();
-  cursor.first();
-  cursor.next();
-  cursor.edit();
-  cursor["Name"] = "Bea";
-  lines.append();
-  lines["Amount"] = 7;
-  int scrolls = 0;
-  cursor.events.afterScroll = [&] { ++scrolls; };
-  {
-    Glance glance(cursor);
-    EXPECT_EQ(cursor["Name"].asText(), "Ben") << "the row as it is stored";
-    EXPECT_TRUE(glance.next());
-    EXPECT_EQ(cursor["Name"].asText(), "Cem");
-    EXPECT_FALSE(glance.next());
-    EXPECT_TRUE(glance.goTo(1));
-    EXPECT_EQ(cursor["Name"].asText(), "Ada");
-    EXPECT_FALSE(glance.goTo(4));
-  }
-  EXPECT_EQ(cursor.state(), CursorState::edit);
-  EXPECT_EQ(cursor["Name"].asText(), "Bea");
-  EXPECT_EQ(lines.state(), CursorState::insert) << "the line that is being entered stays";
-  EXPECT_EQ(lines["Amount"].asInt(), 7);
-  EXPECT_EQ(scrolls, 0);
-  cursor.cancel();
-  cursor.append();
-  {
-    Glance glance(cursor);
-    EXPECT_TRUE(glance.first());
-    EXPECT_EQ(cursor["Name"].asText(), "Ada");
-  }
-  EXPECT_EQ(cursor.state(), CursorState::insert);
-  EXPECT_TRUE(cursor["Name"].isNull());
 }
 
 }  // namespace
