@@ -8,6 +8,22 @@
 #include "store/Errors.h"
 
 namespace quillon::form {
+namespace {
+
+// Stands at the end of the list while it lives, on whatever path it ends.
+template <typename T>
+class Standing {
+ public:
+  Standing(std::vector<T>& list, T some) : list_(list) { list_.push_back(some); }
+  ~Standing() { list_.pop_back(); }
+  Standing(const Standing&) = delete;
+  Standing& operator=(const Standing&) = delete;
+
+ private:
+  std::vector<T>& list_;
+};
+
+}  // namespace
 
 App::App(Person& person, const Registry& registry, Formats formats, std::string title)
     : person_(person), registry_(registry), formats_(std::move(formats)), title_(std::move(title)) {}
@@ -91,11 +107,12 @@ Screen& App::open(std::string_view className, const Open& open) {
 Result App::runModal(std::string_view className, const Open& open) {
   Screen& screen = this->open(className, open);
   const int before = screen.layer;
-  modals_.push_back(&screen);
-  screen.layer = static_cast<int>(modals_.size());
-  person_.runModal(screen);
+  {
+    const Standing onTop(modals_, &screen);
+    screen.layer = static_cast<int>(modals_.size());
+    person_.runModal(screen);
+  }
   // Screens that were opened meanwhile and stay belong to the layer below from now on.
-  modals_.pop_back();
   for (const auto& other : screens_) other->layer = std::min(other->layer, static_cast<int>(modals_.size()));
   screen.layer = before;
   Result result = screen.result();
@@ -168,40 +185,46 @@ bool App::accepts(const Screen& screen) const {
 Ended App::run(Screen& screen, const std::string& name, const std::function<void()>& action) {
   if (!accepts(screen)) throw Error("'" + name + "' has to wait: something else is running");
   Ended ended{.command = name};
-  Place place;
+  {
+    const Standing running(running_, static_cast<int>(modals_.size()));
+    const Place place = attempt(action, ended);
+    person_.hourglass(false);
+    if (screen.visible()) attempt([&] { screen.goTo(place); }, ended);
+  }
+  if (screen.visible() && screen.hasResult()) leave(screen);
+  settleClosing();
+  if (watcher_) watcher_->ended(ended);
+  if (running_.empty()) sweep();
+  return ended;
+}
+
+// Tells what goes wrong; gives where the focus goes then.
+Place App::attempt(const std::function<void()>& action, Ended& ended) {
   const auto failed = [&](const Error& error) {
     ended.ok = false;
     ended.error = error.what();
     person_.hourglass(false);
     person_.show(Tone::error, ended.error, title_);
   };
-  running_.push_back(static_cast<int>(modals_.size()));
   try {
     action();
   } catch (const SilentStop& stop) {
     ended.ok = false;
     ended.aborted = true;
-    place = stop.place();
+    return stop.place();
   } catch (const Abort&) {
     ended.ok = false;
     ended.aborted = true;
   } catch (const Refusal& refusal) {
     failed(refusal);
-    place = refusal.place();
+    return refusal.place();
   } catch (const store::StoreError& error) {
     ended.code = error.number();
     failed(error);
   } catch (const Error& error) {
     failed(error);
   }
-  person_.hourglass(false);
-  if (screen.visible()) screen.goTo(place);
-  running_.pop_back();
-  if (screen.visible() && screen.hasResult()) leave(screen);
-  settleClosing();
-  if (watcher_) watcher_->ended(ended);
-  if (running_.empty()) sweep();
-  return ended;
+  return {};
 }
 
 void App::settleClosing() {

@@ -75,6 +75,8 @@ class App {
   Screen* find(std::string_view instanceName) const;  // among those on view and those hidden; null
   // Asks it to close; false when it stays.
   bool close(Screen& screen);
+  // Closes it without a question; what is being edited is undone.
+  void dismiss(Screen& screen) { leave(screen); }
   const std::vector<std::unique_ptr<Screen>>& screens() const { return screens_; }
   Screen* active() const;  // the one in front, of the top layer
   Screen* modal() const { return modals_.empty() ? nullptr : modals_.back(); }
@@ -94,6 +96,7 @@ class App {
   Screen& make(const ScreenEntry& entry);
   const ScreenEntry& entryOf(std::string_view className) const;
   void bring(Screen& screen);
+  Place attempt(const std::function<void()>& action, Ended& ended);
   void leave(Screen& screen);
   void sweep();
   void settleClosing();

@@ -55,9 +55,10 @@ template <typename T>
 class Asked {
  public:
   Asked() = default;
-  Asked(T fixed) : fixed_(std::move(fixed)) {}
-  Asked(const char* fixed) requires std::same_as<T, std::string> : fixed_(fixed) {}
-  Asked(std::function<T()> ask) : ask_(std::move(ask)) {}
+  template <std::convertible_to<T> Fixed>
+  Asked(Fixed&& fixed) : fixed_(std::forward<Fixed>(fixed)) {}
+  template <std::invocable Ask>
+  Asked(Ask ask) : ask_(std::move(ask)) {}
   T operator()() const { return ask_ ? ask_() : fixed_; }
   bool isAsked() const { return static_cast<bool>(ask_); }
 

@@ -15,6 +15,11 @@ std::string_view nameOf(Tone tone) {
   return kNames[static_cast<std::size_t>(tone)];
 }
 
+std::string Dialog::title() const {
+  constexpr std::array<const char*, 5> kCaptions = {"Information", "Warning", "Error", "Confirm", "Stop"};
+  return caption.empty() ? kCaptions[static_cast<std::size_t>(tone)] : caption;
+}
+
 Button Dialog::dismissal() const {
   for (const Button button : {Button::cancel, Button::no, Button::ok})
     if (std::ranges::find(buttons, button) != buttons.end()) return button;

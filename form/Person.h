@@ -23,6 +23,7 @@ struct Dialog {
   Button standard = Button::ok;  // what Enter presses
   std::string caption = {};      // empty: that of the tone, such as "Warning"
 
+  std::string title() const;  // the caption
   // What closing the dialog without a button means: Cancel, or No, or OK, the first of them that it has.
   Button dismissal() const;
 };

@@ -1,5 +1,7 @@
 #include "form/Screen.h"
 
+#include <algorithm>
+
 #include "base/Text.h"
 #include "form/App.h"
 #include "form/Grid.h"
@@ -17,8 +19,8 @@ Control* search(Control& control, const Test& test) {
   return nullptr;
 }
 
-bool takesFocus(const Control& control) {
-  switch (control.kind()) {
+bool takesFocus(Kind kind) {
+  switch (kind) {
     case Kind::edit:
     case Kind::memo:
     case Kind::check:
@@ -26,10 +28,36 @@ bool takesFocus(const Control& control) {
     case Kind::choice:
     case Kind::list:
     case Kind::grid:
-      return control.visible() && control.enabled();
+    case Kind::button:
+      return true;
     default:
       return false;
   }
+}
+
+bool pathFrom(Control& from, const Control& to, std::vector<Control*>& path) {
+  for (const auto& child : from.children()) {
+    path.push_back(child.get());
+    if (child.get() == &to || pathFrom(*child, to, path)) return true;
+    path.pop_back();
+  }
+  return false;
+}
+
+bool turns(const Control& control) { return control.kind() == Kind::pages || control.kind() == Kind::steps; }
+
+// The place of a page among those of what holds it.
+int placeOf(const Control& holder, const Control& page) {
+  const auto& pages = holder.children();
+  return static_cast<int>(std::ranges::find(pages, &page, &std::unique_ptr<Control>::get) - pages.begin());
+}
+
+void collectFocusable(Control& control, std::vector<Control*>& all) {
+  if (!control.visible() || !control.enabled()) return;
+  if (takesFocus(control.kind())) all.push_back(&control);
+  int place = 0;
+  for (const auto& child : control.children())
+    if (!turns(control) || place++ == control.page) collectFocusable(*child, all);
 }
 
 }  // namespace
@@ -53,6 +81,40 @@ Control* Screen::gridOf(const store::Cursor& cursor) {
   return search(*root_, [&](const Control& control) { return control.grid() && &control.grid()->cursor() == &cursor; });
 }
 
+std::vector<Control*> Screen::pathTo(const Control& control) {
+  std::vector<Control*> path;
+  pathFrom(*root_, control, path);
+  return path;
+}
+
+bool Screen::isVisible(const Control& control) {
+  const std::vector<Control*> path = pathTo(control);
+  for (std::size_t i = 0; i < path.size(); ++i) {
+    if (!path[i]->visible()) return false;
+    if (i > 0 && path[i - 1]->kind() == Kind::steps && placeOf(*path[i - 1], *path[i]) != path[i - 1]->page)
+      return false;
+  }
+  return true;
+}
+
+bool Screen::isEnabled(const Control& control) {
+  return std::ranges::all_of(pathTo(control), [](const Control* some) { return some->enabled(); });
+}
+
+std::vector<Control*> Screen::tabOrder() {
+  std::vector<Control*> all;
+  collectFocusable(*root_, all);
+  return all;
+}
+
+void Screen::setFocus(Control* control) {
+  focused_ = control;
+  if (control == nullptr) return;
+  const std::vector<Control*> path = pathTo(*control);
+  for (std::size_t i = 1; i < path.size(); ++i)
+    if (turns(*path[i - 1])) path[i - 1]->page = placeOf(*path[i - 1], *path[i]);
+}
+
 Control* Screen::target() const {
   if (focused_ == nullptr || !focused_->grid()) return focused_;
   const Grid& grid = *focused_->grid();
@@ -74,7 +136,8 @@ void Screen::takeTyped() {
   if (control == nullptr || control->binding() == nullptr) return typed_.reset();
   taking_ = control;
   const Taking taking{taking_};
-  control->binding()->take(*typed_);
+  const std::string typed = *typed_;  // a handler of the change may move the focus
+  control->binding()->take(typed);
   typed_.reset();
 }
 
@@ -84,7 +147,7 @@ void Screen::goTo(const Place& place) {
   if (control == nullptr && !place.control.empty()) control = findField(place.control);
   if (control == nullptr) return;
   if (control != focused_) typed_.reset();
-  focused_ = control;
+  setFocus(control);
   Grid* grid = control->grid();
   if (grid == nullptr) return;
   for (std::size_t i = 0; i < grid->columns().size(); ++i)
@@ -94,7 +157,9 @@ void Screen::goTo(const Place& place) {
 
 void Screen::focusFirst() {
   typed_.reset();
-  focused_ = search(*root_, takesFocus);
+  const std::vector<Control*> all = tabOrder();
+  const auto first = std::ranges::find_if(all, [](const Control* some) { return some->kind() != Kind::button; });
+  focused_ = first != all.end() ? *first : all.empty() ? nullptr : all.front();
 }
 
 void Screen::prepare(const ScreenEntry& entry, std::string name) {

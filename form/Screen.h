@@ -56,6 +56,14 @@ class Screen {
   Control* find(std::string_view name);  // in any case; null when there is none
   Control* findField(std::string_view field);
   Control* gridOf(const store::Cursor& cursor);
+  // A control and all that hold it, from the outside in; the screen's outermost group is not among them.
+  std::vector<Control*> pathTo(const Control& control);
+  // Whether it and all that hold it are visible; of steps only those in the one on view are. A page that is turned away
+  // counts: who goes there turns it.
+  bool isVisible(const Control& control);
+  bool isEnabled(const Control& control);  // with all that hold it
+  // What takes the focus, in the order of the Tab key: fields, grids and buttons on view.
+  std::vector<Control*> tabOrder();
   bool visible() const { return visible_; }
   bool minimised = false;
 
@@ -81,7 +89,7 @@ class Screen {
   int layer = 0;  // of modal screens, that it was opened in
 
   // Called by Input.
-  void setFocus(Control* control) { focused_ = control; }
+  void setFocus(Control* control);  // turns the pages that hold it
   void setTyped(std::optional<std::string> text) { typed_ = std::move(text); }
   void takeTyped();  // raises what is wrong with it; then text and focus stay
   void dropTyped() { typed_.reset(); }
