@@ -36,8 +36,8 @@ void Input::require(Screen& screen) const {
 
 void Input::requireUsable(Screen& screen, const Control& control) const {
   require(screen);
-  if (!control.visible()) throw Error("'" + commandName(screen, control) + "' is not visible");
-  if (!control.enabled()) throw Error("'" + commandName(screen, control) + "' is disabled");
+  if (!screen.isVisible(control)) throw Error("'" + commandName(screen, control) + "' is not visible");
+  if (!screen.isEnabled(control)) throw Error("'" + commandName(screen, control) + "' is disabled");
 }
 
 // What is typed where the focus was is taken before it goes on.
@@ -124,6 +124,8 @@ Ended Input::keys(Screen& screen, std::string_view characters) {
 
 Ended Input::set(Screen& screen, Control& control, std::string_view text) {
   requireUsable(screen, control);
+  if (!control.binding() && !control.grid())
+    throw Error("Nothing can be typed into '" + commandName(screen, control) + "'");
   return app_.run(screen, commandName(screen, control), [&] {
     if (screen.focused() != &control) {
       take(screen);
@@ -148,6 +150,7 @@ Ended Input::setCell(Screen& screen, Control& grid, std::uint64_t row, std::stri
 
 Ended Input::choose(Screen& screen, Control& control, const store::Value& value) {
   requireUsable(screen, control);
+  if (!control.binding()) throw Error("Nothing can be chosen in '" + commandName(screen, control) + "'");
   return app_.run(screen, commandName(screen, control), [&] {
     if (screen.focused() != &control) {
       take(screen);
@@ -193,6 +196,29 @@ Ended Input::grid(Screen& screen, Control& control, std::string_view action) {
       grid->remove();
     else
       throw Error("A grid cannot '" + std::string(action) + "'");
+  });
+}
+
+Ended Input::locate(Screen& screen, Control& control, const std::string& fields,
+                    const std::vector<store::Value>& values) {
+  requireUsable(screen, control);
+  Grid* grid = control.grid();
+  if (grid == nullptr) throw Error("'" + commandName(screen, control) + "' is no grid");
+  return app_.run(screen, commandName(screen, control), [&] {
+    take(screen);
+    screen.setFocus(&control);
+    if (!grid->cursor().locate(fields, values)) throw Error("No row of '" + control.name() + "' has these values");
+  });
+}
+
+Ended Input::turn(Screen& screen, Control& control, int page) {
+  requireUsable(screen, control);
+  if (control.kind() != Kind::pages) throw Error("'" + commandName(screen, control) + "' has no pages to turn");
+  if (page < 0 || page >= static_cast<int>(control.children().size()))
+    throw Error("'" + commandName(screen, control) + "' has no page " + std::to_string(page));
+  return app_.run(screen, commandName(screen, control), [&] {
+    take(screen);
+    control.page = page;
   });
 }
 

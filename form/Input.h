@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,10 +27,14 @@ class Input {
   Ended setCell(Screen& screen, Control& grid, std::uint64_t row, std::string_view column, std::string_view text);
   Ended click(Screen& screen, Control& control);
   Ended choose(Screen& screen, Control& control, const store::Value& value);  // check boxes, choosers, months
-  // "Enter", "Esc", "Tab", "Shift+Tab", "F2", "F5", "Insert", "Delete", "Up", "Down", "PgUp", "PgDn", "Home", "End",
-  // "Ctrl+F", access keys "Alt+N".
+  // The screen's shortcuts ("Ctrl+F"), access keys ("Alt+N"), "Enter", "Esc", "Tab", "Shift+Tab", "F2", "F5", "Insert",
+  // "Delete", "Up", "Down", "Left", "Right", "PgUp", "PgDn", "Home", "End", "Ctrl+Home", "Ctrl+End", "Space",
+  // "Backspace", or a character. Error for a key that does nothing where the focus is.
   Ended key(Screen& screen, std::string_view key);
   Ended grid(Screen& screen, Control& grid, std::string_view action);  // append, insert, delete, up, down
+  // Stands on the first row in which the fields (joined by ';') hold the values.
+  Ended locate(Screen& screen, Control& grid, const std::string& fields, const std::vector<store::Value>& values);
+  Ended turn(Screen& screen, Control& pages, int page);  // 0 is the first
   Ended close(Screen& screen);
   // What the main window's menu does; `main` is that window.
   Ended menu(Screen& main, const MenuRow& row);
@@ -40,6 +45,13 @@ class Input {
   void requireUsable(Screen& screen, const Control& control) const;
   void begin(Screen& screen);
   void take(Screen& screen);
+  Ended accessKeyPressed(Screen& screen, const std::string& letter);
+  Ended escape(Screen& screen);
+  Ended tab(Screen& screen, int step);
+  Ended enter(Screen& screen);
+  Ended openPicker(Screen& screen);
+  std::optional<Ended> keyInGrid(Screen& screen, Control& control, const std::string& key);
+  std::optional<Ended> keyInField(Screen& screen, Control& control, const std::string& key);
 
   App& app_;
 };
