@@ -14,6 +14,7 @@
 #include "apps/ProbeCommand.h"
 #include "apps/SqlCommand.h"
 #include "apps/VerifyCommand.h"
+#include "apps/drive/DriveCommand.h"
 #include "base/Errors.h"
 
 // The command line tool. A word of the table below for each thing it does.
@@ -21,6 +22,8 @@ namespace quillon::apps {
 namespace {
 
 constexpr Command kCommands[] = {
+    {"drive", "[FOLDER] [--today YYYY-MM-DD] [--country NAME] [--date-format FMT]",
+     "the program without a window, driven by lines of JSON; docs/DRIVE.md tells them", driveCommand},
     {"create", "FOLDER", "make a new company: its tables, without data", createCommand},
     {"sql", "FOLDER [STATEMENT] [--json] [--keep-going]", "run statements, from standard input without STATEMENT",
      sqlCommand},
