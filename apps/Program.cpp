@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/Errors.h"
+#include "ledger/Screens.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
 
@@ -60,6 +61,7 @@ Program::Program(const platform::Given& given, const std::string& folder, form::
                 .userName = desktop_.userName()}),
       input_(session_.app()) {
   shell::registerScreens(session_);
+  ledger::registerScreens(session_);
   if (!folder.empty()) {
     session_.openCompany(folder);
     store::Cursor users(session_.database(), "Users");
