@@ -179,7 +179,9 @@ void appendJsonText(std::string& out, std::string_view text) {
   while (!text.empty()) {
     const std::string_view one = firstCharacters(text, 1);
     const auto byte = static_cast<unsigned char>(text.front());
-    if (byte < 0x20) {
+    if (byte == '\r' || byte == '\n' || byte == '\t') {
+      out.append(1, '\\').append(1, byte == '\r' ? 'r' : byte == '\n' ? 'n' : 't');
+    } else if (byte < 0x20) {
       out += "\\u00";
       out += kHexDigits[byte >> 4];
       out += kHexDigits[byte & 15];
