@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <set>
 
 #include "store/Errors.h"
@@ -241,18 +240,6 @@ TEST_F(SimDiskTest, ImagesAreDurableAndApart) {
   EXPECT_EQ(textOf(disk_, "A.DAT"), "xxx");
 }
 
-TEST(SimDiskOptions, PlantedBugsLoseWhatWasPromised) {
-  for (const bool folder : {false, true}) {
-    SimDisk disk({.ignoreSync = !folder, .ignoreFolderSync = folder});
-    const auto files = disk.process();
-    const auto file = files->open("A.DAT", OpenMode::create);
-    file->write(0, bytes("new"));
-    file->sync();
-    files->syncFolder("");
-    EXPECT_EQ(outcomes(disk, "A.DAT"), folder ? (Set{"(missing)", "new"}) : (Set{"", "new"}));
-  }
-}
-
 TEST(CutChooserTest, ChancesReachEveryFateOfManyOperations) {
   SimDisk disk;
   const auto files = disk.process();
@@ -268,28 +255,6 @@ TEST(CutChooserTest, ChancesReachEveryFateOfManyOperations) {
   }
   EXPECT_EQ(seen[0].size(), 2u);  // the name: there or not
   for (std::size_t j = 1; j < seen.size(); ++j) EXPECT_EQ(seen[j].size(), 5u);
-}
-
-// Crash tests look at tens of thousands of images; the copy of untouched bytes must cost next to nothing.
-TEST(SimDiskSpeed, ImagesAreCheap) {
-  SimDisk disk;
-  const auto files = disk.process();
-  const std::string page(4096, 'p');
-  std::vector<std::unique_ptr<store::File>> open;
-  for (const char* name : {"A.DAT", "A.IDX", "A.BLB", "journal"}) {
-    open.push_back(files->open(name, OpenMode::create));
-    for (std::uint64_t i = 0; i < 75; ++i) open.back()->write(i * page.size(), bytes(page));
-    open.back()->sync();
-  }
-  files->syncFolder("");
-  for (std::uint64_t i = 0; i < 5; ++i) open[i % 4]->write(i * 3 * page.size(), bytes(page));
-  const CutChooser cuts(disk, 5000, 1);
-  const auto start = std::chrono::steady_clock::now();
-  for (std::size_t i = 0; i < cuts.count(); ++i) disk.imageAfterCut(cuts.choice(i));
-  const std::chrono::duration<double, std::milli> spent = std::chrono::steady_clock::now() - start;
-  RecordProperty("images", static_cast<int>(cuts.count()));
-  RecordProperty("milliseconds", static_cast<int>(spent.count()));
-  EXPECT_LT(spent.count() / static_cast<double>(cuts.count()), 1.0);
 }
 
 }  // namespace

@@ -10,6 +10,11 @@
 namespace quillon::sim {
 namespace {
 
+constexpr int kDeepest = 4;                 // cuts behind the first one
+constexpr std::size_t kCutsInRecovery = 2;  // at one moment
+constexpr std::size_t kMomentsPassed = 3;   // of a recovery; of so many one is cut
+constexpr std::size_t kDeeperOneIn = 15;
+
 std::string joined(const std::vector<std::string>& lines) {
   std::string text;
   for (const std::string& line : lines) text += "\n  " + line;
@@ -145,22 +150,58 @@ std::uint64_t digestOf(const SimDisk& image) {
   return digest;
 }
 
+bool Cuts::isNew(const SimDisk& image, const Allowed& allowed) {
+  const void* const where[] = {allowed.front(), allowed.back()};
+  const bool fresh = seen_.insert(store::hashBytes(where, sizeof where, digestOf(image))).second;
+  ++(fresh ? images_ : repeated_);
+  return fresh;
+}
+
 std::optional<std::string> Cuts::at(const SimDisk& disk, const Allowed& allowed, std::size_t limit) {
   const CutChooser chooser(disk, limit, seed_ + disk.events());
   for (std::size_t i = 0; i < chooser.count(); ++i) {
     SimDisk image = disk.imageAfterCut(chooser.choice(i));
-    const void* const where[] = {allowed.front(), allowed.back()};
-    const std::uint64_t key = store::hashBytes(where, sizeof where, digestOf(image));
-    if (!seen_.insert(key).second) {
-      ++repeated_;
-      continue;
-    }
-    ++images_;
+    if (!isNew(image, allowed)) continue;
     if (auto wrong = checkImage(image, work_, allowed, images_ % 8 == 0, seed_ + images_))
       return "cut at event " + std::to_string(disk.events()) + ", image " + std::to_string(i) + " of " +
              std::to_string(chooser.count()) + ": " + *wrong;
   }
   return std::nullopt;
+}
+
+std::optional<std::string> Cuts::recovering(const SimDisk& disk, const Allowed& allowed, std::size_t limit) {
+  const CutChooser chooser(disk, limit, seed_ + disk.events());
+  for (std::size_t i = 0; i < chooser.count(); ++i)
+    if (auto wrong = recover(disk.imageAfterCut(chooser.choice(i)), allowed, kDeepest))
+      return "cut at event " + std::to_string(disk.events()) + ", " + *wrong;
+  return std::nullopt;
+}
+
+// The next user opens the folder, looks at it and leaves; before each change that this makes the power is cut.
+std::optional<std::string> Cuts::recover(SimDisk disk, const Allowed& allowed, int depth) {
+  std::optional<std::string> wrong;
+  disk.beforeEvent([&](const SimEvent& event) {
+    if (wrong || !changesDisk(event.call) || !random_.oneIn(kMomentsPassed)) return;
+    const CutChooser chooser(disk, kCutsInRecovery, seed_ + images_ + event.number);
+    for (std::size_t i = 0; i < chooser.count() && !wrong; ++i) {
+      const SimDisk image = disk.imageAfterCut(chooser.choice(i));
+      if (!isNew(image, allowed)) continue;
+      wrong = depth > 1 && random_.oneIn(kDeeperOneIn) ? recover(image, allowed, depth - 1)
+                                                       : checkImage(image, work_, allowed, false, seed_ + images_);
+      if (wrong) wrong = "again at event " + std::to_string(event.number) + " of the recovery: " + *wrong;
+    }
+  });
+  try {
+    SimClock clock;
+    clock.advance(2 * kLaterMicroseconds + static_cast<std::int64_t>(seed_ + images_));
+    Worker worker(disk, clock, work_.settings);
+    worker.open();
+    if (auto seen = checkOpen(worker, allowed); seen && !wrong) wrong = "recovered: " + *seen;
+  } catch (const store::StoreError& error) {
+    if (!wrong) wrong = std::string("the recovery raised: ") + error.what();
+  }
+  disk.beforeEvent({});
+  return wrong;
 }
 
 }  // namespace quillon::sim

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/CompanyWork.h"
+#include "support/SeededRandom.h"
 #include "support/SimDisk.h"
 
 // What every disk image that a cut, a kill or a fault may leave is held against.
@@ -32,14 +33,20 @@ std::uint64_t digestOf(const SimDisk& image);
 // Power cuts at one moment of a disk: up to `limit` images, those seen before under the same allowed states left out.
 class Cuts {
  public:
-  Cuts(const Workload& work, std::uint64_t seed) : work_(work), seed_(seed) {}
+  Cuts(const Workload& work, std::uint64_t seed) : work_(work), seed_(seed), random_(seed) {}
   std::optional<std::string> at(const SimDisk& disk, const Allowed& allowed, std::size_t limit);
+  // The same, with each image cut again while it is recovered, and some of those images again.
+  std::optional<std::string> recovering(const SimDisk& disk, const Allowed& allowed, std::size_t limit);
   std::uint64_t images() const { return images_; }
   std::uint64_t repeated() const { return repeated_; }
 
  private:
+  bool isNew(const SimDisk& image, const Allowed& allowed);
+  std::optional<std::string> recover(SimDisk disk, const Allowed& allowed, int depth);
+
   const Workload& work_;
   std::uint64_t seed_;
+  SeededRandom random_;
   std::uint64_t images_ = 0, repeated_ = 0;
   std::unordered_set<std::uint64_t> seen_;
 };

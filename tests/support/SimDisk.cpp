@@ -12,14 +12,14 @@ namespace {
 
 struct CallKind {
   const char* name;
-  bool needsSpace;
+  bool needsSpace, changesDisk;
 };
 
 constexpr CallKind kCalls[] = {
-    {"open", false},   {"create", true},     {"scratch", true},    {"read", false},
-    {"write", true},   {"writeParts", true}, {"truncate", false},  {"reserve", true},
-    {"sync", true},    {"lock", false},      {"lockTest", false},  {"look", false},
-    {"remove", false}, {"rename", true},     {"makeFolder", true}, {"syncFolder", true},
+    {"open", false, false},  {"create", true, true},     {"scratch", true, false},   {"read", false, false},
+    {"write", true, true},   {"writeParts", true, true}, {"truncate", false, true},  {"reserve", true, true},
+    {"sync", true, true},    {"lock", false, false},     {"lockTest", false, false}, {"look", false, false},
+    {"remove", false, true}, {"rename", true, true},     {"makeFolder", true, true}, {"syncFolder", true, true},
 };
 static_assert(std::size(kCalls) == static_cast<std::size_t>(SimCall::syncFolder) + 1);
 
@@ -40,6 +40,7 @@ void applyChange(SimNames& names, const SimState::NameChange& change) {
 }  // namespace
 
 const char* nameOf(SimCall call) { return kindOf(call).name; }
+bool changesDisk(SimCall call) { return kindOf(call).changesDisk; }
 
 void SimState::requireAlive(int process) const {
   if (!processes[static_cast<std::size_t>(process)].alive) throw ProcessKilled{process};

@@ -40,6 +40,7 @@ enum class SimCall : std::uint8_t {
   syncFolder,
 };
 const char* nameOf(SimCall call);
+bool changesDisk(SimCall call);  // a power cut before it may leave something else than one behind it
 
 // One call that is about to happen. Closing, unlocking and asking for a size are none: they cannot fail.
 struct SimEvent {
@@ -61,9 +62,7 @@ struct Fault {
 };
 
 struct SimOptions {
-  bool ignoreSync = false;        // planted: a file's sync does nothing
-  bool ignoreFolderSync = false;  // planted: a folder's sync does nothing
-  bool network = false;           // what isNetwork answers
+  bool network = false;  // what isNetwork answers
 };
 
 // One fate for each pending operation; its number rules which sectors a scattered write loses.

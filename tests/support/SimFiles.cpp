@@ -50,7 +50,7 @@ class SimFile final : public store::File {
       node_->content.failSync();
       throw;
     }
-    if (!state_->options.ignoreSync) node_->content.sync();
+    node_->content.sync();
   }
   bool lock(std::uint64_t offset, std::uint64_t length, LockMode mode) override {
     event(SimCall::lock);
@@ -157,7 +157,7 @@ class SimFileSystem final : public store::FileSystem {
   void syncFolder(const std::string& folder) override {
     event(SimCall::syncFolder, folder);
     needFolder("save", folder);
-    if (!state_->options.ignoreFolderSync) state_->syncNames(withoutSlash(folder));
+    state_->syncNames(withoutSlash(folder));
   }
   bool isNetwork(const std::string& folder) override {
     state_->requireAlive(process_);
