@@ -163,7 +163,7 @@ void CommitProtocol::checkpoint() {
 void CommitProtocol::checkpointLocked(bool evenIfEmpty) {
   if (journal_.bytesUsed(last_) == 0 && !evenIfEmpty) return;
   if (journal_.rewrite()) {
-    // Pages go back to older commits for the moment: should this end half way, everything counts as not applied.
+    // A page may be left half written: should this end half way, everything counts as not applied.
     journal_.writeApplied(journal_.startSpot());
     Replay(*this).run(last_);
     journal_.writeApplied(last_);

@@ -106,7 +106,7 @@ void Replay::run(const JournalSpot& end) {
     };
     protocol_.journal_.readPages(record, usable, [&](const JournalPage& page, const std::byte* data) {
       const auto& table = record.tables[page.table];
-      writePage(*targets_[{table.name, table.fileId}], page, data);
+      writePage(*targets_[{table.name, table.fileId}], page, record.commit, data);
     });
   }
   for (auto& [key, target] : targets_) {
@@ -122,7 +122,9 @@ void Replay::run(const JournalSpot& end) {
   }
 }
 
-void Replay::writePage(Target& target, const JournalPage& page, const std::byte* data) {
+// A page never goes back: where the end of the journal is damaged nothing would bring it forward again. Such a page is
+// written all the same, since a sync that failed may have forgotten it.
+void Replay::writePage(Target& target, const JournalPage& page, std::uint64_t commit, const std::byte* data) {
   if (target.missing.contains(page.role)) return;
   const auto role = static_cast<Role>(page.role);
   try {
@@ -136,18 +138,21 @@ void Replay::writePage(Target& target, const JournalPage& page, const std::byte*
   }
   File& file = *target.files[role];
   const std::uint64_t place = std::uint64_t{page.number} * kPageSize;
-  if (page.whole) {
-    file.write(place, Bytes(data, kPageSize));
-    return;
-  }
+  const auto isSound = [&](const std::byte* bytes) {
+    return pageIsSound(bytes, target.fileId ^ page.role, page.number);
+  };
   std::array<std::byte, kPageSize> current;
-  if (file.read(place, current.data(), kPageSize) != kPageSize ||
-      !Journal::applyRuns(current.data(), data, page.bytes) ||
-      !pageIsSound(current.data(), target.fileId ^ page.role, page.number))
+  const bool there = file.read(place, current.data(), kPageSize) == kPageSize;
+  if (there && isSound(current.data()) && pageStamp(current.data()) >= commit)
+    file.write(place, current);
+  else if (page.whole)
+    file.write(place, Bytes(data, kPageSize));
+  else if (there && Journal::applyRuns(current.data(), data, page.bytes) && isSound(current.data()))
+    file.write(place, current);
+  else
     throw StoreError(Code::damaged, "Page " + std::to_string(page.number) + " of '" + target.name +
                                         kExtensions[page.role] +
                                         "' cannot be brought up to date. Bring back a backup.");
-  file.write(place, current);
 }
 
 void Replay::syncFiles() {

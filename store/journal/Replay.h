@@ -26,7 +26,7 @@ class Replay {
   struct Target;
   Target* target(const JournalTable& table, std::uint64_t commit);
   void lockTargets(const JournalSpot& end);
-  void writePage(Target& target, const JournalPage& page, const std::byte* data);
+  void writePage(Target& target, const JournalPage& page, std::uint64_t commit, const std::byte* data);
   bool wants(const JournalRecord& record, const JournalPage& page) const;
 
   CommitProtocol& protocol_;

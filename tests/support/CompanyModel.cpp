@@ -107,22 +107,24 @@ ModelRow rowOf(store::Cursor& cursor) {
   return {cursor["Number"].asInt64(), cursor["Amount"].asInt64(), cursor["Name"].asText(), cursor["Notes"].asText()};
 }
 
+ModelTable readTable(store::Database& database, const std::string& name, std::vector<std::string>& faults) {
+  store::Cursor cursor(database, name);
+  cursor.setRowOrder();
+  cursor.open();
+  ModelTable table{walk(cursor)};
+  if (cursor.recordCount() != table.rows.size()) faults.push_back("'" + name + "' counts its rows wrongly");
+  for (const ModelIndex& index : kIndexes) {
+    if (name != index.table) continue;
+    cursor.setIndex(index.spec.name);
+    if (walk(cursor) != sorted(table.rows, index.key))
+      faults.push_back("index '" + std::string(index.spec.name) + "' of '" + name + "' does not fit its rows");
+  }
+  return table;
+}
+
 CompanyState readCompany(store::Database& database, std::vector<std::string>& faults) {
   CompanyState state;
-  for (const std::string& name : database.tableNames()) {
-    store::Cursor cursor(database, name);
-    cursor.setRowOrder();
-    cursor.open();
-    std::vector<ModelRow>& rows = state.tables[name].rows;
-    rows = walk(cursor);
-    if (cursor.recordCount() != rows.size()) faults.push_back("'" + name + "' counts its rows wrongly");
-    for (const ModelIndex& index : kIndexes) {
-      if (name != index.table) continue;
-      cursor.setIndex(index.spec.name);
-      if (walk(cursor) != sorted(rows, index.key))
-        faults.push_back("index '" + std::string(index.spec.name) + "' of '" + name + "' does not fit its rows");
-    }
-  }
+  for (const std::string& name : database.tableNames()) state.tables[name] = readTable(database, name, faults);
   return state;
 }
 

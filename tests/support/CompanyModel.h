@@ -49,8 +49,9 @@ store::TableDef modelDefinition(const std::string& table);
 void putRow(store::Cursor& cursor, const ModelRow& row);  // into a cursor in edit or insert
 ModelRow rowOf(store::Cursor& cursor);
 
-// Everything as cursors see it. Each index is walked and must give the same rows, sorted; what is wrong is added to
-// `faults`. The numbers last given are not to be seen and stay 0.
+// What cursors see. Each index is walked and must give the same rows, sorted; what is wrong is added to `faults`. The
+// numbers last given are not to be seen and stay 0.
+ModelTable readTable(store::Database& database, const std::string& name, std::vector<std::string>& faults);
 CompanyState readCompany(store::Database& database, std::vector<std::string>& faults);
 
 }  // namespace quillon::sim
