@@ -114,27 +114,6 @@ TEST_F(BadInputTest, ASpoiledJournalIsNamedAndLosesNothing) {
   }
 }
 
-TEST_F(BadInputTest, DamagedPagesAreToldWhenTheyAreRead) {
-  const auto seat = sit();
-  for (const std::string file : {"Cust.DAT", "Cust.IDX", "Cust.BLB"}) {
-    const std::string sound = load(file);
-    std::string bytes = sound;
-    for (std::size_t page = file == "Cust.DAT" ? 3 : 1; page < bytes.size() / 4096; ++page)
-      bytes[page * 4096 + 100] ^= 1;
-    save(file, bytes);
-    Cursor cursor(seat->database, "Cust");
-    expectClear(errorOf([&] {
-                  cursor.open();
-                  for (cursor.first(); !cursor.eof(); cursor.next()) cursor["Notes"].asText();
-                }),
-                Code::damaged, "Cust", file);
-    cursor.close();
-    expectWorks(seat->database, "Items", file);
-    save(file, sound);
-    expectWorks(seat->database, "Cust", file + " mended");
-  }
-}
-
 TEST_F(BadInputTest, AFolderWithoutRightsIsToldOnce) {
   for (const std::string denied : kFiles) {
     disk_.beforeEvent([&](const sim::SimEvent& event) {

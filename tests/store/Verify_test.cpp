@@ -35,6 +35,8 @@ TEST_F(VerifyTest, FindsNothingInASoundCompanyAndTellsItsSize) {
 TEST_F(VerifyTest, FindsOneFlippedByteInAnyPage) {
   SeededRandom random(11);
   int flips = 0;
+  sound_ = rowsOf("Cust");
+  for (const auto& order : sound_) ASSERT_EQ(order.size(), kRows - 90u + 1);
   for (const Role role : {kDat, kIdx, kBlb}) {
     const std::string sound = load(path("Cust", role));
     const PageNo pages = spaceOf("Cust")[role].pages;
@@ -49,6 +51,7 @@ TEST_F(VerifyTest, FindsOneFlippedByteInAnyPage) {
             path("Cust", role) + " page " + std::to_string(page) + " byte " + std::to_string(place);
         const VerifyReport report = verify();
         expectOnly(report, "Cust", what);
+        expectNoWrongRow("Cust", what);
         if (page > 2 || (page > 0 && role != kDat)) {
           EXPECT_THAT(textOf(report), HasSubstr("'Cust" + std::string(kExtensions[role]) + "': page " +
                                                 std::to_string(page) + " is damaged"));
@@ -64,12 +67,14 @@ TEST_F(VerifyTest, FindsOneFlippedByteInAnyPage) {
 }
 
 TEST_F(VerifyTest, FindsCutSwappedAndForeignFiles) {
+  sound_ = rowsOf("Cust");
   for (const Role role : {kDat, kIdx, kBlb}) {
     const std::string name = path("Cust", role), sound = load(name);
     const std::size_t used = spaceOf("Cust")[role].pages * kPageSize;
     for (const std::size_t size : {std::size_t{0}, std::size_t{20}, kPageSize, used / 2, used - kPageSize, used - 1}) {
       save(name, sound.substr(0, size));
       expectOnly(verify(), "Cust", name + " cut to " + std::to_string(size));
+      expectNoWrongRow("Cust", name + " cut to " + std::to_string(size));
     }
     for (PageNo page = 1; page + 1 < used / kPageSize; page += 3) {
       std::string bytes = sound;
@@ -77,6 +82,7 @@ TEST_F(VerifyTest, FindsCutSwappedAndForeignFiles) {
                        bytes.begin() + (page + 1) * kPageSize);
       save(name, bytes);
       expectOnly(verify(), "Cust", name + " swapped " + std::to_string(page));
+      expectNoWrongRow("Cust", name + " swapped " + std::to_string(page));
     }
     save(name, load(path("Items", role)));
     if (role != kDat)
