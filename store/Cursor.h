@@ -230,6 +230,7 @@ class Cursor {
   void take(const Window::Entry& entry);
   void stand(RowId row, std::string key, std::string record);
   void arrived();
+  [[noreturn]] void raiseDamaged(const char* what) const;
   void fillFromTree(bool forward, const std::string& start, bool inclusive, bool bounded);
   bool isCurrent() const;
   bool fillFromList(bool forward, std::string_view from, bool inclusive, bool bounded);

@@ -75,6 +75,12 @@ void Cursor::Window::add(std::string_view itsKey, RowId itsRow, std::string_view
                      static_cast<std::uint32_t>(itsRecord.size()), itsRow});
 }
 
+// A walk finds its place again by key: on a tree that is out of order it would go in circles.
+void Cursor::raiseDamaged(const char* what) const {
+  throw StoreError(Code::damaged,
+                   "An index of table '" + table_->name() + "' " + what + ". Run Pack/Repair on the company.");
+}
+
 void Cursor::fillFromTree(bool forward, const std::string& start, bool inclusive, bool bounded) {
   window_.clear();
   Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
@@ -82,18 +88,24 @@ void Cursor::fillFromTree(bool forward, const std::string& start, bool inclusive
   TreeWalk rows(table_->rows());
   bool found = seekFrom(walk, forward, {start, inclusive, bounded}, low_, high_);
   std::string rowKey;
+  bool mayEqual = inclusive;
   for (; found && window_.entries.size() < window_.batch && window_.bytes.size() < kBatchBytes;
        found = forward ? walk.next() : walk.prior()) {
     const std::string_view key = walk.key();
     if (!inBounds(key)) break;
+    if (!bounded || !window_.entries.empty()) {
+      const Window::Entry* last = window_.entries.empty() ? nullptr : &window_.entries.back();
+      const int moved = key.compare(last ? std::string_view(window_.bytes).substr(last->key, last->keySize) : start);
+      if (forward ? moved < 0 : moved > 0) raiseDamaged("has keys that are out of order");
+      if (moved == 0 && !mayEqual) raiseDamaged("has a key twice");
+    }
+    mayEqual = false;
     std::string_view payload;
     if (order_ < 0) {
       payload = walk.payload();
     } else {
       rowKey.assign(key.substr(KeyCodec::fieldBytes(key)));
-      if (!rows.seek(rowKey) || rows.key() != rowKey)
-        throw StoreError(Code::damaged, "An index of table '" + table_->name() +
-                                            "' names a record that is not there. Run Pack/Repair on the company.");
+      if (!rows.seek(rowKey) || rows.key() != rowKey) raiseDamaged("names a record that is not there");
       payload = rows.payload();
     }
     window_.add(key, KeyCodec::rowOf(key), table_->record(payload, scratch_));
