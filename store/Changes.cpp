@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "store/Database.h"
 #include "store/Errors.h"
+#include "store/Planted.h"
 #include "store/journal/Backoff.h"
 #include "store/journal/CommitProtocol.h"
 #include "store/locks/Holders.h"
@@ -147,6 +148,7 @@ void Database::Change::done(int rows) {
   }
   if (!gathers_ && !inGroup_) {
     Table* const tables[] = {&table_};
+    if (planted(Bug::earlyUnlock)) table_.locks().releaseWrite(TableLocks::WriteKind::post);
     database_.publish(tables);
     finished_ = true;
     table_.locks().releaseWrite(TableLocks::WriteKind::post);

@@ -6,6 +6,7 @@
 #include "base/Text.h"
 #include "store/Cursor.h"
 #include "store/Errors.h"
+#include "store/Planted.h"
 #include "store/journal/Backoff.h"
 #include "store/journal/CommitProtocol.h"
 #include "store/locks/Holders.h"
@@ -103,7 +104,7 @@ void Database::createTables(std::span<const TableDef> definitions) {
   files_.syncFolder(folder_);
   try {
     for (const TableDef& definition : definitions) TableFiles::appear(files_, folder_, definition.name);
-    files_.syncFolder(folder_);
+    if (!planted(Bug::skippedFolderSync)) files_.syncFolder(folder_);
   } catch (...) {
     // Refused as a whole: without its .DAT file there is no table.
     for (const TableDef& definition : definitions) files_.remove(folder_ + "/" + definition.name + kExtensions[kDat]);

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "store/Errors.h"
+#include "store/Planted.h"
 #include "store/journal/Backoff.h"
 #include "store/journal/Replay.h"
 #include "store/table/TableFiles.h"
@@ -92,7 +93,7 @@ void CommitProtocol::unlockCommit() noexcept { journal_.file().unlock(kCommitByt
 void CommitProtocol::recoverAll() {
   last_ = journal_.startSpot();
   JournalRecord record;
-  while (journal_.readRecord(last_, record) && journal_.recordIsWhole(record))
+  while (journal_.readRecord(last_, record) && (planted(Bug::tornTailTaken) || journal_.recordIsWhole(record)))
     last_ = {last_.epoch, record.end(), record.commit};
   // It must be safe before a page is changed on its word, or a record is written behind it.
   journal_.secure(journal_.startSpot(), last_);
@@ -124,7 +125,7 @@ void CommitProtocol::catchUpLocked() {
   if (replay) {
     journal_.secure(last_, end);
     ++syncs_;
-    replay->run(end);
+    if (!planted(Bug::notReplayed)) replay->run(end);
     journal_.writeApplied(end);
     last_ = end;
   }
@@ -321,6 +322,10 @@ void CommitProtocol::waitForApply(TableFiles& table) {
 }
 
 void CommitProtocol::apply(std::span<TableFiles* const> tables, std::uint64_t commit) {
+  if (planted(Bug::appliedOneByOne) && tables.size() > 1) {
+    for (std::size_t i = 0; i < tables.size(); ++i) apply(tables.subspan(i, 1), commit);
+    return;
+  }
   struct Held {
     std::vector<TableFiles*> tables;
     ~Held() {
@@ -332,7 +337,8 @@ void CommitProtocol::apply(std::span<TableFiles* const> tables, std::uint64_t co
     held.tables.push_back(table);
   }
   for (TableFiles* table : tables) {
-    table->writeLive({table->stamp(), true, false});
+    const bool swapped = planted(Bug::swappedWrites);
+    table->writeLive({swapped ? commit : table->stamp(), !swapped, false});
     if (network_) table->lockFile().sync();
   }
   for (TableFiles* table : tables)

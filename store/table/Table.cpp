@@ -5,6 +5,7 @@
 #include "store/Cursor.h"
 #include "store/Database.h"
 #include "store/Errors.h"
+#include "store/Planted.h"
 #include "store/journal/Backoff.h"
 #include "store/journal/CommitProtocol.h"
 #include "store/vfs/File.h"
@@ -109,7 +110,7 @@ bool Table::beginUnlocked() {
   if (database_.protocol()->onNetwork() || database_.protocol()->needsReplay() || files_.metaStale()) return false;
   try {
     const LiveState live = files_.readLive();
-    if (live.applying || live.stamp != files_.stamp()) return false;
+    if (!planted(Bug::staleRead) && (live.applying || live.stamp != files_.stamp())) return false;
   } catch (const StoreError&) {
     return false;  // caught half written; under the lock it shows what it is
   }
@@ -165,7 +166,7 @@ void Table::refresh(const LiveState& live) {
 }
 
 void Table::discardChanges() noexcept {
-  if (!files_.metaStale()) rowFloor_ = std::max(rowFloor_, files_.meta().nextRow);
+  if (!files_.metaStale() && !planted(Bug::rowIdsReused)) rowFloor_ = std::max(rowFloor_, files_.meta().nextRow);
   files_.discard();
   gathered = 0;
   doomed = touched = false;

@@ -69,6 +69,7 @@ class SimFile final : public store::File {
   SimState::Process& owner() { return state_->processes[static_cast<std::size_t>(process_)]; }
   bool event(SimCall call) { return state_->event(process_, call, path_); }
   void put(SimCall call, std::uint64_t offset, Bytes data) {
+    if (offset > kLargest) throw store::ioError("write", path_, EFBIG);
     if (!event(call)) {
       node_->content.write(offset, data);
       return;
@@ -77,6 +78,7 @@ class SimFile final : public store::File {
     throw store::ioError("write", path_, EIO);
   }
 
+  static constexpr std::uint64_t kLargest = std::uint64_t{1} << 30;
   std::shared_ptr<SimState> state_;
   SimNodePtr node_;
   int process_;

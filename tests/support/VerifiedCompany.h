@@ -139,7 +139,7 @@ class VerifiedCompany : public testing::Test {
           cursor.setIndex(cursor.definition().indexes[static_cast<std::size_t>(order)].name);
         else
           cursor.setRowOrder();
-        for (; !cursor.eof(); cursor.next()) {
+        for (cursor.first(); !cursor.eof(); cursor.next()) {
           std::string row;
           for (const FieldDef& field : cursor.definition().fields) row += cursor[field.name].value().toText() + "|";
           orders[static_cast<std::size_t>(order)].push_back(row);

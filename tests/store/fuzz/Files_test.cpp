@@ -127,10 +127,15 @@ class Fuzzed {
     return name.ends_with("DAT") ? store::kDat : name.ends_with("IDX") ? store::kIdx : store::kBlb;
   }
 
-  // Half of the places lie at the beginning of a page, where its structure is told.
+  // Mostly where something stands, and half of that at the beginning of a page, where its structure is told.
   std::size_t somewhere(const std::string& bytes) {
-    const std::size_t at = random_.below(bytes.size());
-    return random_.oneIn(2) ? at : std::min(at / kPageSize * kPageSize + random_.below(120), bytes.size() - 1);
+    std::size_t at = 0;
+    for (int tries = 0; tries < 30; ++tries) {
+      at = random_.below(bytes.size());
+      if (random_.oneIn(2)) at = std::min(at / kPageSize * kPageSize + random_.below(120), bytes.size() - 1);
+      if (bytes[at] != 0) break;
+    }
+    return at;
   }
 
   void change(std::string& bytes, const std::string& from) {
