@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstring>
 #include <exception>
+#include <fstream>
 #include <system_error>
 
 namespace quillon::sim {
@@ -94,6 +95,16 @@ void ChildProcess::kill(const std::function<void(const ChildMessage&)>& take) {
   // Only when it is gone are its locks gone too.
   reap();
   drain(take);
+}
+
+void ChildProcess::stop() { ::kill(process_, SIGSTOP); }
+void ChildProcess::goOn() { ::kill(process_, SIGCONT); }
+
+std::int64_t ChildProcess::residentBytes() const {
+  std::ifstream file("/proc/" + std::to_string(process_) + "/statm");
+  std::int64_t whole = 0, resident = 0;
+  file >> whole >> resident;
+  return resident * ::sysconf(_SC_PAGESIZE);
 }
 
 void ChildProcess::reap() {

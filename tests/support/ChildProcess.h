@@ -45,6 +45,9 @@ class ChildProcess {
   bool finish(const std::function<void(const ChildMessage&)>& take);
   // Ends it where it stands and takes what it told before.
   void kill(const std::function<void(const ChildMessage&)>& take);
+  void stop();  // as a laptop that goes to sleep, until it goes on
+  void goOn();
+  std::int64_t residentBytes() const;  // 0 when it has ended
   bool endedWell() const { return reaped_ && status_ == 0; }
 
  private:

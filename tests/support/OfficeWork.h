@@ -40,6 +40,8 @@ class Worker {
   };
   // Does one piece of work, as often as it is refused because of others; on return it is committed.
   Done workOnce();
+  // A batch of thousands of rows in a bulk scope.
+  Done load();
   // Reads Debit, Credit and Totals in one snapshot and raises Error when they do not agree.
   void readOnce();
   std::uint64_t refusals() const { return refusals_; }

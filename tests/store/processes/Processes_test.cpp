@@ -3,8 +3,10 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <map>
 
 #include "store/Errors.h"
 #include "support/ChildProcess.h"
@@ -15,8 +17,11 @@
 namespace quillon::sim::office {
 namespace {
 
-constexpr int kWriters = 4;
-constexpr int kReaders = 2;
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool kMemoryIsOurs = false;  // what is freed is kept back for a while
+#else
+constexpr bool kMemoryIsOurs = true;
+#endif
 constexpr int kSilence = 120;  // seconds without a word from anybody: something hangs
 
 enum Kind : std::uint32_t { kDone, kRead, kFault, kResolved, kShared, kRefusals };
@@ -39,23 +44,39 @@ Worker::Done doneOf(const ChildMessage& message) {
 // anything else. The parent, which never opens the folder itself, kills one of them after a while and forks another in
 // its place. Now and then a process is forked that compares the folder with what was told, beside the others or, with
 // all of them killed at once, alone. Some writers end by themselves, as people do.
+//
+// The endurance run has ten of them for a given time: one loads in bulk, some are stopped for a while with all their
+// locks in hand and go on, some are killed; of the rest the memory must stay as it is once it is warm.
 class Office {
  public:
-  Office(std::uint64_t seed, std::string folder) : random_(seed), folder_(std::move(folder)) {}
+  struct Staff {
+    std::size_t writers, readers, loaders;
+    std::size_t lasting;  // so many of each kind live through the whole run
+  };
+  Office(std::uint64_t seed, const Staff& staff)
+      : random_(seed),
+        staff_(staff),
+        folder_(std::filesystem::temp_directory_path() / ("quillon-processes-" + std::to_string(::getpid()))) {
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+  }
 
   void open();
   void runUntil(std::uint64_t kills, std::uint64_t commits);
+  void endure(std::chrono::seconds howLong);
+  void finish(std::uint64_t seed, const char* test);
   void killAll();
   bool checkNow(bool othersWork);
 
-  std::uint64_t kills = 0, commits = 0, reads = 0, checks = 0, doubts = 0, refusals = 0;
+  std::uint64_t kills = 0, stops = 0, commits = 0, reads = 0, checks = 0, doubts = 0, refusals = 0;
   std::vector<std::string> faults;
 
  private:
   struct Seat {
     std::unique_ptr<ChildProcess> process;
     int worker = 0;
-    bool reader = false;
+    bool reader = false, loader = false;
+    bool lasting = false;
   };
   void start(Seat& seat);
   void take(const Seat& seat, const ChildMessage& message);
@@ -63,7 +84,10 @@ class Office {
   void end(Seat& seat);
   void killSome();
 
+  std::map<int, std::int64_t> memory();
+
   SeededRandom random_;
+  Staff staff_;
   std::string folder_;
   Books books_;
   std::vector<Seat> seats_;
@@ -80,9 +104,12 @@ void Office::open() {
   });
   if (!maker.finish([&](const ChildMessage& message) { faults.push_back(message.text); }))
     faults.push_back("the company could not be made");
-  seats_.resize(kWriters + kReaders);
+  seats_.resize(staff_.writers + staff_.readers + staff_.loaders);
   for (std::size_t i = 0; i < seats_.size(); ++i) {
-    seats_[i].reader = i >= kWriters;
+    const std::size_t number = i < staff_.writers ? i : i - staff_.writers;
+    seats_[i].reader = i >= staff_.writers && number < staff_.readers;
+    seats_[i].loader = i >= staff_.writers + staff_.readers;
+    seats_[i].lasting = seats_[i].loader ? staff_.lasting > 0 : number < staff_.lasting;
     start(seats_[i]);
   }
 }
@@ -91,7 +118,7 @@ void Office::start(Seat& seat) {
   seat.worker = ++workers_;
   const std::uint64_t seed = random_.next();
   // A few leave by themselves after some work.
-  const std::size_t most = random_.oneIn(4) ? 1 + random_.below(200) : 1'000'000'000;
+  const std::size_t most = !seat.lasting && random_.oneIn(4) ? 1 + random_.below(200) : 1'000'000'000;
   if (!seat.reader) books_.persons[seat.worker];
   seat.process = std::make_unique<ChildProcess>([&](const ChildPipe& pipe) {
     Worker worker(folder_, seat.worker, seed);
@@ -100,7 +127,7 @@ void Office::start(Seat& seat) {
         worker.readOnce();
         pipe.tell(told(kRead, {}));
       } else {
-        pipe.tell(told(kDone, worker.workOnce()));
+        pipe.tell(told(kDone, seat.loader ? worker.load() : worker.workOnce()));
       }
     }
     pipe.tell(told(kRefusals, {Work::post, 0, static_cast<std::int64_t>(worker.refusals())}));
@@ -153,6 +180,7 @@ void Office::end(Seat& seat) {
 
 void Office::killSome() {
   Seat& seat = seats_[random_.below(seats_.size())];
+  if (seat.lasting) return;
   seat.process->kill([&](const ChildMessage& message) { take(seat, message); });
   end(seat);
   ++kills;
@@ -219,35 +247,82 @@ void Office::runUntil(std::uint64_t mostKills, std::uint64_t mostCommits) {
   }
 }
 
+// Of those that live through the run.
+std::map<int, std::int64_t> Office::memory() {
+  std::map<int, std::int64_t> bytes;
+  for (const Seat& seat : seats_)
+    if (seat.lasting) bytes[seat.worker] = seat.process->residentBytes();
+  return bytes;
+}
+
+void Office::endure(std::chrono::seconds howLong) {
+  const auto start = std::chrono::steady_clock::now();
+  const auto passed = [&] { return std::chrono::steady_clock::now() - start; };
+  std::map<int, std::int64_t> warm;
+  while (faults.empty() && passed() < howLong) {
+    if (warm.empty() && passed() > howLong / 2) warm = memory();
+    listen(std::chrono::milliseconds(random_.below(80)));
+    ChildProcess& sleeper = *seats_[random_.below(seats_.size())].process;
+    sleeper.stop();
+    ++stops;
+    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(random_.below(200));
+    while (faults.empty() && std::chrono::steady_clock::now() < until) listen(std::chrono::milliseconds(5));
+    sleeper.goOn();
+    if (random_.oneIn(3)) killSome();
+  }
+  constexpr std::int64_t kGrowth = 8 << 20;
+  for (const auto& [worker, bytes] : memory()) {
+    std::cout << "worker " << worker << ": " << (warm[worker] >> 10) << " KiB half way, " << (bytes >> 10)
+              << " KiB at the end\n";
+    if (kMemoryIsOurs && bytes > warm[worker] + kGrowth)
+      faults.push_back("the memory of worker " + std::to_string(worker) + " grows");
+  }
+}
+
+void Office::finish(std::uint64_t seed, const char* test) {
+  killAll();
+  if (faults.empty()) checkNow(false);
+  std::cout << "killed " << kills << ", stopped " << stops << ", commits told " << commits << ", reads " << reads
+            << ", checks " << checks << ", in doubt and there " << doubts << ", refusals told " << refusals << "\n";
+  for (const std::string& fault : faults) ADD_FAILURE() << fault;
+  if (testing::Test::HasFailure()) {
+    std::cout << Trials::repeating(seed, "test_store_processes", test)
+              << "\n(the processes run freely, so that it may take a few runs); the folder is left: " << folder_
+              << "\n";
+  } else {
+    std::filesystem::remove_all(folder_);
+  }
+}
+
 TEST(Processes, LoseNothingWhenTheyAreKilled) {
   const Trials trials = Trials::fromEnvironment();
   const std::uint64_t kills = trials.aim(250, 500), commits = trials.aim(25'000, 50'000);
   const std::uint64_t seed = trials.seed.value_or(static_cast<std::uint64_t>(::getpid()));
-  const std::filesystem::path folder =
-      std::filesystem::temp_directory_path() / ("quillon-processes-" + std::to_string(::getpid()));
-  std::filesystem::remove_all(folder);
-  std::filesystem::create_directories(folder);
-  const auto start = std::chrono::steady_clock::now();
-  Office office(seed, folder.string());
+  Office office(seed, {4, 2, 0, 0});
   office.open();
   office.runUntil(kills, commits);
-  office.killAll();
-  if (office.faults.empty()) office.checkNow(false);
-  const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-  std::cout << "killed " << office.kills << ", commits told " << office.commits << ", reads " << office.reads
-            << ", checks " << office.checks << ", in doubt and there " << office.doubts << ", refusals told "
-            << office.refusals << ", " << taken.count() << " s\n";
-  for (const std::string& fault : office.faults) ADD_FAILURE() << fault;
+  office.finish(seed, "Processes.LoseNothing*");
   EXPECT_GE(office.kills, kills);
   EXPECT_GE(office.commits, commits);
   EXPECT_GE(office.reads, commits / 20);
   EXPECT_GE(office.checks, 1 + kills / 25);
-  if (HasFailure()) {
-    std::cout << Trials::repeating(seed, "test_store_processes", "Processes.*")
-              << "\n(the processes run freely, so that it may take a few runs); the folder is left: " << folder << "\n";
-  } else {
-    std::filesystem::remove_all(folder);
-  }
+}
+
+// For QUILLON_SECONDS, else for 8 seconds or, at length, ten minutes.
+TEST(Processes, TenOfThemEndure) {
+  const Trials trials = Trials::fromEnvironment();
+  const char* given = std::getenv("QUILLON_SECONDS");
+  const std::uint64_t seconds =
+      given ? std::strtoull(given, nullptr, 10) : std::max(trials.aim(8, 600), std::uint64_t{2});
+  const std::uint64_t seed = trials.seed.value_or(static_cast<std::uint64_t>(::getpid()));
+  Office office(seed, {6, 3, 1, 2});
+  office.open();
+  office.endure(std::chrono::seconds(seconds));
+  office.finish(seed, "Processes.TenOfThemEndure");
+  EXPECT_GE(office.commits, seconds * 5);
+  EXPECT_GE(office.reads, seconds);
+  EXPECT_GE(office.stops, seconds);
+  EXPECT_GE(office.kills, 10 + seconds / 4);
 }
 
 }  // namespace
