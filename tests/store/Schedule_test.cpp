@@ -136,25 +136,5 @@ TEST(Schedule, AKilledProcessFreesItsLocksSoThatTheOthersEnd) {
   }
 }
 
-TEST(Schedule, KillFromOutsideAndErrorsAreTold) {
-  SimDisk disk;
-  SimClock clock;
-  Schedule schedule(clock, 3);
-  schedule.watch(disk);
-  bool died = false;
-  const int sleeper = schedule.add([&] { clock.sleep(std::int64_t{1} << 50); }, [&] { died = true; });
-  const int other = schedule.add([&] {
-    clock.sleep(10);
-    schedule.kill(sleeper);
-    throw std::runtime_error("no");
-  });
-  schedule.run();
-  EXPECT_TRUE(died);
-  EXPECT_TRUE(schedule.killed(sleeper));
-  EXPECT_FALSE(schedule.killed(other));
-  EXPECT_THROW(schedule.rethrow(), std::runtime_error);
-  EXPECT_LT(clock.milliseconds(), 1000);
-}
-
 }  // namespace
 }  // namespace quillon::sim

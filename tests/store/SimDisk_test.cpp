@@ -186,20 +186,6 @@ TEST_F(SimDiskTest, FaultsComeOnceOrForGood) {
   EXPECT_EQ(disk_.sites().at("write DAT"), 8);
 }
 
-TEST_F(SimDiskTest, ShortWriteLeavesAPartFromTheStart) {
-  std::set<std::size_t> lengths;
-  for (int i = 0; i < 20; ++i) {
-    const auto file = open("F" + std::to_string(i));
-    disk_.plan(Fault{Fault::Kind::shortWrite, disk_.events() + 1});
-    EXPECT_THROW(file->write(0, bytes("0123456789")), store::IoError);
-    const std::string got = textOf(disk_, "F" + std::to_string(i));
-    EXPECT_EQ(got, std::string("0123456789").substr(0, got.size()));
-    lengths.insert(got.size());
-  }
-  EXPECT_FALSE(lengths.contains(10));
-  EXPECT_GT(lengths.size(), 3u);
-}
-
 TEST_F(SimDiskTest, KilledProcessLeavesItsWritesAndFreesItsLocks) {
   const int victim = disk_.lastProcess();
   const auto other = disk_.process();

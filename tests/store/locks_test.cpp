@@ -272,5 +272,21 @@ TEST(TableLocksModel, OnDisk) {
   std::filesystem::remove_all(folder);
 }
 
+// A close that cannot convert may bar others for longer, but must neither raise nor let them in.
+TEST(TableLocks, AStepDownThatFailsStaysOnTheSafeSide) {
+  MemoryFileSystem files;
+  WatchedFile file(files.open("T.DAT", OpenMode::create)), other(files.open("T.DAT", OpenMode::create));
+  TableLocks here(file), there(other);
+  const int a = 0, b = 0, c = 0;
+  ASSERT_EQ(here.tryOpen(&a, true), Answer::granted);
+  ASSERT_EQ(here.tryOpen(&b, false), Answer::granted);
+  file.raiseAtLock(1);
+  here.close(&a);
+  EXPECT_EQ(there.tryOpen(&c, true), Answer::heldElsewhere);
+  EXPECT_EQ(here.tryOpen(&a, true), Answer::granted);
+  here.close(&a);
+  EXPECT_EQ(there.tryOpen(&c, false), Answer::granted);
+}
+
 }  // namespace
 }  // namespace quillon::store

@@ -93,11 +93,21 @@ void Worker::run(const Task& task) {
   }
 }
 
+void Worker::post(store::Cursor& cursor) {
+  try {
+    cursor.post();
+  } catch (const store::StoreError&) {
+    stayedInEdit_ = cursor.isEditing();
+    throw;
+  }
+}
+
 void Worker::change(store::Cursor& cursor, const RowChange& change) {
+  stayedInEdit_ = true;
   if (change.kind == RowChange::Kind::insert) {
     cursor.insert();
     putRow(cursor, change.row);
-    cursor.post();
+    post(cursor);
   } else {
     cursor.goTo(change.position + 1);
     if (change.kind == RowChange::Kind::remove) {
@@ -105,7 +115,7 @@ void Worker::change(store::Cursor& cursor, const RowChange& change) {
     } else {
       cursor.edit();
       putRow(cursor, change.row);
-      cursor.post();
+      post(cursor);
     }
   }
   ++posted_;

@@ -93,9 +93,11 @@ class Worker {
 
   // Raises what the store raises, an open transaction rolled back and all cursors of the task closed.
   void run(const Task& task);
-  int posted() const { return posted_; }  // changes of the last task that were answered
+  bool stayedInEdit() const { return stayedInEdit_; }  // a row whose post raised last is still being edited
+  int posted() const { return posted_; }               // changes of the last task that were answered
 
  private:
+  void post(store::Cursor& cursor);
   void change(store::Cursor& cursor, const RowChange& change);
   void changeAll(const Task& task);
   void transact(const Task& task);
@@ -107,6 +109,7 @@ class Worker {
   std::unique_ptr<store::FileSystem> files_;
   int process_;
   int posted_ = 0;
+  bool stayedInEdit_ = true;
   std::unique_ptr<store::Session> session_;
   std::unique_ptr<store::Database> database_;
   std::vector<std::unique_ptr<store::Cursor>> watched_;

@@ -67,6 +67,7 @@ class FaultRun {
   }
 
   Wrong run(const Fault& fault) {
+    noSpace_ = fault.kind == Fault::Kind::noSpace;
     disk_.plan(fault);
     try {
       Worker worker(disk_, clock_, work_.settings);
@@ -125,6 +126,9 @@ class FaultRun {
     const bool unknown = error.code() == store::Code::outcomeUnknown;
     if (disk_.faultsRaised() == 0) return "raised without a fault: " + text;
     if (text.empty() || (!unknown && !namesSomething(text))) return "a text that names nothing: '" + text + "'";
+    if (noSpace_ && !unknown && (error.code() != store::Code::noSpace || text.find("Free some space") == text.npos))
+      return "a full disk is told as '" + text + "'";
+    if (task.deed == Deed::post && !worker_->stayedInEdit()) return "raised '" + text + "' and left the edited row";
     now_ = afterFailure(task, error.code());
     if (Wrong wrong = cut()) return "raised '" + text + "', then: " + *wrong;
     if (unknown || text.find("open it again") != std::string::npos) worker_->close();
@@ -171,6 +175,7 @@ class FaultRun {
   Worker* worker_ = nullptr;
   Allowed now_{&work_.start};
   bool ended_ = false;
+  bool noSpace_ = false;
   int raised_ = 0;
 };
 
