@@ -9,7 +9,6 @@
 
 #include "store/vfs/MemoryFileSystem.h"
 #include "support/SimClock.h"
-#include "support/SimDisk.h"
 
 namespace quillon::store {
 namespace {
@@ -121,37 +120,6 @@ TEST_F(HoldersTest, AMissingFolderOrAFullHouseOnlyMeansNoNames) {
   house[250]->note(record(4));
   EXPECT_EQ(userOf(house[250]->find(record(3))), "USER249") << "who has no slot can still ask";
   EXPECT_EQ(userOf(house[0]->find(record(4))), "(nobody)");
-}
-
-// Every single call of the file in turn raises, once and for good: nobody notices but the reader of a message.
-TEST(HoldersFaults, NoTroubleReachesTheCaller) {
-  const NotedLock lock{LockKind::table, Holders::tableHash("JV"), 0};
-  std::uint64_t raised = 0;
-  for (const bool forGood : {false, true}) {
-    for (std::uint64_t at = 1; at <= 12; ++at) {
-      sim::SimDisk disk;
-      sim::SimClock clock;
-      const auto annasFiles = disk.process();
-      const auto carlsFiles = disk.process();
-      annasFiles->makeFolder("Co");
-      {
-        Holders dead(Environment{*annasFiles, clock, "DEAD", "", 1}, "Co");
-        dead.note(lock);
-      }
-      disk.plan(sim::Fault{sim::Fault::Kind::ioFailed, disk.events() + at, forGood});
-      Holders anna(Environment{*annasFiles, clock, "ANNA", "", 1}, "Co");
-      anna.note(lock);
-      anna.find(lock);
-      anna.forget(lock);
-      anna.note(lock);
-      raised += static_cast<std::uint64_t>(disk.faultsRaised());
-      disk.plan(std::nullopt);
-      Holders carl(Environment{*carlsFiles, clock, "CARL", "", 2}, "Co");
-      const auto found = carl.find(lock);
-      EXPECT_TRUE(!found || found->user == "ANNA") << "event " << at << " names " << found->user;
-    }
-  }
-  EXPECT_GE(raised, 12U);
 }
 
 }  // namespace

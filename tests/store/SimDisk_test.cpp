@@ -11,7 +11,6 @@
 namespace quillon::sim {
 namespace {
 
-using store::Code;
 using store::FileSystem;
 using store::LockMode;
 using store::OpenMode;
@@ -163,29 +162,6 @@ TEST(SimDiskHistories, AgreeWithWhatWasSeenAndSynced) {
   }
 }
 
-TEST_F(SimDiskTest, FaultsComeOnceOrForGood) {
-  const auto file = durable("A.DAT", "");
-  const auto outcome = [&] {
-    try {
-      file->write(0, bytes("x"));
-      return Code{};
-    } catch (const store::IoError& error) {
-      return error.code();
-    }
-  };
-  disk_.plan(Fault{Fault::Kind::ioFailed, disk_.events() + 2});
-  EXPECT_EQ(outcome(), Code{});
-  EXPECT_EQ(outcome(), Code::ioFailed);
-  EXPECT_EQ(outcome(), Code{});
-  disk_.plan(Fault{Fault::Kind::noSpace, disk_.events() + 1, true});
-  std::byte got{};
-  EXPECT_EQ(file->read(0, &got, 1), 1u);  // reading needs no space
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(outcome(), Code::noSpace);
-  disk_.plan(std::nullopt);
-  EXPECT_EQ(outcome(), Code{});
-  EXPECT_EQ(disk_.sites().at("write DAT"), 8);
-}
-
 TEST_F(SimDiskTest, KilledProcessLeavesItsWritesAndFreesItsLocks) {
   const int victim = disk_.lastProcess();
   const auto other = disk_.process();
@@ -203,15 +179,6 @@ TEST_F(SimDiskTest, KilledProcessLeavesItsWritesAndFreesItsLocks) {
   mine.reset();
   EXPECT_TRUE(disk_.process()->open("A.DAT", OpenMode::existing)->lockedByOther(7, 1, LockMode::shared));
   EXPECT_EQ(textOf(disk_, "A.DAT"), "seen");
-}
-
-TEST_F(SimDiskTest, StopsBeforeTheEventDoesAnything) {
-  const auto file = durable("A.DAT", "old");
-  disk_.stopAt(disk_.events() + 2);
-  file->write(0, bytes("new"));
-  EXPECT_THROW(file->sync(), ProcessKilled);
-  EXPECT_THROW(file->size(), ProcessKilled);
-  EXPECT_EQ(outcomes(disk_, "A.DAT"), (Set{"old", "new"}));
 }
 
 TEST_F(SimDiskTest, ImagesAreDurableAndApart) {

@@ -65,23 +65,6 @@ class Vfs : public testing::TestWithParam<Kind> {
   std::unique_ptr<FileSystem> files_;
 };
 
-TEST_P(Vfs, ReadsWhatWasWrittenAndZerosInGaps) {
-  const auto file = make("A.DAT");
-  EXPECT_EQ(text(*file, 0, 10), "");
-  file->write(5, bytes("hello"));
-  EXPECT_EQ(file->size(), 10u);
-  EXPECT_EQ(text(*file, 0, 100), std::string(5, '\0') + "hello");
-  EXPECT_EQ(text(*file, 8, 100), "lo");
-  EXPECT_EQ(text(*file, 10, 1), "");
-  EXPECT_EQ(text(*file, 1u << 30, 1), "");
-  const std::string parts[] = {"ab", "", "cdef", "g"};
-  const std::vector<Bytes> views{bytes(parts[0]), bytes(parts[1]), bytes(parts[2]), bytes(parts[3])};
-  file->writeParts(9, views);
-  file->writeParts(0, {});
-  EXPECT_EQ(text(*file, 5, 100), "hellabcdefg");
-  file->sync();
-}
-
 TEST_P(Vfs, ManyPartsInOneCall) {
   const auto file = make("A.DAT");
   std::string wanted;
@@ -94,20 +77,6 @@ TEST_P(Vfs, ManyPartsInOneCall) {
   }
   file->writeParts(3, parts);
   EXPECT_EQ(text(*file, 3, wanted.size() + 1), wanted);
-}
-
-TEST_P(Vfs, LengthsChange) {
-  const auto file = make("A.DAT");
-  file->write(0, bytes("0123456789"));
-  file->truncate(4);
-  file->truncate(8);
-  EXPECT_EQ(text(*file, 0, 100), std::string("0123") + std::string(4, '\0'));
-  file->reserve(6);
-  EXPECT_EQ(file->size(), 8u);
-  file->reserve(300'000);
-  EXPECT_EQ(file->size(), 300'000u);
-  EXPECT_EQ(text(*file, 0, 4), "0123");
-  EXPECT_EQ(text(*file, 4, 300'000), std::string(299'996, '\0'));
 }
 
 TEST_P(Vfs, OpensByMode) {
@@ -159,29 +128,6 @@ TEST_P(Vfs, ScratchFilesHaveNoName) {
   two->write(0, bytes("two"));
   EXPECT_EQ(text(*one, 100'000, 9), "one");
   EXPECT_TRUE(files_->list(root_).empty());
-}
-
-TEST_P(Vfs, LocksStandBetweenHandles) {
-  constexpr std::uint64_t kFar = (std::uint64_t{1} << 41) + 17;  // far behind the end of the file
-  const auto a = make("A.DAT");
-  auto b = files_->open(path("A.DAT"), OpenMode::existing);
-  const auto c = files_->open(path("A.DAT"), OpenMode::existing);
-  EXPECT_TRUE(a->lock(kFar, 10, LockMode::shared));
-  EXPECT_TRUE(b->lock(kFar, 10, LockMode::shared));
-  EXPECT_FALSE(a->lock(kFar, 10, LockMode::exclusive));  // refused: the shared lock must still be there
-  EXPECT_TRUE(c->lockedByOther(kFar + 9, 1, LockMode::exclusive));
-  EXPECT_FALSE(c->lockedByOther(kFar + 9, 1, LockMode::shared));
-  EXPECT_FALSE(c->lockedByOther(kFar + 10, 1, LockMode::exclusive));
-  b.reset();
-  EXPECT_TRUE(a->lock(kFar, 10, LockMode::exclusive));
-  EXPECT_FALSE(a->lockedByOther(kFar, 10, LockMode::exclusive));  // the own lock is none of another
-  EXPECT_FALSE(c->lock(kFar + 3, 1, LockMode::shared));
-  a->unlock(kFar + 2, 3);  // a hole in the middle
-  EXPECT_TRUE(c->lock(kFar + 3, 1, LockMode::exclusive));
-  EXPECT_FALSE(c->lock(kFar + 1, 1, LockMode::shared));
-  EXPECT_FALSE(c->lock(kFar + 5, 1, LockMode::shared));
-  EXPECT_TRUE(a->lock(kFar + 5, 5, LockMode::shared));  // down to shared in one step
-  EXPECT_TRUE(c->lock(kFar + 5, 1, LockMode::shared));
 }
 
 std::string kindName(const testing::TestParamInfo<Kind>& kind) {
