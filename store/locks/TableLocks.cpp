@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <utility>
 #include <vector>
 
 #include "store/Planted.h"
@@ -58,7 +59,7 @@ void TableLocks::close(Owner owner) noexcept {
   if (const auto table = tables_.find(owner); table != tables_.end()) {
     tableCount_ -= table->second;
     tables_.erase(table);
-    if (tableCount_ == 0) freeTable();
+    if (tableCount_ == 0) freeWrite(WriteKind::transaction);
   }
   openers_.erase(owner);
   const bool wasExclusive = exclusive_ == owner;
@@ -79,7 +80,9 @@ TableLocks::Answer TableLocks::tryRecord(Owner owner, RowId row) {
   if (const auto held = records_.find(row); held != records_.end()) {
     return held->second == owner ? Answer::granted : Answer::heldHere;
   }
-  if (!holdsTable() && !dat_.lock(byte, 1, LockMode::exclusive)) return Answer::heldElsewhere;
+  // A byte for each would cost two calls for every row of a transaction, and bar nobody whom it does not bar already.
+  if (!allRows_ && holdsTransactionByte()) allRows_ = dat_.lock(kRecordBase, kRecordCount, LockMode::exclusive);
+  if (!allRows_ && !dat_.lock(byte, 1, LockMode::exclusive)) return Answer::heldElsewhere;
   records_.emplace(row, owner);
   return Answer::granted;
 }
@@ -89,7 +92,7 @@ void TableLocks::releaseRecord(Owner owner, RowId row) noexcept {
   assert(held != records_.end() && held->second == owner);
   if (held == records_.end() || held->second != owner) return;
   records_.erase(held);
-  if (!holdsTable() || planted(Bug::holeInTableLock)) dat_.unlock(byteOf(row), 1);
+  if (!allRows_ || planted(Bug::holeInTableLock)) dat_.unlock(byteOf(row), 1);
 }
 
 void TableLocks::releaseRecords(Owner owner) noexcept {
@@ -98,7 +101,7 @@ void TableLocks::releaseRecords(Owner owner) noexcept {
       ++at;
       continue;
     }
-    if (!holdsTable()) dat_.unlock(byteOf(at->first), 1);
+    if (!allRows_) dat_.unlock(byteOf(at->first), 1);
     at = records_.erase(at);
   }
 }
@@ -120,10 +123,11 @@ TableLocks::Answer TableLocks::tryTable(Owner owner) {
     Taking taking(dat_);
     // The range comes last: giving it back would free own record locks inside it.
     if (!taking.take(kTransactionByte, holdsTransactionByte()) || !taking.take(kWriteByte, holdsWrite()) ||
-        !dat_.lock(kRecordBase, kRecordCount, LockMode::exclusive)) {
+        (!allRows_ && !dat_.lock(kRecordBase, kRecordCount, LockMode::exclusive))) {
       return Answer::heldElsewhere;
     }
     taking.keep();
+    allRows_ = true;
   }
   ++tables_[owner];
   ++tableCount_;
@@ -135,13 +139,14 @@ void TableLocks::releaseTable(Owner owner) noexcept {
   assert(held != tables_.end());
   if (held == tables_.end()) return;
   if (--held->second == 0) tables_.erase(held);
-  if (--tableCount_ == 0) freeTable();
+  if (--tableCount_ == 0) freeWrite(WriteKind::transaction);
 }
 
 bool TableLocks::holdsTable(Owner owner) const { return tables_.contains(owner); }
 
-// Frees the gaps between own record locks, and the bytes that no own write needs: what stays is never let go.
-void TableLocks::freeTable() noexcept {
+// Frees the gaps between own record locks: what stays is never let go.
+void TableLocks::freeRows() noexcept {
+  if (!std::exchange(allRows_, false)) return;
   std::vector<RowId> rows;
   rows.reserve(records_.size());
   for (const auto& record : records_) rows.push_back(record.first);
@@ -152,7 +157,6 @@ void TableLocks::freeTable() noexcept {
     from = byteOf(row) + 1;
   }
   dat_.unlock(from, kRecordBase + kRecordCount - from);
-  freeWrite(WriteKind::transaction);
 }
 
 TableLocks::Answer TableLocks::tryWrite(WriteKind kind) {
@@ -174,6 +178,7 @@ void TableLocks::releaseWrite(WriteKind kind) noexcept {
 }
 
 void TableLocks::freeWrite(WriteKind ended) noexcept {
+  if (!holdsTransactionByte()) freeRows();
   if (!holdsWrite()) dat_.unlock(kWriteByte, 1);
   if (ended == WriteKind::transaction && !holdsTransactionByte()) dat_.unlock(kTransactionByte, 1);
 }

@@ -51,8 +51,9 @@ class TableLocks {
   bool heldExclusively() const { return exclusive_ != nullptr; }
   std::size_t openers() const { return openers_.size(); }
 
-  // Record. An owner that holds the record already is granted (counted once). Under an own table lock no byte of its
-  // own is taken on the file.
+  // Record. An owner that holds the record already is granted (counted once). In a transaction, which bars others from
+  // every row anyhow, the first one takes the whole record range where nobody else holds a record; under that or a
+  // table lock no byte of its own is taken on the file.
   Answer tryRecord(Owner owner, RowId row);
   void releaseRecord(Owner owner, RowId row) noexcept;
   bool holdsRecord(Owner owner, RowId row) const;
@@ -61,7 +62,7 @@ class TableLocks {
   bool recordHeldElsewhere(RowId row);
 
   // Table: the whole record range, the transaction byte and the write byte. Counted over owners and calls; binds other
-  // processes only.
+  // processes only. The range is kept until neither table lock nor transaction is held.
   Answer tryTable(Owner owner);
   void releaseTable(Owner owner) noexcept;  // one count
   bool holdsTable() const { return tableCount_ > 0; }
@@ -78,14 +79,15 @@ class TableLocks {
  private:
   bool holdsTransactionByte() const { return transactionCount_ + tableCount_ > 0; }
   void releaseRecords(Owner owner) noexcept;
-  void freeTable() noexcept;
+  void freeRows() noexcept;
   void freeWrite(WriteKind ended) noexcept;
 
   File& dat_;
   std::set<Owner> openers_;
   Owner exclusive_ = nullptr;
-  std::unordered_map<RowId, Owner> records_;  // each a byte on the file unless the table lock covers it
+  std::unordered_map<RowId, Owner> records_;  // each a byte on the file unless all rows are held
   std::map<Owner, int> tables_;
+  bool allRows_ = false;  // the whole record range on the file
   int tableCount_ = 0;
   int postCount_ = 0;
   int transactionCount_ = 0;

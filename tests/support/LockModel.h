@@ -31,12 +31,13 @@ struct ModelledProcess {
   std::map<int, int> tables;
   int posts = 0;
   int transactions = 0;
+  bool allRows = false;  // by a table lock, or a transaction that has locked a record: until both have ended
 
   bool hasTable() const { return !tables.empty(); }
   bool exclusive() const {
     return std::ranges::any_of(openers, [](const auto& opener) { return opener.second; });
   }
-  bool bars(RowId row) const { return hasTable() || records.contains(row); }
+  bool bars(RowId row) const { return allRows || records.contains(row); }
   bool inTransaction() const { return hasTable() || transactions > 0; }
   bool writes() const { return inTransaction() || posts > 0; }
 
@@ -104,8 +105,15 @@ class LockModel {
   void grant(const Operation& o) {
     ModelledProcess& me = (*this)[o.process];
     if (o.verb == Verb::open) me.openers[o.owner] = o.flag;
-    if (o.verb == Verb::record) me.records[o.row] = o.owner;
-    if (o.verb == Verb::table) ++me.tables[o.owner];
+    if (o.verb == Verb::record) {
+      const bool held = me.records.contains(o.row);
+      if (!held && me.inTransaction() && othersHoldNoRecord(o.process)) me.allRows = true;
+      me.records[o.row] = o.owner;
+    }
+    if (o.verb == Verb::table) {
+      ++me.tables[o.owner];
+      me.allRows = true;
+    }
     if (o.verb == Verb::write) ++(o.flag ? me.transactions : me.posts);
     if (o.verb == Verb::releaseRecord) me.records.erase(o.row);
     if (o.verb == Verb::releaseTable && --me.tables[o.owner] == 0) me.tables.erase(o.owner);
@@ -115,9 +123,15 @@ class LockModel {
       me.tables.erase(o.owner);
       std::erase_if(me.records, [&](const auto& record) { return record.second == o.owner; });
     }
+    me.allRows = me.allRows && me.inTransaction();
   }
 
  private:
+  bool othersHoldNoRecord(int process) const {
+    for (int p = 0; p < kProcesses; ++p)
+      if (p != process && ((*this)[p].allRows || !(*this)[p].records.empty())) return false;
+    return true;
+  }
   static bool bars(const ModelledProcess& other, const Operation& o) {
     if (o.verb == Verb::open) return o.flag ? !other.openers.empty() : other.exclusive();
     if (o.verb == Verb::record) return other.bars(o.row);
