@@ -1,11 +1,21 @@
 #include "store/pages/PageCache.h"
 
+#include <sys/mman.h>
+
 #include <cassert>
+#include <cstdlib>
+#include <new>
 
 namespace quillon::store {
 namespace {
-constexpr std::size_t kBlockFrames = 64;
-}
+
+constexpr std::size_t kSmallBlock = 64;    // frames
+constexpr std::size_t kLargeBlock = 512;   // frames: as large as a large page of the processor
+constexpr std::size_t kManyFrames = 1024;  // with fewer large pages gain nothing
+
+}  // namespace
+
+void PageCache::Release::operator()(std::byte* block) const { std::free(block); }
 
 PageCache::~PageCache() = default;
 
@@ -83,19 +93,27 @@ void PageCache::rehash(std::size_t slots) {
 }
 
 Frame* PageCache::takeUnused() {
-  if (unused_.empty()) {
-    blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(kBlockFrames * kPageSize));
-    frameBlocks_.push_back(std::make_unique<Frame[]>(kBlockFrames));
-    for (std::size_t i = 0; i < kBlockFrames; ++i) {
-      Frame* frame = &frameBlocks_.back()[i];
-      frame->data = blocks_.back().get() + i * kPageSize;
-      all_.push_back(frame);
-      unused_.push_back(frame);
-    }
-  }
+  if (unused_.empty()) addBlock();
   Frame* frame = unused_.back();
   unused_.pop_back();
   return frame;
+}
+
+// Reads jump about in a cache of many megabytes: in ordinary pages of the processor each jump would cost a walk through
+// its page tables too, so a cache that has grown asks for large ones. The system may refuse, and then costs as before.
+void PageCache::addBlock() {
+  const bool large = all_.size() >= kManyFrames && all_.size() + kLargeBlock <= capacity_ + dirty_ + kSmallBlock;
+  const std::size_t frames = large ? kLargeBlock : kSmallBlock, bytes = frames * kPageSize;
+  blocks_.emplace_back(static_cast<std::byte*>(std::aligned_alloc(large ? bytes : kPageSize, bytes)));
+  if (!blocks_.back()) throw std::bad_alloc();
+  if (large) ::madvise(blocks_.back().get(), bytes, MADV_HUGEPAGE);
+  frameBlocks_.push_back(std::make_unique<Frame[]>(frames));
+  for (std::size_t i = 0; i < frames; ++i) {
+    Frame* frame = &frameBlocks_.back()[i];
+    frame->data = blocks_.back().get() + i * kPageSize;
+    all_.push_back(frame);
+    unused_.push_back(frame);
+  }
 }
 
 bool PageCache::evictOne() {

@@ -71,13 +71,17 @@ class PageCache {
   void rehash(std::size_t slots);
   std::size_t slotOf(const PageFile* file, PageNo number) const;
   Frame* takeUnused();
+  void addBlock();
   bool evictOne();
 
   std::size_t capacity_;
   std::size_t used_ = 0;  // frames in the table
   std::size_t dirty_ = 0;
   std::size_t hand_ = 0;
-  std::vector<std::unique_ptr<std::byte[]>> blocks_;
+  struct Release {
+    void operator()(std::byte* block) const;
+  };
+  std::vector<std::unique_ptr<std::byte[], Release>> blocks_;
   std::vector<std::unique_ptr<Frame[]>> frameBlocks_;
   std::vector<Frame*> all_;
   std::vector<Frame*> unused_;
