@@ -231,7 +231,11 @@ class Cursor {
   void stand(RowId row, std::string key, std::string record);
   void arrived();
   [[noreturn]] void raiseDamaged(const char* what) const;
+  void requireOrder(bool forward, std::string_view last, std::string_view key, bool mayEqual) const;
   void fillFromTree(bool forward, const std::string& start, bool inclusive, bool bounded);
+  void readTree(bool forward, const std::string& start, bool inclusive, bool bounded);
+  void fillRecord(Window::Entry& entry, std::string_view payload);
+  void fillRecords(std::size_t first);
   bool isCurrent() const;
   bool fillFromList(bool forward, std::string_view from, bool inclusive, bool bounded);
   bool fill(bool forward, std::string_view from, bool inclusive, bool bounded);

@@ -1,5 +1,6 @@
 // Where a cursor stands: rows read ahead in batches, filtered outside every lock, and found again after a change.
 #include <algorithm>
+#include <array>
 
 #include "store/Cursor.h"
 #include "store/CursorParts.h"
@@ -14,6 +15,7 @@ namespace {
 constexpr std::size_t kFirstBatch = 4;
 constexpr std::size_t kLongestBatch = 256;
 constexpr std::size_t kBatchBytes = 256 * 1024;
+constexpr std::size_t kTogether = 16;    // records whose pages are asked for at once
 constexpr std::int64_t kFreshFor = 100;  // milliseconds that rows read ahead are believed without a look at the table
 
 }  // namespace
@@ -55,7 +57,7 @@ bool Cursor::fill(bool forward, std::string_view from, bool inclusive, bool boun
               {[&] { window_.clear(); },
                [&](std::string_view key, RowId row, std::string_view record) { window_.add(key, row, record); }});
   else
-    table_->read([&] { fillFromTree(forward, start, inclusive, bounded); });
+    fillFromTree(forward, start, inclusive, bounded);
   window_.version = table_->version();
   window_.time = database_->session().environment().clock.milliseconds();
   return !window_.entries.empty();
@@ -75,40 +77,75 @@ void Cursor::Window::add(std::string_view itsKey, RowId itsRow, std::string_view
                      static_cast<std::uint32_t>(itsRecord.size()), itsRow});
 }
 
-// A walk finds its place again by key: on a tree that is out of order it would go in circles.
 void Cursor::raiseDamaged(const char* what) const {
   throw StoreError(Code::damaged,
                    "An index of table '" + table_->name() + "' " + what + ". Run Pack/Repair on the company.");
 }
 
 void Cursor::fillFromTree(bool forward, const std::string& start, bool inclusive, bool bounded) {
+  try {
+    table_->read([&] { readTree(forward, start, inclusive, bounded); });
+  } catch (...) {
+    window_.clear();  // rows may be without their records
+    throw;
+  }
+}
+
+void Cursor::readTree(bool forward, const std::string& start, bool inclusive, bool bounded) {
   window_.clear();
   Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
   TreeWalk walk(tree);
-  TreeWalk rows(table_->rows());
   bool found = seekFrom(walk, forward, {start, inclusive, bounded}, low_, high_);
-  std::string rowKey;
-  bool mayEqual = inclusive;
-  for (; found && window_.entries.size() < window_.batch && window_.bytes.size() < kBatchBytes;
-       found = forward ? walk.next() : walk.prior()) {
-    const std::string_view key = walk.key();
-    if (!inBounds(key)) break;
-    if (!bounded || !window_.entries.empty()) {
-      const Window::Entry* last = window_.entries.empty() ? nullptr : &window_.entries.back();
-      const int moved = key.compare(last ? std::string_view(window_.bytes).substr(last->key, last->keySize) : start);
-      if (forward ? moved < 0 : moved > 0) raiseDamaged("has keys that are out of order");
-      if (moved == 0 && !mayEqual) raiseDamaged("has a key twice");
+  while (found && window_.entries.size() < window_.batch && window_.bytes.size() < kBatchBytes) {
+    const std::size_t from = window_.entries.size();
+    const std::size_t most = order_ < 0 ? 1 : std::min(kTogether, window_.batch - from);
+    for (; found && window_.entries.size() < from + most; found = forward ? walk.next() : walk.prior()) {
+      const std::string_view key = walk.key();
+      if (!inBounds(key)) return fillRecords(from);
+      if (!window_.entries.empty()) {
+        const Window::Entry& last = window_.entries.back();
+        requireOrder(forward, std::string_view(window_.bytes).substr(last.key, last.keySize), key, false);
+      } else if (!bounded) {
+        requireOrder(forward, start, key, inclusive);
+      }
+      window_.entries.push_back({static_cast<std::uint32_t>(window_.bytes.size()),
+                                 static_cast<std::uint32_t>(key.size()), 0, 0, KeyCodec::rowOf(key)});
+      window_.bytes += key;
+      if (order_ < 0) fillRecord(window_.entries.back(), walk.payload());
     }
-    mayEqual = false;
-    std::string_view payload;
-    if (order_ < 0) {
-      payload = walk.payload();
-    } else {
-      rowKey.assign(key.substr(KeyCodec::fieldBytes(key)));
-      if (!rows.seek(rowKey) || rows.key() != rowKey) raiseDamaged("names a record that is not there");
-      payload = rows.payload();
-    }
-    window_.add(key, KeyCodec::rowOf(key), table_->record(payload, scratch_));
+    if (order_ >= 0) fillRecords(from);
+  }
+}
+
+// A walk finds its place again by key: on a tree that is out of order it would go in circles.
+void Cursor::requireOrder(bool forward, std::string_view last, std::string_view key, bool mayEqual) const {
+  const int moved = key.compare(last);
+  if (forward ? moved < 0 : moved > 0) raiseDamaged("has keys that are out of order");
+  if (moved == 0 && !mayEqual) raiseDamaged("has a key twice");
+}
+
+void Cursor::fillRecord(Window::Entry& entry, std::string_view payload) {
+  const std::string_view record = table_->record(payload, scratch_);
+  entry.record = static_cast<std::uint32_t>(window_.bytes.size());
+  entry.recordSize = static_cast<std::uint32_t>(record.size());
+  window_.bytes += record;
+}
+
+// The records of the entries from `first` on, of which only the keys are there. In the order of an index they lie apart
+// and none is in the processor's cache: their pages are asked for together, so that they are waited for once.
+void Cursor::fillRecords(std::size_t first) {
+  std::array<std::optional<TreeWalk>, kTogether> walks;
+  const auto rowKey = [&](const Window::Entry& entry) {
+    return std::string_view(window_.bytes).substr(entry.key, entry.keySize).substr(entry.keySize - KeyCodec::kRowBytes);
+  };
+  for (std::size_t i = first; i < window_.entries.size(); ++i)
+    walks[i - first].emplace(table_->rows()).approach(rowKey(window_.entries[i]));
+  for (std::size_t i = first; i < window_.entries.size(); ++i) {
+    TreeWalk& walk = *walks[i - first];
+    const std::string_view key = rowKey(window_.entries[i]);
+    if (!walk.arrive(key) || walk.key() != key) raiseDamaged("names a record that is not there");
+    fillRecord(window_.entries[i], walk.payload());
+    if (window_.bytes.size() >= kBatchBytes) window_.entries.resize(i + 1);  // the rest is read again
   }
 }
 

@@ -59,7 +59,14 @@ class TreeWalk {
  public:
   explicit TreeWalk(Tree& tree) : tree_(tree) {}
 
-  bool seek(std::string_view key);        // first entry at or above `key`
+  bool seek(std::string_view key) {  // first entry at or above `key`
+    approach(key);
+    return arrive(key);
+  }
+  // `seek` in two steps. The first ends at the leaf's door: the page is had and asked for from memory but not looked
+  // at, so that several walks can wait for their leaves at once.
+  void approach(std::string_view key);
+  bool arrive(std::string_view key);
   bool seekBefore(std::string_view key);  // last entry below `key`
   bool seekRank(std::uint64_t rank);      // 0 is the first
   bool first() { return seekRank(0); }

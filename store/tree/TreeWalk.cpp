@@ -1,6 +1,9 @@
 #include "store/tree/Tree.h"
 
 namespace quillon::store {
+namespace {
+constexpr std::size_t kLine = 64;  // bytes of the processor's cache lines
+}
 
 TreePage TreeWalk::enter(PageNo number, unsigned level) {
   const TreePage page(path_.push(tree_.file_.read(number)).data, tree_.file_);
@@ -8,16 +11,32 @@ TreePage TreeWalk::enter(PageNo number, unsigned level) {
   return page;
 }
 
-bool TreeWalk::seek(std::string_view key) {
+void TreeWalk::approach(std::string_view key) {
   path_.clear();
-  if (tree_.root_ == 0) return false;
-  TreePage page = enter(tree_.root_, TreePage::kAnyLevel);
-  while (!page.leaf()) {
-    path_.back().index = page.childFor(key);
-    page = enter(page.child(path_.back().index), page.level() - 1);
+  if (tree_.root_ == 0) return;
+  PageNo number = tree_.root_;
+  for (unsigned level = TreePage::kAnyLevel; level != 0;) {
+    TreePath::Step& step = path_.push(tree_.file_.read(number));
+    const TreePage page(step.data, tree_.file_);
+    page.requireSound(level);
+    if (page.leaf()) return;
+    step.index = page.childFor(key);
+    level = page.level() - 1;
+    number = page.child(step.index);
   }
-  path_.back().index = page.lowerBound(key);
-  return path_.back().index < page.count() || nextLeaf();
+  const std::byte* leaf = path_.push(tree_.file_.read(number)).data;
+  // The header with the first slots, and the cells that were put in first.
+  for (const std::size_t at : {std::size_t{0}, kLine, 2 * kLine, 3 * kLine, kPageSize - 2 * kLine, kPageSize - kLine})
+    __builtin_prefetch(leaf + at);
+}
+
+bool TreeWalk::arrive(std::string_view key) {
+  if (!valid()) return false;
+  TreePath::Step& leaf = path_.back();
+  const TreePage page(leaf.data, tree_.file_);
+  page.requireSound(0);
+  leaf.index = page.lowerBound(key);
+  return leaf.index < page.count() || nextLeaf();
 }
 
 bool TreeWalk::seekBefore(std::string_view key) {
