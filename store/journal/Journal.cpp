@@ -367,10 +367,11 @@ void Journal::shrink() {
 
 std::string Journal::changedRuns(const std::byte* before, const std::byte* after) {
   std::string out;
-  constexpr std::size_t kWord = 8;
+  constexpr std::size_t kWord = 8, kLine = 64;
   for (std::size_t at = 0; at < kPageSize;) {
-    if (std::memcmp(before + at, after + at, kWord) == 0) {
-      at += kWord;
+    const std::size_t size = at % kLine == 0 && std::memcmp(before + at, after + at, kLine) == 0 ? kLine : kWord;
+    if (size == kLine || std::memcmp(before + at, after + at, kWord) == 0) {
+      at += size;
       continue;
     }
     std::size_t end = at + kWord;
