@@ -30,6 +30,10 @@ App::App(Person& person, const Registry& registry, Formats formats, std::string 
 
 App::~App() { dropScreens(); }
 
+void App::settle() {
+  if (database_ != nullptr) database_->settle();
+}
+
 void App::setDatabase(store::Database* database) {
   lookUps_.clear();
   database_ = database;
@@ -110,6 +114,7 @@ Result App::runModal(std::string_view className, const Open& open) {
   {
     const Standing onTop(modals_, &screen);
     screen.layer = static_cast<int>(modals_.size());
+    settle();
     person_.runModal(screen);
   }
   // Screens that were opened meanwhile and stay belong to the layer below from now on.
@@ -188,6 +193,7 @@ Ended App::run(Screen& screen, const std::string& name, const std::function<void
   {
     const Standing running(running_, static_cast<int>(modals_.size()));
     const Place place = attempt(action, ended);
+    attempt([this] { settle(); }, ended);
     person_.hourglass(false);
     if (screen.visible()) attempt([&] { screen.goTo(place); }, ended);
   }

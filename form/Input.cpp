@@ -80,6 +80,9 @@ Ended Input::cell(Screen& screen, Control& control, std::uint64_t row, std::stri
     for (std::size_t i = 0; i < grid->columns().size(); ++i)
       if (grid->columns()[i].get() == wanted) position = static_cast<int>(i);
   }
+  // What is typed there stays there: it may be a text that was refused.
+  if (screen.focused() == &control && position == grid->activeColumn() && grid->activeRow() == row)
+    return {.command = commandName(screen, control)};
   return app_.run(screen, commandName(screen, control), [&] {
     take(screen);
     screen.setFocus(&control);

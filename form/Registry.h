@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -56,13 +57,13 @@ class Registry {
 
   const ScreenEntry* find(std::string_view className) const;             // null: no such screen
   const ScreenEntry* findInstance(std::string_view instanceName) const;  // "frmJVs", in any case
-  const std::vector<ScreenEntry>& screens() const { return screens_; }
+  const std::deque<ScreenEntry>& screens() const { return screens_; }
   const std::vector<MenuRow>& menu() const { return menu_; }
   // The rows whose path ends with this one; a path may leave out its beginning, "&" and "..." always.
   std::vector<const MenuRow*> menuRows(std::string_view path) const;
 
  private:
-  std::vector<ScreenEntry> screens_;
+  std::deque<ScreenEntry> screens_;  // open screens look at theirs
   std::vector<MenuRow> menu_;
 };
 
