@@ -143,8 +143,8 @@ void DrivePerson::countPastEnd() {
 
 std::optional<Json> DrivePerson::answerTo(Question question, const std::function<void(const Json&)>& fits) {
   if (over_) countPastEnd();
+  if (program_) program_->app().settle();
   question_ = std::move(question);
-  const int mine = depth_;
   std::optional<Json> answer;
   while (!answer) {
     const std::optional<Request> request = next();
@@ -153,7 +153,6 @@ std::optional<Json> DrivePerson::answerTo(Question question, const std::function
       attend(*request);
       continue;
     }
-    owner_ = mine;
     try {
       if (request->verb != "answer")
         throw RequestRefused("A question waits: " + question_->text, {"answer", "state", "screens", "sql", "quit"});
