@@ -35,8 +35,14 @@ void DrivePerson::serve(Program& program) {
   program.app().watch(this);
   while (const std::optional<Request> request = next()) attend(*request);
   program.app().watch(nullptr);
-  program.end();
   program_ = nullptr;
+  try {
+    program.end();
+  } catch (const Error& error) {
+    refuse(error);
+    writeReply();
+    throw;
+  }
   writeReply();
 }
 
