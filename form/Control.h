@@ -56,7 +56,7 @@ class Asked {
  public:
   Asked() = default;
   template <std::convertible_to<T> Fixed>
-  Asked(Fixed&& fixed) : fixed_(std::forward<Fixed>(fixed)) {}
+  Asked(Fixed fixed) : fixed_(std::move(fixed)) {}
   template <std::invocable Ask>
   Asked(Ask ask) : ask_(std::move(ask)) {}
   T operator()() const { return ask_ ? ask_() : fixed_; }

@@ -52,8 +52,11 @@ std::optional<std::uint64_t> Grid::activeRow() const {
 
 Grid::Row Grid::current() const {
   Row row;
-  for (const auto& column : columns_)
-    if (column->visible()) row.texts.push_back(column->binding()->text());
+  for (const auto& column : columns_) {
+    if (!column->visible()) continue;
+    row.texts.push_back(column->binding()->text());
+    row.data.push_back(column->binding()->data());
+  }
   return row;
 }
 

@@ -22,7 +22,9 @@ namespace quillon::form {
 class Grid {
  public:
   struct Row {
-    std::vector<std::string> texts;  // a visible column each
+    // A visible column each: what is shown, and what stands behind it.
+    std::vector<std::string> texts;
+    std::vector<store::Value> data;
     bool active = false;
     bool isNew = false;  // being entered
   };

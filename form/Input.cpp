@@ -142,12 +142,8 @@ Ended Input::set(Screen& screen, Control& control, std::string_view text) {
 }
 
 Ended Input::setCell(Screen& screen, Control& grid, std::uint64_t row, std::string_view column, std::string_view text) {
-  // Where the person is already, what was typed and refused is typed over.
-  const Grid* lines = grid.grid();
-  const bool there =
-      lines && screen.focused() == &grid && lines->activeRow() == row && screen.target() == lines->column(column);
-  if (!there)
-    if (const Ended moved = cell(screen, grid, row, column); !moved.ok) return moved;
+  Ended moved = cell(screen, grid, row, column);
+  if (!moved.ok) return moved;
   return app_.run(screen, commandName(screen, grid) + "." + std::string(column), [&] {
     begin(screen);
     screen.setTyped(std::string(text));
