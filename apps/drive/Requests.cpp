@@ -51,6 +51,7 @@ Done serveMenu(Program& program, const Request& request, Reply&) {
   const form::Registry& registry = program.app().registry();
   const std::vector<const form::MenuRow*> rows = registry.menuRows(request.name());
   std::vector<std::string> paths;
+  paths.reserve(rows.size());
   for (const form::MenuRow* row : rows) paths.push_back(form::plainCaption(row->path));
   if (rows.empty()) {
     for (const form::MenuRow& row : registry.menu()) paths.push_back(form::plainCaption(row.path));
@@ -133,6 +134,7 @@ Done locate(Program& program, const Target& target, const Json* values) {
     const int position = cursor.fieldPosition(name);
     if (position < 0) {
       std::vector<std::string> names;
+      names.reserve(static_cast<std::size_t>(cursor.fieldCount()));
       for (int i = 0; i < cursor.fieldCount(); ++i) names.push_back(cursor.field(i).definition().name);
       throw RequestRefused("There is no field " + quoted(name), names);
     }

@@ -115,16 +115,23 @@ class StateWriter {
     column < grid.columns().size() ? out_.value(grid.columns()[column]->name()) : out_.null();
     out_.endObject().key("rows").array();
     for (const form::Grid::Row& row : view.rows) {
-      out_.object().key("cells").object();
-      std::size_t shown = 0;
-      for (const auto& some : grid.columns())
-        if (some->visible()) out_.member(some->name(), row.texts[shown++]);
-      out_.endObject();
+      out_.object();
+      writeCells(grid, "cells", row.texts);
+      writeCells(grid, "data", row.data);
       if (row.active) out_.member("active", true);
       if (row.isNew) out_.member("new", true);
       out_.endObject();
     }
     out_.endArray();
+  }
+
+  template <typename T>
+  void writeCells(const form::Grid& grid, const char* name, const std::vector<T>& cells) {
+    out_.key(name).object();
+    std::size_t shown = 0;
+    for (const auto& column : grid.columns())
+      if (column->visible()) out_.member(column->name(), cells[shown++]);
+    out_.endObject();
   }
 
   void writePages(form::PageSource& pages) {

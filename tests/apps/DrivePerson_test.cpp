@@ -153,6 +153,7 @@ TEST_F(DrivePersonTest, AFailedCommandAndARefusedRequestAreNotOk) {
            {controls + "grdToyLine.total", "1"},
            {controls + "grdToyLine.active.column", "Amount"},
            {controls + "grdToyLine.rows.0.cells.Amount", "1,234.50"},
+           {controls + "grdToyLine.rows.0.data.Amount", "1234.5"},
            {controls + "grdToyLine.rows.0.new", "true"},
            {state + "menus.0.path", "&Edit > &Find..."},
            {state + "menus.0.shortcut", "Ctrl+F"}})
