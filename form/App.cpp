@@ -109,6 +109,10 @@ Screen& App::open(std::string_view className, const Open& open) {
 }
 
 Result App::runModal(std::string_view className, const Open& open) {
+  const ScreenEntry& entry = entryOf(className);
+  const Screen* there = entry.many ? nullptr : find(entry.instanceName());
+  const bool stays = there != nullptr && there->visible();
+  const auto place = std::ranges::find(screens_, there, &std::unique_ptr<Screen>::get) - screens_.begin();
   Screen& screen = this->open(className, open);
   const int before = screen.layer;
   {
@@ -121,6 +125,13 @@ Result App::runModal(std::string_view className, const Open& open) {
   for (const auto& other : screens_) other->layer = std::min(other->layer, static_cast<int>(modals_.size()));
   screen.layer = before;
   Result result = screen.result();
+  // It was on view before, and is again, where it stood, for whoever is behind the modal run.
+  if (stays && !screen.visible()) {
+    screen.show({.locate = result.values});
+    const auto now = std::ranges::find(screens_, &screen, &std::unique_ptr<Screen>::get);
+    std::rotate(std::min(now, screens_.begin() + place), now, now + 1);
+    if (watcher_) watcher_->opened(screen);
+  }
   if (!screen.visible()) sweep();
   return result;
 }
