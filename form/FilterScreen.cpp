@@ -22,9 +22,10 @@ void FilterScreen::btnOKClick() {
   setResult(true);
 }
 
-void FilterScreen::btnCancelClick() {
+// Every other way out is Cancel.
+void FilterScreen::closed() {
+  if (result().confirmed) return;
   for (std::size_t i = 0; i < variables_.size(); ++i) variables_[i]->set(before_[i]);
-  setResult(false);
 }
 
 Control& FilterScreen::buttons(Layout& l) {

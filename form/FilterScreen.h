@@ -23,10 +23,11 @@ class FilterScreen : public Screen {
   // A condition: cleared by Reset.
   void clears(Variable& variable) { variables_.push_back(&variable); }
   void btnOKClick();
-  void btnCancelClick();
+  void btnCancelClick() { setResult(false); }
   // OK, Cancel and Reset.
   Control& buttons(Layout& layout);
   void shown(const Open& open) override;
+  void closed() override;
 
  private:
   std::string list_;

@@ -42,8 +42,9 @@ void ListScreen::applyFilter() {
   std::string all;
   for (const std::string* part : {&filter_, &jump_, &view_})
     if (!part->empty()) all += (all.empty() ? "" : " AND ") + *part;
-  rows().setFilter(all);
-  rows().setFiltered(!all.empty());
+  Table& filtered = *tables().front();
+  filtered.setFilter(all);
+  filtered.setFiltered(!all.empty());
 }
 
 Control& ListScreen::editMenu(Layout& l) {
@@ -96,6 +97,7 @@ void ListScreen::find(const std::string& typed) {
 }
 
 void ListScreen::shown(const Open& open) {
+  setFocus(gridOf(rows()));
   rows().refresh();
   jump_ = open.filter;
   applyFilter();

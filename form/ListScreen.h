@@ -19,8 +19,8 @@ struct ListPlan {
 
 // A grid over the first of its tables, with the commands that every list has.
 //
-// Its filter has three parts, joined by AND: what the filter screen says, the view that is switched on (Outstanding),
-// and the clause of a jump from elsewhere. Reset clears the first and the third.
+// Its filter is that of its first table, and has three parts, joined by AND: what the filter screen says, the view that
+// is switched on (Outstanding), and the clause of a jump from elsewhere. Reset clears the first and the third.
 class ListScreen : public Screen {
  public:
   ListScreen(App& app, ListPlan plan) : Screen(app), plan_(std::move(plan)) {}

@@ -70,11 +70,14 @@ void RecordScreen::undo() {
 void RecordScreen::moveList() {
   if (!savedOnce_ || plan_.list.empty()) return;
   Screen* list = app().find(plan_.list);
-  if (list == nullptr || !list->visible() || list->tables().empty()) return;
+  if (list == nullptr || !list->visible()) return;
+  const std::string& table = record().definition().name;
+  const auto rows =
+      std::ranges::find_if(list->tables(), [&](const Table* some) { return some->definition().name == table; });
+  if (rows == list->tables().end()) return;
   try {
-    Table& rows = *list->tables().front();
-    rows.refresh();
-    rows.locate(plan_.key, {record().value(plan_.key)});
+    (*rows)->refresh();
+    (*rows)->locate(plan_.key, {record().value(plan_.key)});
   } catch (const store::StoreError&) {
   }
 }
