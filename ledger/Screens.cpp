@@ -14,6 +14,7 @@ struct Row {
   ScreenPtr (*make)(shell::Session&);
   Opening opening = Opening::companion;
   Lifetime lifetime = Lifetime::freed;
+  bool many = false;
 };
 
 constexpr Row kScreens[] = {
@@ -21,8 +22,9 @@ constexpr Row kScreens[] = {
     {"TfrmGLAccountsFilter", makeGLAccountsFilter, Opening::companion, Lifetime::hidden},
     {"TfrmGLAccount", makeGLAccount},
     {"TfrmGLAccountSub", makeGLAccountSub},
-    {"TfrmGLAccountSearch", makeGLAccountSearch},
-    {"TfrmGLAccountSubSearch", makeGLAccountSubSearch},
+    // A picker leads to its list, and that to the picker again.
+    {"TfrmGLAccountSearch", makeGLAccountSearch, Opening::companion, Lifetime::freed, true},
+    {"TfrmGLAccountSubSearch", makeGLAccountSubSearch, Opening::companion, Lifetime::freed, true},
     {"TfrmJVs", makeJVs, Opening::list},
     {"TfrmJVsFilter", makeJVsFilter, Opening::companion, Lifetime::hidden},
     {"TfrmJVsFind", makeJVsFind, Opening::companion, Lifetime::hidden},
@@ -37,6 +39,7 @@ void registerScreens(shell::Session& session) {
     session.registry().add({.className = row.className,
                             .opening = row.opening,
                             .lifetime = row.lifetime,
+                            .many = row.many,
                             .make = [&session, make = row.make](form::App&) { return make(session); }});
 }
 

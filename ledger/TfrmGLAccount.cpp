@@ -69,9 +69,9 @@ void TfrmGLAccount::tblGLAccntBeforePost() {
   if (isNew()) tblGLAccnt["GLAccountID"] = form::nextId(database(), "GLAccnt", "GLAccountID");
 }
 
-// Statements name accounts by their numbers. The tip comes once in a run of the program.
+// Statements name accounts by their numbers, also those to come. The tip comes once in a run of the program.
 void TfrmGLAccount::closed() {
-  if (session_.tipShown || numberAtOpening_.isNull() || tblGLAccnt.isEmpty() || tblGLAccnt.isEditing()) return;
+  if (session_.tipShown || !savedOnce()) return;
   if (tblGLAccnt.value("GLAccount") == numberAtOpening_) return;
   session_.tipShown = true;
   store::Query statements(database(), "SELECT StmtID FROM FStmt TOP 1");

@@ -15,10 +15,13 @@ class TfrmGLAccountSubSearch final : public form::PickerScreen {
  private:
   void build(form::Layout& l) override {
     l.check("chkSubUsed", "Subaccount &used", chkSubUsed).hint("Checked = subaccount used. Unchecked = no subaccount.");
-    l.row(findBox(l, "Subaccount &no.:", editSubAccount), findBox(l, "&Name:", editSubAccountName));
+    const auto used = [this] { return chkSubUsed.value.asBool(); };
+    l.row(findBox(l, "Subaccount &no.:", editSubAccount).enabledWhen(used),
+          findBox(l, "&Name:", editSubAccountName).enabledWhen(used));
     pickGrid(l, l.columns(l.column("Subaccount no.", tblGLAcSub["SubAccount"]),
                           l.column("Name", tblGLAcSub["SubAccountName"])))
-        .enabledWhen([this] { return chkSubUsed.value.asBool(); });
+        .named("grdGLAcSub")
+        .enabledWhen(used);
     buttons(l, l.button("btnGLSubaccounts", "&Subaccounts...", [this] {
                   maintain("TfrmGLAccounts", level_);
                 }).hint("Add or edit subaccounts"));

@@ -10,6 +10,7 @@
 #include "ledger/Accounts.h"
 #include "ledger/MakeScreens.h"
 #include "shell/Session.h"
+#include "store/Database.h"
 #include "store/Query.h"
 
 namespace quillon::ledger {
@@ -24,11 +25,13 @@ class TfrmGLAccounts final : public form::ListScreen {
 
  private:
   void build(form::Layout& layout) override;
-  void tblGLAccntBeforeDelete();
-  void tblGLAcSubBeforeDelete();
+  std::string title() override { return isMain() ? ListScreen::title() : "GL Accounts"; }
+  void requireUnusedAccount();
+  void requireUnusedSubaccount();
   void cboSubaccountChange();
   void mnuNewClick() override;
   void mnuEditClick() override;
+  void mnuDeleteClick() override;
   void mnuFindClick() override;
   void mnuFilterClick() override;
   void btnSubaccountsClick();
@@ -37,6 +40,7 @@ class TfrmGLAccounts final : public form::ListScreen {
 
   std::string keyField() const override { return isMain() ? "GLAccountID" : "SubAccountID"; }
   void shown(const form::Open& open) override;
+  void closed() override;
 
   int level() const { return cboSubaccount.value.asInt(); }
   bool isMain() const { return level() == 0; }
@@ -52,6 +56,7 @@ class TfrmGLAccounts final : public form::ListScreen {
   form::Table tblGLAcSub2{*this, "GLAcSub2"};
   form::Table tblGLAcSub3{*this, "GLAcSub3"};
   form::Variable cboSubaccount{.value = Value(0)};
+  int askedLevel_ = 0;
   form::Control* grid_ = nullptr;
 };
 
@@ -106,9 +111,6 @@ TfrmGLAccounts::TfrmGLAccounts(shell::Session& session)
                                  .key = "GLAccountID",
                                  .filterScreen = "TfrmGLAccountsFilter",
                                  .find = "TfrmGLAccountSearch"}) {
-  tblGLAccnt.events.beforeDelete = [this] { tblGLAccntBeforeDelete(); };
-  for (form::Table* table : {&tblGLAcSub1, &tblGLAcSub2, &tblGLAcSub3})
-    table->events.beforeDelete = [this] { tblGLAcSubBeforeDelete(); };
   cboSubaccount.change = [this](const Value&) { cboSubaccountChange(); };
 }
 
@@ -158,6 +160,7 @@ void TfrmGLAccounts::later(const std::string& what) {
 void TfrmGLAccounts::cboSubaccountChange() {
   if (cboSubaccount.value.isNull()) cboSubaccount.value = Value(0);
   form::Layout layout(*this);
+  rows().refresh();
   grid_->grid()->show(rows(), levelColumns(layout));
 }
 
@@ -165,7 +168,13 @@ void TfrmGLAccounts::btnSubaccountsClick() { later("Customizable subaccount titl
 
 void TfrmGLAccounts::shown(const form::Open& open) {
   if (const auto wanted = open.values.find("level"); wanted != open.values.end()) cboSubaccount.set(wanted->second);
+  askedLevel_ = level();
   ListScreen::shown(open);
+}
+
+// A row of another level than was asked for says nothing to a picker.
+void TfrmGLAccounts::closed() {
+  if (level() == askedLevel_) ListScreen::closed();
 }
 
 void TfrmGLAccounts::mnuNewClick() {
@@ -191,6 +200,7 @@ void TfrmGLAccounts::find(const std::string& typed) {
   open.values["key"] = rows().isEmpty() ? Value() : rows().value("GLAccountID");
   const form::Result found = app().runModal("TfrmGLAccountSearch", open);
   if (!found.confirmed) return;
+  if (!isMain()) cboSubaccount.set(Value(0));  // turned in the list that the picker led to
   const Value id = found.values.at("key");
   if (rows().locate("GLAccountID", {id})) return;
   form::refuse("'" + app().lookUp("GLAccnt").lookup("GLAccountID", {id}, "GLAccount").asText() + "' not found in list");
@@ -205,7 +215,25 @@ void TfrmGLAccounts::refuseTotals(const std::string& field, const std::string& n
   if (!qryGLActual.isEmpty()) form::refuseDelete(name, "GL Totals data exists for this " + kind);
 }
 
-// Rows that come to nothing do not keep an account; they go with it.
+// Rows of totals that come to nothing do not keep an account: they go with it, or neither goes.
+void TfrmGLAccounts::mnuDeleteClick() {
+  requireRow();
+  isMain() ? requireUnusedAccount() : requireUnusedSubaccount();
+  // Whoever edits the row is met here, where nobody waits for the tables.
+  rows().edit();
+  rows().cancel();
+  store::Database& company = database();
+  company.startTransaction({rows().definition().name, "GLActual"});
+  try {
+    removeEmptyTotals(isMain() ? "GLAccountID" : subaccountField(level()));
+    rows().remove();
+    company.commit();
+  } catch (...) {
+    if (company.inTransaction()) company.rollback();
+    throw;
+  }
+}
+
 void TfrmGLAccounts::removeEmptyTotals(const std::string& field) {
   const std::string total = yearTotal();
   store::Query qryGLActualDel(database(), "DELETE FROM GLActual WHERE " + field + " = :id AND " + total +
@@ -214,22 +242,20 @@ void TfrmGLAccounts::removeEmptyTotals(const std::string& field) {
   qryGLActualDel.execute();
 }
 
-void TfrmGLAccounts::tblGLAccntBeforeDelete() {
+void TfrmGLAccounts::requireUnusedAccount() {
   const std::string name = tblGLAccnt["GLAccount"].asText() + ": " + tblGLAccnt["AccountName"].asText();
   if (!app().person().confirm("Delete '" + name + "'?")) form::abort();
   const Value id = tblGLAccnt.value("GLAccountID");
   refuseTotals("GLAccountID", name, "account");
   form::refuseIfUsed(database(), kAccountUsers, id, name);
   form::refuseIfUsed(database(), kCompanyAccounts, id, name);
-  removeEmptyTotals("GLAccountID");
 }
 
-void TfrmGLAccounts::tblGLAcSubBeforeDelete() {
+void TfrmGLAccounts::requireUnusedSubaccount() {
   const std::string name = rows()["SubAccount"].asText() + ": " + rows()["SubAccountName"].asText();
   if (!app().person().confirm("Delete '" + name + "'?")) form::abort();
   refuseTotals(subaccountField(level()), name, "subaccount");
   form::refuseIfUsed(database(), subaccountUsers(level()), rows().value("SubAccountID"), name);
-  removeEmptyTotals(subaccountField(level()));
 }
 
 }  // namespace
