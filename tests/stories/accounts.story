@@ -236,7 +236,6 @@
 < {"state":{"controls":{"grdGLAccnt":{"total":4}}}}
 
 # A line of a voucher picks its account and subaccount; a subaccount that is not used is none.
-> {"sql":"INSERT INTO JVCtl (NextJVID, NextJVNumber) VALUES (1, 1001)"}
 > {"open":"TfrmJVs"}
 > {"click":"frmJVs.mnuNew"}
 > {"click":"frmJV.btnNew"}
