@@ -1,0 +1,95 @@
+// An account goes with its totals that come to nothing, or neither goes: also when another process is in the way.
+#include <gtest/gtest.h>
+
+#include "form/Input.h"
+#include "form/Table.h"
+#include "ledger/Screens.h"
+#include "shell/Session.h"
+#include "store/Query.h"
+#include "store/schema/CreateCompany.h"
+#include "support/ScriptedPerson.h"
+#include "support/SimProcess.h"
+
+namespace quillon::ledger {
+namespace {
+
+class AccountDelete : public testing::Test {
+ protected:
+  AccountDelete() {
+    disk_.process()->makeFolder(sim::kSharedFolder);
+    other_.open();
+    store::createCompanyTables(other_.database());
+    for (const char* row :
+         {"INSERT INTO GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (7, '1000', 'Cash', 1)",
+          "INSERT INTO GLActual (GLAccountID, GLYear, ActualBudget, Amount1, Amount2) VALUES (7, 2025, 'A', 5, -5)",
+          "INSERT INTO GLActual (GLAccountID, GLYear, ActualBudget) VALUES (7, 2026, 'A')"})
+      store::Query(other_.database(), row).execute();
+    shell::registerScreens(session_);
+    ledger::registerScreens(session_);
+    session_.openCompany(sim::kSharedFolder);
+    list_ = &session_.app().open("TfrmGLAccounts");
+  }
+  ~AccountDelete() override { session_.closeCompany(); }
+
+  // "accounts totals", as the other process sees them.
+  std::string left() {
+    std::string counts;
+    for (const char* table : {"GLAccnt", "GLActual"}) {
+      store::Query count(other_.database(), std::string("SELECT count(*) FROM ") + table);
+      count.open();
+      counts += count.field(0).value().toText() + " ";
+    }
+    return counts;
+  }
+  form::Ended remove(std::initializer_list<form::Button> answers) {
+    person_.answers.assign(answers);
+    form::Input input(session_.app());
+    return input.click(*list_, *list_->find("mnuDelete"));
+  }
+
+  static constexpr auto kYes = form::Button::yes, kNo = form::Button::no;
+  sim::SimDisk disk_;
+  sim::SimClock clock_;
+  sim::SimProcess other_{disk_, clock_, {}};
+  std::unique_ptr<store::FileSystem> files_ = disk_.process();
+  sim::ScriptedPerson person_;
+  shell::Session session_{store::Environment{*files_, clock_, "BEN", "PC", 99}, person_, {}};
+  form::Screen* list_ = nullptr;
+};
+
+TEST_F(AccountDelete, WaitsForWhoeverHoldsTheTotals) {
+  store::Cursor totals(other_.database(), "GLActual");
+  totals.open();
+  totals.lockTable();
+  EXPECT_EQ(remove({kYes}).code, 10258) << person_.takeHeard();
+  EXPECT_EQ(left(), "1 2 ");
+  totals.unlockTable();
+  EXPECT_TRUE(remove({kYes}).ok) << person_.takeHeard();
+  EXPECT_EQ(left(), "0 0 ");
+}
+
+// A total that another clerk edits cannot go, and so the account stays, with the total that could have gone.
+TEST_F(AccountDelete, LeavesAllWhenOneTotalIsEdited) {
+  store::Cursor totals(other_.database(), "GLActual");
+  totals.open();
+  totals.last();
+  totals.edit();
+  EXPECT_FALSE(remove({kYes}).ok);
+  totals.cancel();
+  EXPECT_EQ(left(), "1 2 ");
+  EXPECT_TRUE(remove({kYes}).ok) << person_.takeHeard();
+  EXPECT_EQ(left(), "0 0 ");
+}
+
+TEST_F(AccountDelete, AsksAgainWhileTheAccountIsEdited) {
+  store::Cursor accounts(other_.database(), "GLAccnt");
+  accounts.open();
+  accounts.edit();
+  const form::Ended ended = remove({kYes, kYes, kNo});
+  EXPECT_TRUE(ended.aborted);
+  EXPECT_TRUE(person_.answers.empty());
+  EXPECT_EQ(left(), "1 2 ");
+}
+
+}  // namespace
+}  // namespace quillon::ledger
