@@ -150,7 +150,8 @@ class Cursor {
   bool findKey(const std::vector<Value>& values);      // leading fields of the index, exactly
   bool findNearest(const std::vector<Value>& values);  // the first row not before; the last row when there is none
   bool locate(std::string_view fields, const std::vector<Value>& values, LocateOptions options = {});
-  // The value of `result` (several joined by ';': lookupAll) in the first row that matches; null when there is none.
+  // The value of `result` in the first row that matches; null when there is none. lookupAll gives several, joined by
+  // ';', and nothing when there is no row.
   Value lookup(std::string_view keyFields, const std::vector<Value>& values, std::string_view result);
   std::vector<Value> lookupAll(std::string_view keyFields, const std::vector<Value>& values, std::string_view results);
 

@@ -148,16 +148,16 @@ std::vector<Value> Cursor::lookupAll(std::string_view keyFields, const std::vect
   requireOpen();
   synchronise();
   const std::vector<int> given = positions(results);
-  std::vector<Value> result(given.size());
   Search wanted;
   Standing found;
-  if (nothing_ || !prepareSearch(keyFields, values, wanted)) return result;
+  if (nothing_ || !prepareSearch(keyFields, values, wanted)) return {};
   const Aside aside(*this);
-  if (!search(wanted, found)) return result;
+  if (!search(wanted, found)) return {};
   at_ = std::move(found);
   view_.reset();
   calculated_ = false;
-  for (std::size_t i = 0; i < given.size(); ++i) result[i] = fieldValue(given[i]);
+  std::vector<Value> result;
+  for (const int position : given) result.push_back(fieldValue(position));
   return result;
 }
 

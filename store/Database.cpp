@@ -215,7 +215,8 @@ void Database::closeTable(Table& table, TableLocks::Owner owner) {
     if (exclusive && !table.locks().heldExclusively()) forgetLock(table.name(), LockKind::exclusiveOpen, 0);
     if (!table.locks().isOpen()) tables_.erase(foldCase(table.name()));
   };
-  if (table.gathered > 0) {
+  // Also one in which a gathering statement found nothing to change: its lock is let go of with the others.
+  if (std::find(gathering_.begin(), gathering_.end(), &table) != gathering_.end()) {
     try {
       settle();
     } catch (...) {

@@ -114,6 +114,15 @@ TEST_F(QueryTest, OneLockedRowRefusesTheWholeStatement) {
   EXPECT_TRUE(verifyFolder({*anna_->files, clock_, "ANNA", "PC", 1}, kFolder).clean());
 }
 
+TEST_F(QueryTest, StatementThatFindsNothingInAGroupHoldsNoTable) {
+  {
+    const Database::BulkScope bulk(anna_->database);
+    EXPECT_EQ(run("DELETE FROM Cust WHERE ID = -1"), 0u);
+  }
+  Query other(bert_->database, "UPDATE Cust SET Name = 'Other' WHERE ID = 7");
+  EXPECT_EQ(other.execute(), 1u);
+}
+
 TEST_F(QueryTest, FailureInsideATransactionKeepsWhatWasDoneBefore) {
   Database& database = anna_->database;
   database.startTransaction({"Cust"});
