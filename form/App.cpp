@@ -187,7 +187,8 @@ Screen* App::active() const {
 void App::dropScreens() {
   for (auto screen = screens_.rbegin(); screen != screens_.rend(); ++screen)
     if ((*screen)->visible()) (*screen)->hide();
-  while (!screens_.empty()) screens_.pop_back();
+  for (auto screen = screens_.end(); screen != screens_.begin();)
+    if ((*--screen)->entry().lifetime != Lifetime::kept) screen = screens_.erase(screen);
   lookUps_.clear();
 }
 

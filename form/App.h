@@ -55,6 +55,8 @@ class App {
   const std::string& title() const { return title_; }  // of the program; the caption of error dialogs
   Date today() const { return formats_.today(); }
   void watch(Watcher* watcher) { watcher_ = watcher; }
+  // Class of the screen that picks a date: takes and gives the value "date". Empty: none.
+  std::string calendar;
 
   // The company's tables; null while none is open.
   void setDatabase(store::Database* database);
@@ -82,7 +84,7 @@ class App {
   const std::vector<std::unique_ptr<Screen>>& screens() const { return screens_; }
   Screen* active() const;  // the one in front, of the top layer
   Screen* modal() const { return modals_.empty() ? nullptr : modals_.back(); }
-  // Frees every screen without asking: the company ends.
+  // Closes every screen without asking and frees all but those kept until the process ends: the company ends.
   void dropScreens();
 
   // The guard. Runs an action of a screen: hourglass off at the end, an error shown and the focus where it says, a

@@ -38,14 +38,18 @@ class Binding {
   virtual int width() const { return 0; }  // in characters, of what may be typed; 0: not known
 
   // Fields that are typed as a code: opens the picker, which begins with the text; true when it was put in.
-  // `asItStands` begins it with what the field holds.
+  // `asItStands` begins it with what the field holds. Dates have one too, which opens only when it is asked for.
   virtual bool hasPicker() const { return false; }
+  virtual bool picksAsTyped() const { return hasPicker(); }
   virtual bool pick(std::string_view /*begin*/, bool /*asItStands*/) { return false; }
 };
 using BindingPtr = std::unique_ptr<Binding>;
 
 // A field of a cursor's row.
 BindingPtr fieldBinding(store::Cursor& cursor, std::string field, ConverterPtr converter);
+
+// Lets a date be picked from the program's calendar.
+BindingPtr pickedDate(App& app, BindingPtr date);
 
 // A value of a screen that no table keeps: a condition of a filter, an option of a launcher. Validate may raise.
 struct Variable {

@@ -109,7 +109,7 @@ Ended Input::keys(Screen& screen, std::string_view characters) {
   if (grid && !grid->lines() && grid->search)
     return app_.run(screen, commandName(screen, *focused), [&] { grid->search(std::string(characters)); });
   Control* target = screen.target();
-  const bool picks = grid && target && target->binding() && target->binding()->hasPicker();
+  const bool picks = grid && target && target->binding() && target->binding()->picksAsTyped();
   if (picks && !screen.typed())
     return app_.run(screen, commandName(screen, *focused), [&] {
       begin(screen);

@@ -93,6 +93,15 @@ bool moves(std::string_view key) {
   return std::ranges::find(kMoves, key) != kMoves.end();
 }
 
+// The day that a key leads to in a month; null for other keys.
+std::optional<Date> dayBy(std::string_view key, Date day, Date today) {
+  if (key == "left" || key == "right") return day.addDays(key == "left" ? -1 : 1);
+  if (key == "up" || key == "down") return day.addDays(key == "up" ? -7 : 7);
+  if (key == "pgup" || key == "pgdn") return day.addMonths(key == "pgup" ? -1 : 1);
+  if (key == "home") return today;
+  return std::nullopt;
+}
+
 }  // namespace
 
 Ended Input::key(Screen& screen, std::string_view typed) {
@@ -218,9 +227,15 @@ std::optional<Ended> Input::keyInGrid(Screen& screen, Control& control, const st
   });
 }
 
-// Space, Backspace, and the arrows in a list of choices.
+// Space, Backspace, and the arrows in a month and in a list of choices.
 std::optional<Ended> Input::keyInField(Screen& screen, Control& control, const std::string& key) {
   if (control.kind() == Kind::button && key == "space") return click(screen, control);
+  if (control.kind() == Kind::month) {
+    const store::Value now = control.binding()->data();
+    const Date today = app_.today();
+    const std::optional<Date> day = dayBy(key, now.isNull() ? today : now.asDate(), today);
+    return day ? std::optional(choose(screen, control, *day)) : std::nullopt;
+  }
   if (control.kind() == Kind::check && key == "space")
     return choose(screen, control, !control.binding()->data().asBool());
   const bool chooses =

@@ -23,6 +23,13 @@ std::string wordsOf(std::string_view caption) {
   return words;
 }
 
+BindingPtr bindingOf(App& app, const store::Field& field, ConverterPtr converter) {
+  const store::FieldDef& definition = field.definition();
+  if (!converter) converter = converterFor(definition, app.formats());
+  BindingPtr binding = fieldBinding(field.cursor(), definition.name, std::move(converter));
+  return definition.type == store::FieldType::date ? pickedDate(app, std::move(binding)) : std::move(binding);
+}
+
 }  // namespace
 
 std::string controlNameOf(std::string_view field) {
@@ -37,10 +44,8 @@ Control& Layout::make(Kind kind, std::string name, std::string caption) {
 
 Control& Layout::bound(Kind kind, std::string prefix, std::string caption, const store::Field& field,
                        ConverterPtr converter) {
-  const std::string name = fieldName(field);
-  if (!converter) converter = converterFor(field.definition(), screen_.app().formats());
-  Control& control = make(kind, prefix + controlNameOf(name), std::move(caption));
-  control.bind(fieldBinding(field.cursor(), name, std::move(converter)));
+  Control& control = make(kind, prefix + controlNameOf(fieldName(field)), std::move(caption));
+  control.bind(bindingOf(screen_.app(), field, std::move(converter)));
   return control;
 }
 
@@ -126,6 +131,16 @@ Control& Layout::period(std::string caption, Variable& period, Variable& year) {
   return row(number.wide(2), years.wide(2));
 }
 
+Control& Layout::date(std::string name, std::string caption, Variable& value) {
+  Control& control = make(Kind::edit, std::move(name), std::move(caption));
+  control.bind(pickedDate(screen_.app(), variableBinding(value, dateConverter(screen_.app().formats()))));
+  return control;
+}
+
+Control& Layout::month(std::string name, Variable& date) {
+  return variable(Kind::month, std::move(name), {}, date, dateConverter(screen_.app().formats()));
+}
+
 Control& Layout::label(std::string name, std::function<std::string()> text) {
   Control& control = make(Kind::label, std::move(name), {});
   return control.caption(std::move(text));
@@ -151,6 +166,15 @@ Control& Layout::entry(std::string name, std::string caption, std::function<void
   Control& control = make(Kind::entry, std::move(name), std::move(caption));
   control.runs(std::move(command));
   return control;
+}
+
+Control& Layout::pickButton(std::string name, Control& field) {
+  const auto pick = [&screen = screen_, &field] {
+    screen.goTo(focus(field.name()));
+    field.binding()->begin();
+    field.binding()->pick("", true);
+  };
+  return button(std::move(name), "...", pick).enabledWhen([&field] { return field.enabled() && !field.readOnly(); });
 }
 
 Control& Layout::separator() { return make(Kind::separator, {}, {}); }
@@ -190,9 +214,8 @@ std::unique_ptr<Control> Layout::makeColumn(std::string caption, std::string nam
 }
 
 std::unique_ptr<Control> Layout::column(std::string caption, const store::Field& field, ConverterPtr converter) {
-  const std::string name = fieldName(field);
-  if (!converter) converter = converterFor(field.definition(), screen_.app().formats());
-  return makeColumn(std::move(caption), controlNameOf(name), fieldBinding(field.cursor(), name, std::move(converter)));
+  return makeColumn(std::move(caption), controlNameOf(fieldName(field)),
+                    bindingOf(screen_.app(), field, std::move(converter)));
 }
 
 std::unique_ptr<Control> Layout::codeColumn(std::string caption, const store::Field& idField, CodeOf code) {

@@ -44,6 +44,8 @@ class Layout {
   Control& code(std::string name, std::string caption, Variable& variable, CodeOf code);
   // editPeriod and editYear, side by side.
   Control& period(std::string caption, Variable& period, Variable& year);
+  Control& date(std::string name, std::string caption, Variable& variable);
+  Control& month(std::string name, Variable& date);
 
   // Texts.
   Control& label(std::string name, std::function<std::string()> text);
@@ -66,6 +68,8 @@ class Layout {
   std::function<void()> commandOf(void (Derived::*handler)()) {
     return [&screen = static_cast<Derived&>(screen_), handler] { (screen.*handler)(); };
   }
+  // Beside a field: opens its picker.
+  Control& pickButton(std::string name, Control& field);
   Control& separator();
   Control& progress(std::string name);
   Control& picture(std::string name, std::function<store::Value()> image);

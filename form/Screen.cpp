@@ -28,6 +28,7 @@ bool takesFocus(Kind kind) {
     case Kind::choice:
     case Kind::list:
     case Kind::grid:
+    case Kind::month:
     case Kind::button:
       return true;
     default:

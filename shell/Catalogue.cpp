@@ -1,5 +1,6 @@
 // Every screen of the program and the menu paths that lead to it. What a folder has built, it completes with a maker.
 #include "shell/Session.h"
+#include "shell/TfrmCalendar.h"
 #include "shell/TfrmQuillon.h"
 
 namespace quillon::shell {
@@ -180,6 +181,9 @@ void registerScreens(Session& session) {
   registry.add({.className = "TfrmQuillon", .lifetime = Lifetime::kept, .make = [&session](form::App&) {
                   return makeMainWindow(session);
                 }});
+  registry.add(
+      {.className = "TfrmCalendar", .opening = Opening::companion, .lifetime = Lifetime::kept, .make = makeCalendar});
+  session.app().calendar = "TfrmCalendar";
   for (const ScreenRow& row : kScreens)
     registry.add({.className = row.className,
                   .opening = row.opening,
