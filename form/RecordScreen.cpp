@@ -22,7 +22,21 @@ void RecordScreen::shown(const Open& open) {
     record().refresh();
     if (!record().locate(fields, values)) refuse("This record has been deleted by another user");
   }
+  record().events.onEditError = [this](const store::StoreError& error) { return recordError(error); };
   recordShown(open);
+}
+
+// What others changed is shown; when they deleted it, the cursor stands on another record, which is none of this
+// screen.
+store::ErrorAnswer RecordScreen::recordError(const store::StoreError& error) {
+  const store::Value key = record().value(plan_.key);
+  const store::ErrorAnswer answer = app().editError(record(), error);
+  if (error.code() != store::Code::recordChanged) return answer;
+  if (record().isEmpty() || record().value(plan_.key) != key)
+    app().closeLater(*this);
+  else
+    recordShown({});
+  return answer;
 }
 
 void RecordScreen::shownAgain(const Open& open) {

@@ -50,6 +50,7 @@ class RecordScreen : public Screen {
   virtual void recordShown(const Open& /*open*/) {}
 
  private:
+  store::ErrorAnswer recordError(const store::StoreError& error);
   bool isUnsaved() const;
   void moveList();
 
