@@ -30,8 +30,15 @@ class LineSnapshot {
   std::function<void()> restored;  // for counts that are kept elsewhere
 
  private:
+  using Row = std::vector<store::Value>;
+  struct Kept {
+    std::size_t first = 0, last = 0;
+  };
+  Row current() const;
+  Kept kept(std::size_t now) const;
+
   Table& lines_;
-  std::vector<std::vector<store::Value>> rows_;
+  std::vector<Row> rows_;
   bool taken_ = false;
 };
 
