@@ -107,6 +107,8 @@ Grid::View Grid::rowsAround(std::size_t before, std::size_t after) {
 
 bool Grid::goTo(std::uint64_t row) {
   if (const std::optional<std::uint64_t> active = activeRow(); active && *active == row) return true;
+  // The empty grid offers a row: typing there begins the first.
+  if (row == 0 && mayChange() && cursor_->isEmpty() && !cursor_->isEditing()) return true;
   return cursor_->goTo(row + 1);
 }
 
