@@ -35,8 +35,7 @@ class TfrmImportJVData final : public form::Screen {
   void btnCancelClick() { setResult(false); }
   void checkFileName();
   void importRows();
-  bool mayAdd(store::Cursor& row);
-  bool skips(const std::string& text);
+  std::string unknownCode(store::Cursor& row);
 
   form::Variable fileName_;
   std::string status_;
@@ -106,7 +105,12 @@ void TfrmImportJVData::importRows() {
   long done = 0;
   for (qryImport.first(); !qryImport.eof(); qryImport.next()) {
     if (++done % 256 == 0) app().person().progress({.text = status_, .done = done, .total = total});
-    if (!mayAdd(qryImport)) continue;
+    // Yes leaves the row out; No ends the import, and the rows already added stay.
+    if (const std::string unknown = unknownCode(qryImport); !unknown.empty()) {
+      database().settle();
+      if (!app().person().confirm(unknown, form::Tone::warning, form::Button::no)) break;
+      continue;
+    }
     VoucherLine line{.account = qryImport.value("GLAccountID"), .subaccounts = {}, .amount = qryImport.value("Amount")};
     for (int level = 1; level <= kSubaccountLevels; ++level)
       line.subaccounts[level - 1] = qryImport.value(subaccountField(level));
@@ -115,24 +119,18 @@ void TfrmImportJVData::importRows() {
   database().settle();
 }
 
-// Yes: the row is left out. No: the import ends; rows already added stay.
-bool TfrmImportJVData::skips(const std::string& text) {
-  database().settle();
-  if (!app().person().confirm(text, form::Tone::warning, form::Button::no)) form::abort();
-  return true;
-}
-
-bool TfrmImportJVData::mayAdd(store::Cursor& row) {
-  if (row["GLAccountID"].isNull())
-    return !skips("Account '" + row["Account"].asText() +
-                  "' does not exist.\rData for this account cannot be imported.\r\rDo you want to continue?");
+// What is said about the first code of a row that is not known; empty when all are.
+std::string TfrmImportJVData::unknownCode(store::Cursor& row) {
+  const auto text = [&](const std::string& kind, const std::string& field) {
+    return kind + " '" + row[field].asText() + "' does not exist.\rData for this " +
+           (kind == "Account" ? "account" : kind) + " cannot be imported.\r\rDo you want to continue?";
+  };
+  if (row["GLAccountID"].isNull()) return text("Account", "Account");
   for (int level = 1; level <= kSubaccountLevels; ++level) {
     const std::string name = "SubAccount" + std::to_string(level);
-    if (row[name].isNull() || !row[name + "ID"].isNull()) continue;
-    return !skips(name + " '" + row[name].asText() + "' does not exist.\rData for this " + name +
-                  " cannot be imported.\r\rDo you want to continue?");
+    if (!row[name].isNull() && row[name + "ID"].isNull()) return text(name, name);
   }
-  return true;
+  return {};
 }
 
 }  // namespace

@@ -45,7 +45,6 @@ class TfrmJV final : public form::RecordScreen, public VoucherLineTaker {
   void btnOKNewClick();
   void btnNewClick();
   void btnDeleteClick();
-  void btnTransDateClick();
   void mnuImportJVDataClick();
 
   form::Control& headerFields(form::Layout& l);
@@ -127,8 +126,7 @@ form::Control& TfrmJV::headerFields(form::Layout& l) {
   for (const auto& half : period.children()) half->readOnlyWhen(posted).explains(std::string(kPosted));
   for (form::Control* control : {&number, &date, &description, &reverse})
     control->readOnlyWhen(posted).explains(std::string(kPosted));
-  l.row(period, number, date, l.button("btnTransDate", "...", &TfrmJV::btnTransDateClick).disabled(),
-        l.mark("lblPosted", "POSTED", posted),
+  l.row(period, number, date, l.pickButton("btnTransDate", date), l.mark("lblPosted", "POSTED", posted),
         l.button("btnUnpost", "Unpost", [] {}).hint("Unpost this JV").visibleWhen(posted).disabled());
   return l.row(description, reverse);
 }
@@ -288,8 +286,6 @@ void TfrmJV::btnDeleteClick() {
   tblJVDet.remove();
 }
 
-void TfrmJV::btnTransDateClick() { app().runModal("TfrmCalendar"); }
-
 // Lines that are copied or imported come through the table's rules, but for the copy's, which were checked once.
 void TfrmJV::copyFrom(const Value& id) {
   store::Cursor from(database(), "JV"), fromLines(database(), "JVDet", store::follows{from, "JVID"});
@@ -328,11 +324,16 @@ void TfrmJV::mnuImportJVDataClick() {
 
 void TfrmJV::addLine(const VoucherLine& line) {
   tblJVDet.append();
-  tblJVDet["GLAccountID"] = line.account;
-  for (int level = 1; level <= kSubaccountLevels; ++level)
-    tblJVDet[subaccountField(level)] = line.subaccounts[level - 1];
-  tblJVDet["GLAmount"] = line.amount;
-  tblJVDet.post();
+  try {
+    tblJVDet["GLAccountID"] = line.account;
+    for (int level = 1; level <= kSubaccountLevels; ++level)
+      tblJVDet[subaccountField(level)] = line.subaccounts[level - 1];
+    tblJVDet["GLAmount"] = line.amount;
+    tblJVDet.post();
+  } catch (...) {
+    tblJVDet.cancel();
+    throw;
+  }
 }
 
 }  // namespace

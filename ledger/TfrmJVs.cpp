@@ -5,6 +5,7 @@
 #include "form/ListScreen.h"
 #include "form/UsedBy.h"
 #include "ledger/MakeScreens.h"
+#include "shell/Periods.h"
 #include "shell/Session.h"
 #include "store/Database.h"
 #include "store/Query.h"
@@ -67,7 +68,8 @@ void TfrmJVs::build(form::Layout& l) {
 }
 
 std::string TfrmJVs::periodText() {
-  return tblJV["GLPeriod"].isNull() ? "" : tblJV["GLPeriod"].value().toText() + "/" + tblJV["GLYear"].value().toText();
+  if (tblJV["GLPeriod"].isNull()) return {};
+  return shell::periodText({tblJV["GLYear"].asInt(), tblJV["GLPeriod"].asInt()});
 }
 
 std::string TfrmJVs::sourceText() {
@@ -100,6 +102,8 @@ void TfrmJVs::mnuCopyClick() {
   requireRow();
   if (tblJV["Source"].asText() != "GL") form::refuse("Unable to copy JV '" + number() + "'...\rIts source is not GL");
   const Value id = tblJV.value("JVID");
+  // A voucher that is being entered is settled first: nobody is asked while others wait for the tables.
+  if (form::Screen* frmJV = app().find("frmJV"); frmJV != nullptr && !app().close(*frmJV)) form::abort();
   store::Database& company = database();
   company.startTransaction({"JV", "JVDet", "JVCtl"});
   try {

@@ -4,6 +4,7 @@
 #include "form/Screen.h"
 #include "form/Table.h"
 #include "ledger/MakeScreens.h"
+#include "shell/Periods.h"
 #include "shell/Session.h"
 #include "store/Glance.h"
 
@@ -66,7 +67,7 @@ void TfrmJVsFind::btnOKClick() {
 }
 
 void TfrmJVsFind::findByNumbers(form::Table& rows) {
-  const std::string period = period_.value.toText() + "/" + year_.value.toText();
+  const std::string period = shell::periodText({year_.value.asInt(), period_.value.asInt()});
   const std::string number = number_.value.toText();
   if (period_.value.isNull()) {
     if (!rows.locate("JVNumber", {number_.value})) refuse("JV '" + number + "' not found", focus("editJVNumber"));

@@ -4,10 +4,15 @@
 #include "store/Cursor.h"
 
 namespace quillon::ledger {
+namespace {
+
+constexpr int kAttempts = 150;  // 10 ms apart: as long as any lock is waited for
+
+}  // namespace
 
 VoucherNumbers takeVoucherNumbers(form::App& app) {
   VoucherNumbers taken;
-  form::takeNumbers(app, {.table = "JVCtl"}, [&](store::Cursor& tblJVCtl) {
+  form::takeNumbers(app, {.table = "JVCtl", .attempts = kAttempts}, [&](store::Cursor& tblJVCtl) {
     taken.id = tblJVCtl["NextJVID"].asInt();
     tblJVCtl["NextJVID"] = taken.id + 1;
     taken.number = tblJVCtl["NextJVNumber"].asInt();

@@ -1,6 +1,7 @@
 #include "shell/Periods.h"
 
 #include "form/App.h"
+#include "form/Converter.h"
 #include "shell/Session.h"
 #include "store/Cursor.h"
 
@@ -21,8 +22,13 @@ Limits limitsOf(store::Cursor& company, const std::string& kind) {
 
 }  // namespace
 
+std::string periodText(Period period) {
+  return std::to_string(period.number) + "/" + form::twoDigitYearConverter()->show(store::Value(period.year));
+}
+
 Period defaultPeriod(Session& session) {
   store::Cursor& company = session.tblCompany();
+  company.refresh();
   const Date today = session.app().today();
   const int number = company["DefaultPeriodPP"].asInt(), year = company["DefaultPeriodYYYY"].asInt();
   return {year > 0 ? year : today.year(), number > 0 ? number : static_cast<int>(today.month())};
