@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "form/App.h"
+#include "form/Transaction.h"
 #include "store/Database.h"
 #include "store/Errors.h"
 
@@ -103,20 +104,14 @@ void PostingRun::btnOKClick() {
 }
 
 void PostingRun::walk() {
-  store::Database& company = database();
-  company.startTransaction(plan_.transaction);
-  try {
+  transact(database(), plan_.transaction, [this] {
     const auto total = static_cast<long>(documents_->recordCount());
     long done = 0;
     for (documents_->first(); !documents_->eof(); documents_->next()) {
       post(*documents_);
       app().person().progress({.text = plan_.title, .done = ++done, .total = total});
     }
-    company.commit(true);
-  } catch (...) {
-    company.rollback();
-    throw;
-  }
+  });
 }
 
 }  // namespace quillon::form

@@ -6,6 +6,7 @@
 
 #include "form/Grid.h"
 #include "form/ListScreen.h"
+#include "form/Transaction.h"
 #include "form/UsedBy.h"
 #include "ledger/Accounts.h"
 #include "ledger/MakeScreens.h"
@@ -222,16 +223,10 @@ void TfrmGLAccounts::mnuDeleteClick() {
   // Whoever edits the row is met here, where nobody waits for the tables.
   rows().edit();
   rows().cancel();
-  store::Database& company = database();
-  company.startTransaction({rows().definition().name, "GLActual"});
-  try {
+  form::transact(database(), {rows().definition().name, "GLActual"}, [this] {
     removeEmptyTotals(isMain() ? "GLAccountID" : subaccountField(level()));
     rows().remove();
-    company.commit();
-  } catch (...) {
-    if (company.inTransaction()) company.rollback();
-    throw;
-  }
+  });
 }
 
 void TfrmGLAccounts::removeEmptyTotals(const std::string& field) {

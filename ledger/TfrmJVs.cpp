@@ -3,7 +3,7 @@
 // Keeps: only an unposted voucher that was made by hand is deleted, with its lines, and only such a one is copied.
 #include "form/App.h"
 #include "form/ListScreen.h"
-#include "form/UsedBy.h"
+#include "form/Transaction.h"
 #include "ledger/MakeScreens.h"
 #include "shell/Periods.h"
 #include "shell/Session.h"
@@ -21,8 +21,7 @@ class TfrmJVs final : public form::ListScreen {
 
  private:
   void build(form::Layout& layout) override;
-  void tblJVBeforeDelete();
-  void tblJVAfterDelete();
+  void mnuDeleteClick() override;
   void mnuCopyClick();
   void mnuUnpostClick();
   void find(const std::string& typed) override;
@@ -31,7 +30,6 @@ class TfrmJVs final : public form::ListScreen {
   std::string sourceText();
 
   form::Table tblJV{*this, "JV"};
-  Value deleting_;  // JVID
 };
 
 TfrmJVs::TfrmJVs(shell::Session& session)
@@ -39,10 +37,7 @@ TfrmJVs::TfrmJVs(shell::Session& session)
                                  .record = "TfrmJV",
                                  .key = "JVID",
                                  .filterScreen = "TfrmJVsFilter",
-                                 .find = "TfrmJVsFind"}) {
-  tblJV.events.beforeDelete = [this] { tblJVBeforeDelete(); };
-  tblJV.events.afterDelete = [this] { tblJVAfterDelete(); };
-}
+                                 .find = "TfrmJVsFind"}) {}
 
 void TfrmJVs::build(form::Layout& l) {
   tblJV.setIndex("PeriodJVNumberDESC");
@@ -77,25 +72,25 @@ std::string TfrmJVs::sourceText() {
   return text == "AP Chq" ? "AP Pmt" : text;
 }
 
-void TfrmJVs::tblJVBeforeDelete() {
+// The lines go with their voucher, or neither goes.
+void TfrmJVs::mnuDeleteClick() {
+  requireRow();
   const std::string name = number();
   if (!app().person().confirm("Delete JV '" + name + "'?")) form::abort();
   const std::string refusal = "Unable to delete JV '" + name + "'...\r";
   if (tblJV["Source"].asText() != "GL") form::refuse(refusal + "Its source is not GL");
   // Under the lock the row is as it is now, and nobody has it open.
   tblJV.edit();
-  if (tblJV["Posted"].asBool()) {
-    tblJV.cancel();
-    form::refuse(refusal + "It has already been posted.\r(Posted JVs can be unposted from the \"Edit\" screen).");
-  }
-  deleting_ = tblJV.value("JVID");
+  const bool posted = tblJV["Posted"].asBool();
   tblJV.cancel();
-}
-
-void TfrmJVs::tblJVAfterDelete() {
-  store::Query lines(database(), "DELETE FROM JVDet WHERE JVID = :id");
-  lines.setParameter("id", deleting_);
-  lines.execute();
+  if (posted)
+    form::refuse(refusal + "It has already been posted.\r(Posted JVs can be unposted from the \"Edit\" screen).");
+  form::transact(database(), {"JV", "JVDet"}, [this] {
+    store::Query lines(database(), "DELETE FROM JVDet WHERE JVID = :id");
+    lines.setParameter("id", tblJV.value("JVID"));
+    lines.execute();
+    tblJV.remove();
+  });
 }
 
 void TfrmJVs::mnuCopyClick() {
@@ -104,15 +99,9 @@ void TfrmJVs::mnuCopyClick() {
   const Value id = tblJV.value("JVID");
   // A voucher that is being entered is settled first: nobody is asked while others wait for the tables.
   if (form::Screen* frmJV = app().find("frmJV"); frmJV != nullptr && !app().close(*frmJV)) form::abort();
-  store::Database& company = database();
-  company.startTransaction({"JV", "JVDet", "JVCtl"});
-  try {
+  form::transact(database(), {"JV", "JVDet", "JVCtl"}, [&] {
     app().open("TfrmJV", {.newRow = true, .values = {{"copyFrom", id}}});
-    company.commit(true);
-  } catch (...) {
-    if (company.inTransaction()) company.rollback();
-    throw;
-  }
+  });
 }
 
 void TfrmJVs::mnuUnpostClick() {
