@@ -1,4 +1,11 @@
 # A clerk enters journal vouchers: what a new one begins with, its lines and their checks, what saving asks for.
+#
+# Words of vouchers that no story can hear:
+# - "GL Amounts have not been entered", of a voucher without debits: the check for debits comes before and says so.
+# - "Import JV Data is already running.\rMultiple instances are not allowed": the import's table in memory is seen by one
+#   program only, whose one import is modal; no other command that could hold it open runs meanwhile.
+# - The store's own words in the record-lock dialog: of damaged files and full disks; the store's tests make those.
+# - The store's words of a control table in use: numbers are held for a moment only, and waited for.
 @ --today 2026-03-05 --country Canada --date-format MM/dd/yyyy
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (1, '1000', 'Cash', 1)
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (2, '5000', 'Rent', 4)

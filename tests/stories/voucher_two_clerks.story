@@ -54,6 +54,21 @@
 2> {"set":"frmJV.editTransDescription","value":"mine"}
 2< {"waiting":{"dialog":{"kind":"warning"}}}
 
+# Other vouchers are copied and deleted meanwhile.
+2> {"answer":"No"}
+2< {"ok":false}
+2> {"close":"frmJV"}
+2> {"grid":"frmJVs.grdJV","do":"locate","values":{"JVNumber":1002}}
+2> {"click":"frmJVs.mnuCopy"}
+2> {"click":"frmJV.btnOK"}
+2> {"click":"frmJVs.mnuDelete"}
+2> {"answer":"Yes"}
+2< {"ok":true,"messages":[]}
+2> {"grid":"frmJVs.grdJV","do":"locate","values":{"JVNumber":1001}}
+2> {"click":"frmJVs.mnuEdit"}
+2> {"set":"frmJV.editTransDescription","value":"mine"}
+2< {"waiting":{"dialog":{"kind":"warning"}}}
+
 # Yes tries again. What the other saved meanwhile is shown first.
 > {"set":"frmJV.grdJVDet[1].GLAmount","value":"-6"}
 > {"click":"frmJV.btnOK"}
@@ -105,4 +120,4 @@
 2> {"menu":"GL > JVs"}
 2> {"click":"frmJVs.mnuNew"}
 2> {"state":"frmJV"}
-2< {"state":{"controls":{"editJVNumber":{"value":"1003"}}}}
+2< {"state":{"controls":{"editJVNumber":{"value":"1004"}}}}
