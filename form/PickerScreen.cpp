@@ -21,7 +21,10 @@ Control& PickerScreen::findBox(Layout& l, std::string caption, Box& box) {
 
 void PickerScreen::type(Box& box, const std::string& text) {
   rows().setIndex(box.index);
-  if (!text.empty()) rows().findNearest({store::Value(text)});
+  if (text.empty())
+    rows().first();
+  else
+    rows().findNearest({store::Value(text)});
 }
 
 Control& PickerScreen::pickGrid(Layout& l, std::vector<std::unique_ptr<Control>> columns) {

@@ -51,9 +51,32 @@
 2> {"sql":"SELECT GLAccountID, GLAccount FROM GLAccnt ORDER BY GLAccountID"}
 2< {"rows":[[7,"1000"],[8,"2000"],[9,"2100"]]}
 
-# What the other deleted: its list still shows it, and finds out.
-> {"sql":"DELETE FROM GLAccnt WHERE GLAccountID = 7"}
-2> {"grid":"frmGLAccounts.grdGLAccnt","do":"locate","values":{"GLAccount":"2000"}}
+# What the other deleted is still in the list of the first until it looks.
+> {"grid":"frmGLAccounts.grdGLAccnt","do":"locate","values":{"GLAccount":"1000"}}
+2> {"grid":"frmGLAccounts.grdGLAccnt","do":"locate","values":{"GLAccount":"1000"}}
+2> {"key":"Enter"}
+> {"click":"frmGLAccounts.mnuDelete"}
+> {"answer":"Yes"}
+< {"ok":true,"messages":[]}
+2> {"set":"frmGLAccount.editAccountName","value":"Drawer"}
+2< {"ok":false,"messages":[{"kind":"warning","text":"A record you are trying to edit or delete on 'tblGLAccnt' has been changed or deleted since last retrieved.\rData will now be refreshed."}],"closed":["frmGLAccount"]}
 2> {"click":"frmGLAccounts.mnuRefresh"}
 2> {"state":"frmGLAccounts"}
 2< {"state":{"controls":{"grdGLAccnt":{"total":2}}}}
+2> {"grid":"frmGLAccounts.grdGLAccnt","do":"locate","values":{"GLAccount":"2100"}}
+> {"click":"frmGLAccounts.mnuRefresh"}
+> {"grid":"frmGLAccounts.grdGLAccnt","do":"locate","values":{"GLAccount":"2100"}}
+> {"click":"frmGLAccounts.mnuDelete"}
+> {"answer":"Yes"}
+2> {"click":"frmGLAccounts.mnuDelete"}
+2> {"answer":"Yes"}
+2< {"ok":false,"messages":[{"kind":"warning","text":"A record you are trying to edit or delete on 'tblGLAccnt' has been changed or deleted since last retrieved.\rData will now be refreshed."}]}
+2> {"state":"frmGLAccounts"}
+2< {"state":{"controls":{"grdGLAccnt":{"rows":[{"cells":{"GLAccount":"2000"},"active":true}]}}}}
+> {"grid":"frmGLAccounts.grdGLAccnt","do":"locate","values":{"GLAccount":"2000"}}
+> {"click":"frmGLAccounts.mnuDelete"}
+> {"answer":"Yes"}
+2> {"key":"Enter"}
+2< {"ok":false,"messages":[{"kind":"error","text":"This record has been deleted by another user"}]}
+2> {"screens":true}
+2< {"screens":[{},{"name":"frmGLAccounts"}]}

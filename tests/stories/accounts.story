@@ -1,4 +1,9 @@
 # A clerk keeps the chart of accounts: new accounts and subaccounts, sorting, filtering, finding, picking.
+#
+# Not reached by any story: the store's own words in the record-lock dialog (needs a damaged table or a failing disk),
+# the words for a table that a run of another program holds locked (tests/ledger has that), and a picker's type joined to
+# a filter of its caller (no screen gives one yet). Print, Totals, History and Budget of accounts are disabled until the
+# screens are there that they open.
 @ --today 2026-03-05 --country Canada
 > {"sql":"INSERT INTO FStmt (StmtID, StmtTitle, ColumnFormat) VALUES (1, 'Income', 'Actual')"}
 > {"menu":"GL > Accounts"}
@@ -136,6 +141,12 @@
 > {"state":"frmGLAccountSearch"}
 < {"state":{"title":"Find Account","controls":{"editGLAccount":{"value":"4"},
    "grdGLAccnt":{"rows":[{},{},{"cells":{"GLAccount":"4000"},"active":true}]}}}}
+> {"type":"frmGLAccountSearch.editAccountName","keys":"zEx"}
+> {"key":"Backspace"}
+> {"key":"Backspace"}
+> {"key":"Backspace"}
+> {"state":"frmGLAccountSearch"}
+< {"state":{"controls":{"grdGLAccnt":{"rows":[{"cells":{"AccountName":"Retained Earnings"},"active":true},{},{}]}}}}
 > {"type":"frmGLAccountSearch.editAccountName","keys":"zE"}
 > {"state":"frmGLAccountSearch"}
 < {"state":{"controls":{"grdGLAccnt":{"rows":[{"cells":{"AccountName":"Retained Earnings"}},
