@@ -28,6 +28,7 @@ Database::Database(Session& session, std::string folder)
   protocol_ = std::make_unique<CommitProtocol>(session.environment(), folder_);
   protocol_->setJournalLimit(session.settings().journalBytes);
   holders_ = std::make_unique<Holders>(session.environment(), folder_);
+  session_.setScratchFolder(folder_);
 }
 
 Database::Database(Session& session, FileSystem& files, std::string folder)
@@ -46,6 +47,7 @@ Database::~Database() {
   for (const auto& entry : tables_)
     while (entry.second && !entry.second->cursors().empty()) entry.second->cursors().back()->abandon();
   tables_.clear();
+  if (session_.scratchFolder() == folder_) session_.setScratchFolder({});
 }
 
 std::string Database::plainName(std::string_view name) {

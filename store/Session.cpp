@@ -28,8 +28,10 @@ SpillFile* Session::spill(const std::string& folder) {
 }
 
 std::unique_ptr<File> Session::scratch() {
-  if (settings_.privateDir.empty()) return memoryFiles_->openScratch("");
-  return environment_.files.openScratch(settings_.privateDir);
+  const bool inFolder =
+      !scratchFolder_.empty() && (settings_.createTempTablesInDatabase || settings_.privateDir.empty());
+  const std::string& place = inFolder ? scratchFolder_ : settings_.privateDir;
+  return place.empty() ? memoryFiles_->openScratch("") : environment_.files.openScratch(place);
 }
 
 }  // namespace quillon::store

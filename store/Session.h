@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "store/Environment.h"
 
@@ -50,12 +51,16 @@ class Session {
   Database& memory();
   // Scratch for transactions larger than memory, made when first needed in `folder` or the private folder.
   SpillFile* spill(const std::string& folder);
-  // A scratch file of its own, for a sort larger than memory.
+  // A scratch file of its own, for what a statement cannot keep in memory: in the folder that is open, or in the
+  // private folder, as the settings say; in memory where there is neither.
   std::unique_ptr<File> scratch();
+  void setScratchFolder(std::string folder) { scratchFolder_ = std::move(folder); }  // empty: none
+  const std::string& scratchFolder() const { return scratchFolder_; }
 
  private:
   Environment environment_;
   Settings settings_;
+  std::string scratchFolder_;
   std::unique_ptr<PageCache> cache_;
   std::unique_ptr<MemoryFileSystem> memoryFiles_;
   std::unique_ptr<Database> memory_;

@@ -44,7 +44,7 @@ int Access::equalities(int index, bool& range) const {
   for (const IndexPart& part : definition.parts) {
     const auto of = [&](bool wanted) {
       return std::any_of(terms_.begin(), terms_.end(), [&](const Term& term) {
-        return term.field == part.field && !term.list && (wanted ? term.op == Op::equal : isRange(term.op));
+        return term.field == part.field && term.value && (wanted ? term.op == Op::equal : isRange(term.op));
       });
     };
     if (of(true)) {
@@ -65,7 +65,7 @@ bool Access::bounds(int index, Frame& frame, std::string& low, std::string& high
   const auto equal = static_cast<std::size_t>(equalities(index, range));
   for (std::size_t i = 0; i < equal; ++i)
     for (const Term& term : terms_)
-      if (term.field == definition.parts[i].field && term.op == Op::equal && !term.list) {
+      if (term.field == definition.parts[i].field && term.op == Op::equal && term.value) {
         values.push_back(valueOf(term.value->eval(frame)));
         break;
       }
@@ -79,7 +79,7 @@ bool Access::bounds(int index, Frame& frame, std::string& low, std::string& high
   if (!range) return true;
   const IndexPart& part = definition.parts[equal];
   for (const Term& term : terms_) {
-    if (term.field != part.field || term.list || !isRange(term.op)) continue;
+    if (term.field != part.field || !isRange(term.op)) continue;
     const Datum limit = term.value->eval(frame);
     if (limit.isNull()) return false;
     values.resize(equal);
@@ -99,6 +99,70 @@ bool Access::bounds(int index, Frame& frame, std::string& low, std::string& high
     }
   }
   return true;
+}
+
+std::uint64_t Access::countBetween(int index, const std::string& low, const std::string& high) const {
+  Tree& tree = table_.index(index);
+  const std::uint64_t above = high.empty() ? tree.count() : tree.rank(high);
+  return above - std::min(above, tree.rank(low));
+}
+
+void Access::forEachListed(Frame& frame, const Term& term, const std::function<void(const Datum&)>& each) const {
+  if (term.members) return term.members->forEach(frame, each);
+  for (std::size_t i = 1; i < term.list->size(); ++i) each((*term.list)[i]->eval(frame));
+}
+
+// An index that is searched for each value of a list, where that finds fewer rows than `best`; returns how many. The
+// values of a sub-select are looked at for the first source only, where the search is made once; a sample tells how
+// many rows they have.
+double Access::chooseList(Frame& frame, double best) {
+  constexpr std::size_t kSample = 16;
+  const auto rows = static_cast<double>(table_.rowCount());
+  const auto& indexes = table_.definition().indexes;
+  for (std::size_t t = 0; t < terms_.size(); ++t) {
+    const Term& term = terms_[t];
+    if (term.value || (term.members && source_ > 0)) continue;
+    for (std::size_t i = 0; i < indexes.size(); ++i) {
+      if (indexes[i].parts[0].field != term.field) continue;
+      const int index = static_cast<int>(i);
+      std::size_t values = 0;
+      forEachListed(frame, term, [&](const Datum&) { ++values; });
+      const auto count = static_cast<double>(values);
+      if (count > rows * kIndexShare + 1) continue;
+      double found = std::min(rows, count * rows * kGuess);
+      if (term.members) {
+        std::size_t at = 0;
+        std::size_t sampled = 0;
+        std::uint64_t sum = 0;
+        std::string prefix;
+        forEachListed(frame, term, [&](const Datum& value) {
+          if (at++ % (values / kSample + 1) != 0 || !encodeListed(index, value, prefix)) return;
+          sum += countBetween(index, prefix, KeyCodec::successor(prefix));
+          ++sampled;
+        });
+        found = sampled == 0 ? 0 : static_cast<double>(sum) * count / static_cast<double>(sampled);
+        if (found > rows * kIndexShare) continue;
+      }
+      if (kind_ != Kind::scan && found >= best) continue;
+      kind_ = Kind::list;
+      index_ = index;
+      listTerm_ = t;
+      best = found;
+    }
+  }
+  return best;
+}
+
+// False: no row has a value that its field cannot hold.
+bool Access::encodeListed(int index, const Datum& value, std::string& prefix) const {
+  const Value wanted = valueOf(value);
+  try {
+    table_.codec(index).encodePrefix({&wanted, 1}, prefix);
+    return true;
+  } catch (const StoreError& error) {
+    if (error.code() != Code::badValue) throw;
+    return false;
+  }
 }
 
 double Access::choose(double outerRows, Frame& frame) {
@@ -121,9 +185,7 @@ double Access::choose(double outerRows, Frame& frame) {
       if (!bounds(index, frame, low, high)) {
         found = 0;
       } else {
-        Tree& tree = table_.index(index);
-        const std::uint64_t above = high.empty() ? tree.count() : tree.rank(high);
-        found = static_cast<double>(above - std::min(above, tree.rank(low)));
+        found = static_cast<double>(countBetween(index, low, high));
       }
       if (found > rows * kIndexShare) continue;
     } else if (exact ? unique : equal < most || (equal == most && most > 0)) {
@@ -136,24 +198,13 @@ double Access::choose(double outerRows, Frame& frame) {
     most = std::max(most, equal);
     unique = unique || exact;
   }
-  if (kind_ == Kind::scan) {
-    for (std::size_t t = 0; t < terms_.size(); ++t) {
-      if (!terms_[t].list || static_cast<double>(terms_[t].list->size()) > rows * kIndexShare + 1) continue;
-      for (std::size_t i = 0; i < indexes.size(); ++i)
-        if (indexes[i].parts[0].field == terms_[t].field) {
-          kind_ = Kind::list;
-          index_ = static_cast<int>(i);
-          listTerm_ = t;
-          best = std::min(rows, static_cast<double>(terms_[t].list->size()) * rows * kGuess);
-        }
-    }
-  }
+  if (kind_ == Kind::scan || source_ == 0) best = chooseList(frame, best);
   if (source_ == 0) return best;
 
   // For an inner source: is it cheaper to read it once into a hash?
   hashTerms_.clear();
   for (std::size_t t = 0; t < terms_.size(); ++t)
-    if (terms_[t].op == Op::equal && !terms_[t].list) hashTerms_.push_back(t);
+    if (terms_[t].op == Op::equal && terms_[t].value) hashTerms_.push_back(t);
   const double each = unique ? 1 : std::max(1.0, rows * kGuess);
   const double searching = outerRows * (kSearchCost + each * kSearchCost / 2);
   const double walking = outerRows * rows * kRowCost;
@@ -199,7 +250,9 @@ bool Access::fetch(Frame& frame, std::vector<RowId>& ids, const std::function<bo
   for (const RowId id : ids) {
     key.clear();
     KeyCodec::appendRow(key, id);
-    if (!walk.seek(key) || walk.key() != key) raiseIndexDamaged(table_.name());
+    // The next one needs no search: what was found together often stands together.
+    const bool next = walk.valid() && walk.next() && walk.key() == key;
+    if (!next && (!walk.seek(key) || walk.key() != key)) raiseIndexDamaged(table_.name());
     if (!stand(frame, id, walk.payload(), row)) return false;
   }
   return true;
@@ -218,21 +271,15 @@ bool Access::byIndex(Frame& frame, const std::function<bool()>& row) {
 }
 
 bool Access::byList(Frame& frame, const std::function<bool()>& row) {
-  const auto& alternatives = *terms_[listTerm_].list;
   std::vector<RowId> ids;
   std::string prefix;
-  for (std::size_t i = 1; i < alternatives.size(); ++i) {
-    const Value value = valueOf(alternatives[i]->eval(frame));
-    try {
-      table_.codec(index_).encodePrefix({&value, 1}, prefix);
-    } catch (const StoreError& error) {
-      if (error.code() != Code::badValue) throw;
-      continue;
-    }
-    TreeWalk walk(table_.index(index_));
-    for (bool found = walk.seek(prefix); found && walk.key().starts_with(prefix); found = walk.next())
+  TreeWalk walk(table_.index(index_));
+  forEachListed(frame, terms_[listTerm_], [&](const Datum& value) {
+    if (!encodeListed(index_, value, prefix)) return;
+    const bool here = walk.valid() && walk.key().starts_with(prefix);
+    for (bool found = here || walk.seek(prefix); found && walk.key().starts_with(prefix); found = walk.next())
       ids.push_back(KeyCodec::rowOf(walk.key()));
-  }
+  });
   return fetch(frame, ids, row);
 }
 

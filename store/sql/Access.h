@@ -21,9 +21,10 @@ class Access {
   struct Term {
     int field;
     Op op;
-    const Expression* value;                           // of a comparison
+    const Expression* value;                           // of a comparison, otherwise null
     const std::vector<ExpressionPtr>* list = nullptr;  // of IN: alternatives from [1] on
     const Expression* column = nullptr;
+    const Expression::Members* members = nullptr;  // of IN (SELECT)
   };
 
   Access(Table& table, int source, std::vector<Term> terms)
@@ -58,6 +59,10 @@ class Access {
   bool byIndex(Frame& frame, const std::function<bool()>& row);
   bool byList(Frame& frame, const std::function<bool()>& row);
   bool byHash(Frame& frame, const std::function<bool()>& row);
+  double chooseList(Frame& frame, double best);
+  void forEachListed(Frame& frame, const Term& term, const std::function<void(const Datum& value)>& each) const;
+  bool encodeListed(int index, const Datum& value, std::string& prefix) const;
+  std::uint64_t countBetween(int index, const std::string& low, const std::string& high) const;
   bool fetch(Frame& frame, std::vector<RowId>& ids, const std::function<bool()>& row);
   void build(Frame& frame);
   bool isText(int field) const;

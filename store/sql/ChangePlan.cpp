@@ -10,6 +10,7 @@
 #include "store/Errors.h"
 #include "store/sql/Compiler.h"
 #include "store/sql/SelectCore.h"
+#include "store/sql/Spool.h"
 #include "store/sql/SteadyRead.h"
 #include "store/sql/TableChange.h"
 #include "store/table/Table.h"
@@ -137,7 +138,7 @@ std::uint64_t insertSelect(Compiler& compiler, const Statement& statement) {
              "field '" + field.name + "' cannot hold " + std::string(nameOf(from)) + ".");
   }
   // All rows are read before the first is written: the SELECT may read the table that they go to.
-  std::vector<std::string> rows;
+  Spool rows([&] { return compiler.database().session().scratch(); });
   std::vector<Datum> values;
   std::string bytes;
   TableChange change(table);
@@ -146,15 +147,14 @@ std::uint64_t insertSelect(Compiler& compiler, const Statement& statement) {
     plan->run(nullptr, [&](const std::vector<Datum>& row) {
       bytes.clear();
       appendRow(row, bytes);
-      rows.push_back(bytes);
+      rows.add(bytes);
       return true;
     });
   }
-  for (std::string& row : rows) {
+  rows.forEach([&](std::string_view row) {
     readRow(row, values);
     places.tell(change, [&] { change.insert(fields, values); });
-    std::string().swap(row);
-  }
+  });
   return change.done();
 }
 
@@ -176,18 +176,16 @@ struct Target {
     std::vector<ExpressionPtr> ons(1);
     placeConditions(levels, where.get(), ons, constants);
   }
-  std::vector<RowId> rows() {
-    std::vector<RowId> ids;
+  // Calls for every row that the condition chooses, in row-id order; frame.rows[0] is the row.
+  void forEach(const std::function<void()>& row) {
     const auto holds = [&](const Expression* condition) { return condition->eval(frame).isTrue(); };
-    if (!std::all_of(constants.begin(), constants.end(), holds)) return ids;
+    if (!std::all_of(constants.begin(), constants.end(), holds)) return;
     levels[0].access->choose(1, frame);
     levels[0].access->forEach(frame, [&] {
       frame.texts.clear();
-      if (std::all_of(levels[0].conditions.begin(), levels[0].conditions.end(), holds))
-        ids.push_back(frame.rows[0].row);
+      if (std::all_of(levels[0].conditions.begin(), levels[0].conditions.end(), holds)) row();
       return true;
     });
-    return ids;
   }
 
   Table& table;
@@ -214,38 +212,16 @@ std::uint64_t update(Compiler& compiler, const Statement& statement) {
   }
   TableChange change(target.table);
   std::optional<Database::Snapshot> snapshot(std::in_place, compiler.database(), others(compiler, target.table));
-  const std::vector<RowId> ids = target.rows();
-  change.testLocks(ids);
-  // Values that ask other rows are all worked out before the first row is written.
-  const bool ahead = std::any_of(statement.assignments.begin(), statement.assignments.end(),
-                                 [](const Assignment& one) { return containsSelect(*one.value); });
-  std::vector<std::string> worked;
+  change.startUpdate(fields);
   std::vector<Datum> row;
-  std::string record;
-  const auto evaluate = [&](RowId id) {
-    if (!target.table.readRow(id, record))
-      throw StoreError(Code::damaged, "Table '" + target.table.name() + "' lost a record.");
-    target.frame.texts.clear();
-    target.frame.rows[0].row = id;
-    target.frame.rows[0].view.emplace(target.table.layout(), std::string_view(record));
+  target.forEach([&] {
     row.clear();
     for (const ExpressionPtr& value : values) row.push_back(value->eval(target.frame));
-  };
-  if (ahead)
-    for (const RowId id : ids) {
-      evaluate(id);
-      appendRow(row, worked.emplace_back());
-    }
-  for (std::size_t i = 0; i < ids.size(); ++i) {
-    if (ahead) {
-      if (!target.table.readRow(ids[i], record))
-        throw StoreError(Code::damaged, "Table '" + target.table.name() + "' lost a record.");
-      readRow(worked[i], row);
-    } else {
-      evaluate(ids[i]);
-    }
-    places.tell(change, [&] { change.update(ids[i], record, fields, row); });
-  }
+    const auto bytes = target.frame.rows[0].view->bytes();
+    const std::string_view before(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    places.tell(change, [&] { change.planUpdate(target.frame.rows[0].row, before, row); });
+  });
+  change.update();
   snapshot.reset();
   return change.done();
 }
@@ -256,10 +232,9 @@ std::uint64_t remove(Compiler& compiler, const Statement& statement) {
   std::vector<RowId> ids;
   {
     Database::Snapshot snapshot(compiler.database(), others(compiler, target.table));
-    ids = target.rows();
+    target.forEach([&] { ids.push_back(target.frame.rows[0].row); });
   }
-  change.testLocks(ids);
-  for (const RowId id : ids) change.remove(id);
+  change.remove(ids);
   return change.done();
 }
 
@@ -270,7 +245,8 @@ std::uint64_t selectInto(Database& database, const Statement& statement, const P
   Database& home = inMemory ? database.session().memory() : database;
   TableDef definition;
   definition.name = Database::plainName(select.into);
-  std::vector<std::string> rows;
+  Spool rows([&] { return database.session().scratch(); });
+  std::string bytes;
   SteadyRead::run(database, [&](SteadyRead& read) {
     Compiler compiler(database, parameters);
     const auto plan = SelectPlan::make(compiler, select, nullptr);
@@ -279,7 +255,9 @@ std::uint64_t selectInto(Database& database, const Statement& statement, const P
     for (const SelectColumn& column : plan->columns()) definition.fields.push_back(column.field);
     read.begin(compiler.tables());
     plan->run(nullptr, [&](const std::vector<Datum>& row) {
-      appendRow(row, rows.emplace_back());
+      bytes.clear();
+      appendRow(row, bytes);
+      rows.add(bytes);
       return true;
     });
     read.end();
@@ -298,11 +276,10 @@ std::uint64_t selectInto(Database& database, const Statement& statement, const P
     TableChange change(table);
     const std::vector<int> fields = insertFields(table, statement);
     std::vector<Datum> values;
-    for (std::string& row : rows) {
+    rows.forEach([&](std::string_view row) {
       readRow(row, values);
       change.insert(fields, values);
-      std::string().swap(row);
-    }
+    });
     const std::uint64_t written = change.done();
     home.closeTable(table, &marker);
     return written;
@@ -314,11 +291,6 @@ std::uint64_t selectInto(Database& database, const Statement& statement, const P
 }
 
 }  // namespace
-
-bool containsSelect(const Expr& expr) {
-  return expr.select || std::any_of(expr.operands.begin(), expr.operands.end(),
-                                    [](const ExprPtr& operand) { return containsSelect(*operand); });
-}
 
 std::uint64_t runChange(Database& database, const Statement& statement, const Parameters& parameters) {
   if (statement.kind == StatementKind::select) return selectInto(database, statement, parameters);

@@ -25,6 +25,5 @@ void runDefinition(Database& database, const Statement& statement);
 // Raises the error again at the place of the table's name, where the text is to blame for it.
 void refuseDefinition(const Place& place, const StoreError& error);
 std::vector<std::string> explainStatement(Database& database, const Statement& statement, const Parameters& parameters);
-bool containsSelect(const Expr& expr);
 
 }  // namespace quillon::store::sql

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -52,6 +53,12 @@ class Expression {
   virtual const std::vector<std::unique_ptr<Expression>>* alternatives() const {
     return nullptr;
   }  // of IN (list), [0] is the left side
+  // Of IN (SELECT) whose values are the same for a whole run: its left side, and the values.
+  struct Members {
+    const Expression* left;
+    std::function<void(Frame& frame, const std::function<void(const Datum& value)>& each)> forEach;
+  };
+  virtual const Members* members() const { return nullptr; }
   virtual const std::vector<std::unique_ptr<Expression>>* limits() const { return nullptr; }  // of BETWEEN
   virtual bool column(int&, int&) const { return false; }  // of a column of the own SELECT: source, field
 

@@ -52,18 +52,21 @@ void termsOf(const Expression* condition, int source, std::vector<Access::Term>&
   Expression::Parts parts;
   if (condition->parts(parts) && searchable(parts.op)) {
     if (isColumn(*parts.left) && known(*parts.right))
-      terms.push_back({field, parts.op, parts.right, nullptr, parts.left});
+      terms.push_back({field, parts.op, parts.right, nullptr, parts.left, nullptr});
     if (isColumn(*parts.right) && known(*parts.left))
-      terms.push_back({field, mirrored(parts.op), parts.left, nullptr, parts.right});
+      terms.push_back({field, mirrored(parts.op), parts.left, nullptr, parts.right, nullptr});
   }
   if (const auto* limits = condition->limits(); limits && isColumn(*(*limits)[0])) {
     if (known(*(*limits)[1]))
-      terms.push_back({field, Op::greaterEqual, (*limits)[1].get(), nullptr, (*limits)[0].get()});
-    if (known(*(*limits)[2])) terms.push_back({field, Op::lessEqual, (*limits)[2].get(), nullptr, (*limits)[0].get()});
+      terms.push_back({field, Op::greaterEqual, (*limits)[1].get(), nullptr, (*limits)[0].get(), nullptr});
+    if (known(*(*limits)[2]))
+      terms.push_back({field, Op::lessEqual, (*limits)[2].get(), nullptr, (*limits)[0].get(), nullptr});
   }
   if (const auto* list = condition->alternatives(); list && isColumn(*(*list)[0]))
     if (std::all_of(list->begin() + 1, list->end(), [&](const ExpressionPtr& one) { return known(*one); }))
-      terms.push_back({field, Op::equal, nullptr, list, (*list)[0].get()});
+      terms.push_back({field, Op::equal, nullptr, list, (*list)[0].get(), nullptr});
+  if (const auto* members = condition->members(); members && isColumn(*members->left))
+    terms.push_back({field, Op::equal, nullptr, nullptr, members->left, members});
 }
 
 bool allHold(const std::vector<const Expression*>& conditions, Frame& frame) {

@@ -156,7 +156,7 @@ bool SelectPlan::endpoint(Core& core, Frame& frame, const std::function<bool()>&
   Level& level = core.levels[0];
   const auto& terms = level.access->terms();
   if (terms.size() != level.conditions.size() || std::any_of(terms.begin(), terms.end(), [](const Access::Term& term) {
-        return term.op != Op::equal || term.list;
+        return !term.value || term.op != Op::equal;
       }))
     return false;
   const auto& indexes = level.table->definition().indexes;

@@ -1,9 +1,7 @@
 #include "store/sql/Sorter.h"
 
 #include <algorithm>
-#include <cstring>
 
-#include "store/Errors.h"
 #include "store/vfs/File.h"
 
 namespace quillon::store::sql {
@@ -16,43 +14,23 @@ constexpr std::size_t kRunBuffer = 256 * 1024;
 // A sorted run in the scratch file, read through a buffer: u32 key size, u32 payload size, key, payload, ...
 class Sorter::Run {
  public:
-  Run(File& file, std::uint64_t start, std::uint64_t end) : file_(file), at_(start), end_(end) {}
+  Run(File& file, std::uint64_t start, std::uint64_t end) : reader_(file, start, end) {}
   bool next() {
-    if (at_ >= end_) return false;
+    if (reader_.atEnd()) return false;
     std::uint32_t sizes[2];
-    read(sizes, sizeof sizes);
+    reader_.read(sizes, sizeof sizes);
     key_.resize(sizes[0]);
     payload_.resize(sizes[1]);
-    read(key_.data(), key_.size());
-    read(payload_.data(), payload_.size());
+    reader_.read(key_.data(), key_.size());
+    reader_.read(payload_.data(), payload_.size());
     return true;
   }
   const std::string& key() const { return key_; }
   const std::string& payload() const { return payload_; }
 
  private:
-  void read(void* data, std::size_t size) {
-    auto* out = static_cast<char*>(data);
-    while (size > 0) {
-      if (used_ == buffer_.size()) {
-        buffer_.resize(std::min<std::uint64_t>(kRunBuffer, end_ - at_));
-        used_ = 0;
-        if (file_.read(at_, buffer_.data(), buffer_.size()) != buffer_.size())
-          throw StoreError(Code::ioFailed, "The scratch file of a sort is cut short. Try again.");
-      }
-      const std::size_t part = std::min(size, buffer_.size() - used_);
-      std::memcpy(out, buffer_.data() + used_, part);
-      out += part;
-      size -= part;
-      used_ += part;
-      at_ += part;
-    }
-  }
-
-  File& file_;
-  std::uint64_t at_, end_;
-  std::string buffer_, key_, payload_;
-  std::size_t used_ = 0;
+  ScratchReader reader_;
+  std::string key_, payload_;
 };
 
 Sorter::Sorter(Scratch scratch, std::size_t memory) : scratch_(std::move(scratch)), memory_(memory) {}

@@ -7,9 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quillon::store {
-class File;
-}
+#include "store/sql/ScratchReader.h"
 
 namespace quillon::store::sql {
 
@@ -17,7 +15,6 @@ namespace quillon::store::sql {
 // `memory` bytes it writes sorted runs to a scratch file and merges them.
 class Sorter {
  public:
-  using Scratch = std::function<std::unique_ptr<File>()>;
   Sorter(Scratch scratch, std::size_t memory);
   ~Sorter();
 

@@ -1,5 +1,6 @@
 // SELECTs inside expressions.
 #include <algorithm>
+#include <functional>
 #include <unordered_set>
 #include <vector>
 
@@ -88,17 +89,28 @@ class InSelect final : public SubSelect {
     if (!known_ || plan_->readsAround()) collect(frame);
     return Datum::ofTruth(contains(convert(left_->eval(frame), common_, frame.texts)) != negated_);
   }
+  const Members* members() const override {
+    return negated_ || plan_->readsAround() || !(inWords_ || common_ == Type::text) ? nullptr : &members_;
+  }
 
  private:
   bool contains(const Datum& value) const {
     if (value.isNull()) return hasNull_;
     if (inWords_) return std::binary_search(words_.begin(), words_.end(), value.whole);
+    if (common_ == Type::text) return std::binary_search(texts_.begin(), texts_.end(), value.text, std::less<>());
     std::string identity;
     appendIdentity(value, identity);
     return values_.count(identity) > 0;
   }
+  void forEach(Frame& frame, const std::function<void(const Datum&)>& each) const {
+    if (!known_) collect(frame);
+    if (hasNull_) each(Datum());
+    for (const std::int64_t word : words_) each(Datum::make(common_, word));
+    for (const std::string& text : texts_) each(Datum::ofText(text));
+  }
   void collect(Frame& frame) const {
     values_.clear();
+    texts_.clear();
     words_.clear();
     hasNull_ = false;
     Texts texts;
@@ -109,6 +121,8 @@ class InSelect final : public SubSelect {
         hasNull_ = true;
       } else if (inWords_) {
         words_.push_back(value.whole);
+      } else if (common_ == Type::text) {
+        texts_.emplace_back(value.text);
       } else {
         identity.clear();
         appendIdentity(value, identity);
@@ -117,8 +131,12 @@ class InSelect final : public SubSelect {
       texts.clear();
       return true;
     });
-    std::sort(words_.begin(), words_.end());
-    words_.erase(std::unique(words_.begin(), words_.end()), words_.end());
+    const auto order = [](auto& values) {
+      std::sort(values.begin(), values.end());
+      values.erase(std::unique(values.begin(), values.end()), values.end());
+    };
+    order(words_);
+    order(texts_);
     known_ = true;
   }
 
@@ -127,7 +145,9 @@ class InSelect final : public SubSelect {
   bool negated_;
   bool inWords_;  // the type is one whose values are equal when their words are
   mutable bool hasNull_ = false;
+  Members members_{left_.get(), [this](Frame& frame, const auto& each) { forEach(frame, each); }};
   mutable std::vector<std::int64_t> words_;         // in order
+  mutable std::vector<std::string> texts_;          // in order
   mutable std::unordered_set<std::string> values_;  // of the other types, by identity
 };
 

@@ -1,15 +1,26 @@
 #include "store/sql/TableChange.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "store/Errors.h"
+#include "store/FieldScalar.h"
+#include "store/sql/SelectCore.h"
 #include "store/vfs/File.h"
 
 namespace quillon::store::sql {
+namespace {
+
+constexpr std::size_t kUniqueMemory = std::size_t{8} << 20;  // of each index
+
+}  // namespace
 
 TableChange::TableChange(Table& table)
     : table_(table),
       change_(table.database(), table),
       buffer_(table.layout()),
-      sharesOverlay_(table.database().inTransaction() || table.files().changed()) {}
+      sharesOverlay_(table.database().inTransaction() || table.files().changed()),
+      planned_([&table] { return table.database().session().scratch(); }) {}
 
 TableChange::~TableChange() {
   if (finished_) return;
@@ -52,7 +63,6 @@ void TableChange::setField(int field, const Datum& value) {
     buffer_.set(field, valueOf(value));
     return;
   }
-  undoable_ = false;
   contents_[field] = contentOf(value);
 }
 
@@ -76,26 +86,130 @@ void TableChange::insert(const std::vector<int>& fields, const std::vector<Datum
   checkRequired();
   RowId row = 0;
   change([&] { row = table_.insertRow(buffer_, contents_, record_); });
-  if (sharesOverlay_) steps_.push_back({row, true, {}, record_});
   touched_.push_back(row);
 }
 
-void TableChange::update(RowId row, const std::string& before, const std::vector<int>& fields,
-                         const std::vector<Datum>& values) {
-  buffer_.load(before);
-  contents_.clear();
-  for (std::size_t i = 0; i < fields.size(); ++i) setField(fields[i], values[i]);
-  checkRequired();
-  change([&] { table_.updateRow(row, before, buffer_, contents_, record_); });
-  if (sharesOverlay_) steps_.push_back({row, false, before, record_});
-  touched_.push_back(row);
-}
-
-void TableChange::remove(RowId row) {
-  if (!table_.readRow(row, record_)) throw StoreError(Code::damaged, "Table '" + table_.name() + "' lost a record.");
+void TableChange::startUpdate(const std::vector<int>& fields) {
+  fields_ = fields;
   undoable_ = false;
-  change([&] { table_.deleteRow(row, record_); });
+  const auto isSet = [&](int field) { return std::find(fields.begin(), fields.end(), field) != fields.end(); };
+  const auto& indexes = table_.definition().indexes;
+  for (std::size_t i = 0; i < indexes.size(); ++i) {
+    const auto& parts = indexes[i].parts;
+    if (std::none_of(parts.begin(), parts.end(), [&](const IndexPart& part) { return isSet(part.field); })) continue;
+    const int position = static_cast<int>(i);
+    indexes_.push_back(position);
+    if (indexes[i].unique)
+      unique_[position] =
+          std::make_unique<Sorter>([this] { return table_.database().session().scratch(); }, kUniqueMemory);
+  }
+  setsContents_ = std::any_of(fields.begin(), fields.end(),
+                              [&](int field) { return isBlobType(table_.layout().field(field).type); });
+  needsBefore_ = setsContents_ || !indexes_.empty();
+  if (!table_.database().requiredIsChecked()) return;
+  for (int i = 0; i < table_.layout().fieldCount(); ++i)
+    if (table_.layout().field(i).required) required_.push_back(i);
+}
+
+// Fields of fixed width that are null neither before nor after stay in their place.
+bool TableChange::patch(std::string_view before, const std::vector<Datum>& values) {
+  const RecordLayout& layout = table_.layout();
+  const RecordView view(layout, before);
+  for (const int field : required_)
+    if (view.isNull(field)) return false;
+  for (std::size_t i = 0; i < fields_.size(); ++i)
+    if (layout.width(fields_[i]) == RecordLayout::kVariable || view.isNull(fields_[i]) || values[i].isNull())
+      return false;
+  record_ = before;
+  for (std::size_t i = 0; i < fields_.size(); ++i) {
+    const FieldDef& field = layout.field(fields_[i]);
+    const auto place = view.raw(fields_[i]);
+    refused_ = fields_[i];
+    bytes_.clear();
+    appendScalar(field.type, scalarOf(field, table_.name(), valueOf(values[i]), Purpose::field), bytes_);
+    std::memcpy(record_.data() + (reinterpret_cast<const char*>(place.data()) - before.data()), bytes_.data(),
+                bytes_.size());
+  }
+  return true;
+}
+
+void TableChange::planUpdate(RowId row, std::string_view before, const std::vector<Datum>& values) {
+  if (setsContents_ || !patch(before, values)) {
+    buffer_.load(before);
+    contents_.clear();
+    for (std::size_t i = 0; i < fields_.size(); ++i) setField(fields_[i], values[i]);
+    checkRequired();
+    buffer_.encode(record_);
+  }
   touched_.push_back(row);
+  for (const auto& [index, keys] : unique_) {
+    std::string& key = bytes_;
+    table_.codec(index).encode(RecordView(table_.layout(), record_), row, key);
+    keys->add(KeyCodec::fieldsOf(key), key);
+  }
+  if (!setsContents_ && record_ == before) return;
+  const auto size = static_cast<std::uint32_t>(needsBefore_ ? before.size() : 0);
+  bytes_.assign(reinterpret_cast<const char*>(&row), sizeof row);
+  bytes_.append(reinterpret_cast<const char*>(&size), sizeof size);
+  bytes_ += before.substr(0, size);
+  if (setsContents_)
+    appendRow(values, bytes_);
+  else
+    bytes_ += record_;
+  planned_.add(bytes_);
+}
+
+// What the statement leaves must be unique: its rows among themselves, and beside the rows that it does not change.
+void TableChange::testUnique() {
+  for (const auto& [position, keys] : unique_) {
+    std::string last;
+    bool any = false;
+    TreeWalk walk(table_.index(position));
+    keys->forEach([&, index = position](std::string_view key) {
+      const std::string_view fields = KeyCodec::fieldsOf(key);
+      if (any && fields == last) table_.raiseKeyViolation(index);
+      any = true;
+      last = fields;
+      for (bool found = walk.seek(fields); found && walk.key().starts_with(fields); found = walk.next())
+        if (!std::binary_search(touched_.begin(), touched_.end(), KeyCodec::rowOf(walk.key())))
+          table_.raiseKeyViolation(index);
+      return true;
+    });
+  }
+}
+
+void TableChange::update() {
+  testLocks(touched_);
+  testUnique();
+  TreeRewrite rewrite(table_.rows());
+  std::string before;
+  std::vector<Datum> values;
+  planned_.forEach([&](std::string_view bytes) {
+    RowId row;
+    std::uint32_t size;
+    std::memcpy(&row, bytes.data(), sizeof row);
+    std::memcpy(&size, bytes.data() + sizeof row, sizeof size);
+    bytes.remove_prefix(sizeof row + sizeof size);
+    const std::string_view after = bytes.substr(size);
+    if (!setsContents_) return change([&] { table_.rewriteRow(rewrite, row, bytes.substr(0, size), after, indexes_); });
+    before = bytes.substr(0, size);
+    readRow(after, values);
+    buffer_.load(before);
+    contents_.clear();
+    for (std::size_t i = 0; i < fields_.size(); ++i) setField(fields_[i], values[i]);
+    change([&] { table_.updateRow(row, before, buffer_, contents_, record_, Table::Unique::tested); });
+  });
+  rows_ = touched_.size();
+}
+
+void TableChange::remove(const std::vector<RowId>& rows) {
+  testLocks(rows);
+  undoable_ = false;
+  for (const RowId row : rows) {
+    if (!table_.readRow(row, record_)) throw StoreError(Code::damaged, "Table '" + table_.name() + "' lost a record.");
+    change([&] { table_.deleteRow(row, record_); });
+  }
+  touched_ = rows;
 }
 
 std::uint64_t TableChange::done() {
@@ -113,19 +227,12 @@ std::uint64_t TableChange::done() {
   return rows_;
 }
 
-// Inside a transaction the overlay holds earlier changes too and cannot be dropped. Contents and deleted rows cannot be
-// put back here; the transaction then has to be rolled back as a whole.
+// Inside a transaction the overlay holds earlier changes too and cannot be dropped.
 void TableChange::takeBack() noexcept {
   if (!undoable_) return;
   try {
-    for (auto step = steps_.rbegin(); step != steps_.rend(); ++step) {
-      if (step->inserted) {
-        table_.deleteRow(step->row, step->after);
-      } else {
-        buffer_.load(step->before);
-        table_.updateRow(step->row, step->after, buffer_, {}, record_, Table::Keys::all);
-      }
-    }
+    for (auto row = touched_.rbegin(); row != touched_.rend(); ++row)
+      if (table_.readRow(*row, record_)) table_.deleteRow(*row, record_);
     table_.touched = false;
   } catch (...) {
     table_.touched = true;

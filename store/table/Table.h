@@ -108,14 +108,19 @@ class Table {
   // Inside a Change. Unique indexes are tested before anything is changed (keyViolation). The buffer gets its autoInc
   // number and blob places. `record` is what now stands in the table.
   RowId insertRow(RowBuffer& row, const BlobContents& blobs, std::string& record);
-  // `row` was loaded from `before`, so that only indexes over modified fields are looked at; if not, say so.
-  enum class Keys { ofModified, all };
+  // `row` was loaded from `before`: only indexes over modified fields are looked at.
+  enum class Unique { toTest, tested };
   void updateRow(RowId id, const std::string& before, RowBuffer& row, const BlobContents& blobs, std::string& record,
-                 Keys keys = Keys::ofModified);
+                 Unique unique = Unique::toTest);
+  // The same where uniqueness is tested and contents stay: `indexes` are those whose keys may change. Rows come
+  // in ascending order for the least cost; `rewrite` lives as long as nothing else changes the rows.
+  void rewriteRow(TreeRewrite& rewrite, RowId id, std::string_view before, std::string_view after,
+                  const std::vector<int>& indexes);
   void deleteRow(RowId id, const std::string& before);
   // For a table that is being made: the row alone, under an id of the caller's; false: that one is there already. Keys
   // follow once all rows are there, and the numbers to go on with.
   bool restoreRow(RowId id, RowBuffer& row, const BlobContents& blobs);
+  [[noreturn]] void raiseKeyViolation(int position) const;
   void removeAll();
   void redefine(const TableDef& definition);  // also without rows
 
@@ -145,10 +150,9 @@ class Table {
   void refresh(const LiveState& live);
   void storeBlobs(RowBuffer& row, const RecordView* before, const BlobContents& blobs);
   void checkUnique(RowId id, std::string_view key, int position);
-  std::string payloadOf(const std::string& record);
+  std::string payloadOf(std::string_view record);
   void releasePayload(std::string_view payload);
   void encodeKeys(const std::string& record, RowId id, std::vector<std::string>& keys);
-  [[noreturn]] void raiseKeyViolation(int position);
 
   Database& database_;
   TableFiles files_;

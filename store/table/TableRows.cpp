@@ -54,7 +54,7 @@ std::string_view Table::record(PageFile& dat, std::uint32_t pages, const std::st
   return scratch;
 }
 
-std::string Table::payloadOf(const std::string& record) {
+std::string Table::payloadOf(std::string_view record) {
   std::string payload;
   if (record.size() <= kLongestInline) {
     payload.reserve(record.size() + 1);
@@ -113,7 +113,7 @@ void Table::checkUnique(RowId id, std::string_view key, int position) {
     if (KeyCodec::rowOf(walk.key()) != id) raiseKeyViolation(position);
 }
 
-void Table::raiseKeyViolation(int position) {
+void Table::raiseKeyViolation(int position) const {
   const IndexDef& definition = definition_.indexes[static_cast<std::size_t>(position)];
   std::string fields;
   for (const IndexPart& part : definition.parts)
@@ -179,20 +179,19 @@ bool Table::restoreRow(RowId id, RowBuffer& row, const BlobContents& contents) {
 }
 
 void Table::updateRow(RowId id, const std::string& before, RowBuffer& row, const BlobContents& contents,
-                      std::string& bytes, Keys which) {
+                      std::string& bytes, Unique unique) {
   const RecordView old(*layout_, before);
   row.encode(bytes);
   const RecordView changed(*layout_, bytes);
   std::vector<std::size_t> moved;  // indexes whose key changes
   for (std::size_t i = 0; i < codecs_.size(); ++i) {
     const auto& parts = definition_.indexes[i].parts;
-    if (which == Keys::ofModified &&
-        std::none_of(parts.begin(), parts.end(), [&](const IndexPart& part) { return row.modified(part.field); }))
+    if (std::none_of(parts.begin(), parts.end(), [&](const IndexPart& part) { return row.modified(part.field); }))
       continue;
     codecs_[i].encode(old, id, oldKeys_[i]);
     codecs_[i].encode(changed, id, keys_[i]);
     if (keys_[i] == oldKeys_[i]) continue;
-    checkUnique(id, keys_[i], static_cast<int>(i));
+    if (unique == Unique::toTest) checkUnique(id, keys_[i], static_cast<int>(i));
     moved.push_back(i);
   }
 
@@ -215,6 +214,27 @@ void Table::updateRow(RowId id, const std::string& before, RowBuffer& row, const
   TableMeta& meta = files_.meta();
   if (autoIncField_ >= 0 && !row.isNull(autoIncField_))
     meta.autoInc = std::max(meta.autoInc, row.get(autoIncField_).asInt64());
+}
+
+void Table::rewriteRow(TreeRewrite& rewrite, RowId id, std::string_view before, std::string_view after,
+                       const std::vector<int>& indexes) {
+  touched = true;
+  const std::optional<std::string_view> stored = rewrite.find(rowKey(id));
+  if (!stored) raiseDamaged(name(), "a record is gone from its place");
+  if (stored->starts_with(kOverflow)) releasePayload(std::string(*stored));
+  rewrite.replace(rowKey(id), payloadOf(after));
+  for (const int index : indexes) {
+    const auto i = static_cast<std::size_t>(index);
+    codecs_[i].encode(RecordView(*layout_, before), id, oldKeys_[i]);
+    codecs_[i].encode(RecordView(*layout_, after), id, keys_[i]);
+    if (keys_[i] == oldKeys_[i]) continue;
+    if (!indexes_[i]->erase(oldKeys_[i]) || !indexes_[i]->insert(keys_[i], {}))
+      raiseDamaged(name(), "an index does not fit its records");
+  }
+  TableMeta& meta = files_.meta();
+  if (autoIncField_ < 0) return;
+  const RecordView changed(*layout_, after);
+  if (!changed.isNull(autoIncField_)) meta.autoInc = std::max(meta.autoInc, changed.integer(autoIncField_));
 }
 
 void Table::deleteRow(RowId id, const std::string& before) {

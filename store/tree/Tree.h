@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -40,9 +41,11 @@ class Tree {
 
  private:
   friend class TreeWalk;
+  friend class TreeRewrite;
   // Goes down to the leaf where `key` is or belongs; whether it is there.
   bool descend(TreePath& path, std::string_view key);
   bool put(std::string_view key, std::string_view payload, bool replacing);
+  void replaceAt(TreePath& path, const TreeCell& cell);  // where the path stands; it ends when the page is split
   void split(TreePath& path, const TreeCell& cell, bool replacing);
   void shrinkRoot(TreePath& path);
   void addToAncestors(TreePath& path, int change);
@@ -51,6 +54,21 @@ class Tree {
 
   PageFile& file_;
   PageNo& root_;
+};
+
+// Replaces payloads of many keys that mostly come in ascending order: of a leaf's keys only the first needs a descent.
+// While one lives nothing else changes the tree.
+class TreeRewrite {
+ public:
+  explicit TreeRewrite(Tree& tree) : tree_(tree) {}
+  // The payload that stands at the key; it looks into the page. Nullopt: the key is not there.
+  std::optional<std::string_view> find(std::string_view key);
+  // At the key last found.
+  void replace(std::string_view key, std::string_view payload);
+
+ private:
+  Tree& tree_;
+  TreePath path_;
 };
 
 // A place in a tree, for reading inside one operation. key() and payload() look into the page and live until the walk

@@ -127,13 +127,21 @@ void carryOut(TreePageEditor left, TreePageEditor right, const Split& split) {
 
 }  // namespace
 
+namespace {
+
+void requireShort(const PageFile& file, std::string_view key, std::string_view payload) {
+  if (key.size() > kMaxTreeKey || key.size() + payload.size() > kMaxTreeEntry)
+    throw StoreError(Code::limitReached, "An entry of '" + file.name() + "' is too long. Shorten its texts.");
+}
+
+}  // namespace
+
 bool Tree::insert(std::string_view key, std::string_view payload) { return put(key, payload, false); }
 
 bool Tree::replace(std::string_view key, std::string_view payload) { return put(key, payload, true); }
 
 bool Tree::put(std::string_view key, std::string_view payload, bool replacing) {
-  if (key.size() > kMaxTreeKey || key.size() + payload.size() > kMaxTreeEntry)
-    throw StoreError(Code::limitReached, "An entry of '" + file_.name() + "' is too long. Shorten its texts.");
+  requireShort(file_, key, payload);
   TreeCell cell{key, payload};
   if (root_ == 0) {
     if (replacing) return false;
@@ -146,22 +154,12 @@ bool Tree::put(std::string_view key, std::string_view payload, bool replacing) {
   }
   TreePath path;
   if (descend(path, key) != replacing) return false;
-  const unsigned index = path.back().index;
-  TreePageEditor leaf(path.back().data, file_);
   if (replacing) {
-    const TreeCell old = leaf.leafCell(index);
-    if (leaf.used() - old.size() + cell.size() > kTreeRoom) {
-      split(path, cell, true);
-      return true;
-    }
-    file_.write(path.back().page.number());
-    if (old.payload.size() == payload.size()) {
-      leaf.setPayload(index, payload);
-    } else {
-      leaf.replace(index, cell);
-    }
+    replaceAt(path, cell);
     return true;
   }
+  const unsigned index = path.back().index;
+  TreePageEditor leaf(path.back().data, file_);
   if (!leaf.fits(cell.size())) {
     split(path, cell, false);
     return true;
@@ -171,6 +169,43 @@ bool Tree::put(std::string_view key, std::string_view payload, bool replacing) {
   leaf.noteInsert(index);
   addToAncestors(path, 1);
   return true;
+}
+
+void Tree::replaceAt(TreePath& path, const TreeCell& cell) {
+  const unsigned index = path.back().index;
+  TreePageEditor leaf(path.back().data, file_);
+  const TreeCell old = leaf.leafCell(index);
+  if (leaf.used() - old.size() + cell.size() > kTreeRoom) {
+    split(path, cell, true);
+    path.clear();
+    return;
+  }
+  file_.write(path.back().page.number());
+  if (old.payload.size() == cell.payload.size()) {
+    leaf.setPayload(index, cell.payload);
+  } else {
+    leaf.replace(index, cell);
+  }
+}
+
+std::optional<std::string_view> TreeRewrite::find(std::string_view key) {
+  if (path_.depth() > 0) {
+    // Between two keys of the leaf, or at one of them, there is no other place for it.
+    TreePath::Step& leaf = path_.back();
+    const TreePage page(leaf.data, tree_.file_);
+    leaf.index = page.lowerBound(key);
+    if (page.holds(leaf.index, key)) return page.leafCell(leaf.index).payload;
+    path_.clear();
+  }
+  if (tree_.root_ == 0) return std::nullopt;
+  if (tree_.descend(path_, key)) return TreePage(path_.back().data, tree_.file_).leafCell(path_.back().index).payload;
+  path_.clear();
+  return std::nullopt;
+}
+
+void TreeRewrite::replace(std::string_view key, std::string_view payload) {
+  requireShort(tree_.file_, key, payload);
+  tree_.replaceAt(path_, {key, payload});
 }
 
 // First everything is worked out and every page is had that is needed; from then on nothing can fail. The pages are

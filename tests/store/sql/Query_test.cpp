@@ -154,6 +154,24 @@ TEST_F(QueryTest, FailureInsideATransactionKeepsWhatWasDoneBefore) {
   EXPECT_TRUE(verifyFolder({*anna_->files, clock_, "ANNA", "PC", 1}, kFolder).clean());
 }
 
+TEST_F(QueryTest, UpdateMustBeUniqueAtItsEndAndNotOnTheWay) {
+  Database& database = anna_->database;
+  for (const bool inTransaction : {false, true}) {
+    if (inTransaction) database.startTransaction({"Cust"});
+    EXPECT_EQ(run("UPDATE Cust SET ID = ID + 1"), 150u);
+    EXPECT_EQ(run("UPDATE Cust SET ID = 152 - ID"), 150u);  // from 1 on again, the other way round
+    EXPECT_EQ(run("UPDATE Cust SET ID = CASE ID WHEN 3 THEN 4 ELSE 3 END, Notes = 'swapped' WHERE ID IN (3, 4)"), 2u);
+    for (const char* text : {"UPDATE Cust SET ID = 200 WHERE ID > 148", "UPDATE Cust SET ID = ID + 1 WHERE ID < 10",
+                             "UPDATE Cust SET Notes = 'no', ID = 7 WHERE ID = 8"})
+      EXPECT_EQ(errorOf([&] { run(text); })->code(), Code::keyViolation) << text;
+    EXPECT_EQ(count("ID BETWEEN 1 AND 150 AND (Notes IS NULL OR Notes <> 'no')"), 150u);
+    EXPECT_EQ(count("ID IN (3, 4) AND Notes = 'swapped'"), 2u);
+    if (inTransaction) database.commit();
+  }
+  EXPECT_EQ(count("Name = 'Name2' AND ID = 4"), 1u);
+  EXPECT_TRUE(verifyFolder({*anna_->files, clock_, "ANNA", "PC", 1}, kFolder).clean());
+}
+
 TEST_F(QueryTest, TablesInMemoryAreTablesForCursorsToo) {
   run("SELECT ID, Name INTO \"\\Memory\\Few\" FROM Cust WHERE ID < 4 ORDER BY ID DESC");
   {
