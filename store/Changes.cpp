@@ -212,7 +212,7 @@ void Database::releaseTransaction() noexcept {
   }
   for (Table* table : std::exchange(covered_, {})) {
     table->locks().close(this);
-    if (!table->locks().isOpen()) tables_.erase(foldCase(table->name()));
+    if (!table->locks().isOpen()) standBy(*table);
   }
   transaction_ = false;
 }

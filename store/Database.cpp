@@ -47,7 +47,8 @@ Database::~Database() {
   for (const auto& entry : tables_)
     while (entry.second && !entry.second->cursors().empty()) entry.second->cursors().back()->abandon();
   tables_.clear();
-  if (session_.scratchFolder() == folder_) session_.setScratchFolder({});
+  // Another one in the same folder may be a table in the making beside its files.
+  if (!inMemory() && session_.scratchFolder() == folder_) session_.setScratchFolder({});
 }
 
 std::string Database::plainName(std::string_view name) {
@@ -118,7 +119,7 @@ void Database::dropTable(std::string_view name) {
   refuseInTransaction();
   const std::string found = findName(name);
   if (found.empty()) throw StoreError(Code::noSuchTable, "Table '" + plainName(name) + "' is not there.");
-  if (tables_.count(foldCase(found)) > 0)
+  if (isOpenHere(found))
     throw StoreError(Code::tableInUse, "Table '" + found + "' is in use by this program and cannot be dropped.");
   const auto removeFiles = [&] {
     // The .DAT file goes first: without it there is no table, whatever else is left.
@@ -126,7 +127,10 @@ void Database::dropTable(std::string_view name) {
     files_.syncFolder(folder_);
     for (const Role role : {kIdx, kBlb}) files_.remove(findFile(files_, folder_, found + kExtensions[role]));
   };
-  if (inMemory()) return removeFiles();
+  if (inMemory()) {
+    endStandBy(found);
+    return removeFiles();
+  }
   const int marker = 0;
   Table& table = openTable(found, &marker, true);
   try {
@@ -137,6 +141,7 @@ void Database::dropTable(std::string_view name) {
     throw;
   }
   closeTable(table, &marker);
+  endStandBy(found);
 }
 
 void Database::emptyTable(std::string_view name) {
@@ -162,71 +167,6 @@ void Database::emptyTable(std::string_view name) {
     throw;
   }
   closeTable(table, &marker);
-}
-
-std::unique_ptr<Table> Database::openFiles(const std::string& name) {
-  try {
-    return std::make_unique<Table>(*this, name);
-  } catch (const StoreError& error) {
-    if (inMemory() || (error.code() != Code::foreign && error.code() != Code::headerDamaged)) throw;
-  }
-  // The three files are being replaced, or whoever did so died between them; or they are damaged.
-  {
-    const CommitProtocol::Quiet alone(*protocol_, CommitProtocol::Quiet::Journal::asItIs);
-    finishReplacing(files_, folder_, name);
-  }
-  return std::make_unique<Table>(*this, name);
-}
-
-Table& Database::openTable(std::string_view name, TableLocks::Owner owner, bool exclusive) {
-  const std::string found = findName(name);
-  if (found.empty())
-    throw StoreError(Code::noSuchTable, "Table '" + plainName(name) + "' is not in the folder '" + folder_ + "'.");
-  const std::string folded = foldCase(found);
-  auto& slot = tables_[folded];
-  const bool made = slot == nullptr;
-  try {
-    if (made) slot = openFiles(found);
-    Table& table = *slot;
-    takeLock(found, LockKind::exclusiveOpen, 0, [&] { return table.locks().tryOpen(owner, exclusive); });
-    if (made && !table.files().isInPlace(files_, folder_)) {
-      // While the lock was waited for the table was dropped, and perhaps made anew.
-      tables_.erase(folded);
-      return openTable(name, owner, exclusive);
-    }
-    if (exclusive) noteLock(found, LockKind::exclusiveOpen, 0);
-    try {
-      if (made) table.load();
-      if (exclusive) table.refreshUnderLock();
-    } catch (...) {
-      table.locks().close(owner);
-      if (exclusive) forgetLock(found, LockKind::exclusiveOpen, 0);
-      throw;
-    }
-    return table;
-  } catch (...) {
-    if (made) tables_.erase(folded);
-    throw;
-  }
-}
-
-void Database::closeTable(Table& table, TableLocks::Owner owner) {
-  const bool exclusive = table.locks().heldExclusively();
-  const auto finish = [&] {
-    table.locks().close(owner);
-    if (exclusive && !table.locks().heldExclusively()) forgetLock(table.name(), LockKind::exclusiveOpen, 0);
-    if (!table.locks().isOpen()) tables_.erase(foldCase(table.name()));
-  };
-  // Also one in which a gathering statement found nothing to change: its lock is let go of with the others.
-  if (std::find(gathering_.begin(), gathering_.end(), &table) != gathering_.end()) {
-    try {
-      settle();
-    } catch (...) {
-      finish();
-      throw;
-    }
-  }
-  finish();
 }
 
 // Locks.

@@ -39,6 +39,9 @@ class Database {
   bool inMemory() const { return protocol_ == nullptr; }
   CommitProtocol* protocol() { return protocol_.get(); }
 
+  // Expires with the database, for what may outlive it.
+  std::weak_ptr<const bool> life() const { return life_; }
+
   // A table's name without "\\Memory\\" and ".DAT".
   static std::string plainName(std::string_view name);
 
@@ -159,6 +162,10 @@ class Database {
   // Tables without a journal: those in memory, and one that is being made beside its files.
   Database(Session& session, FileSystem& files, std::string folder);
 
+  bool isOpenHere(std::string_view name) const;
+  Table* openAgain(std::string_view name, TableLocks::Owner owner, bool exclusive);
+  void standBy(Table& table) noexcept;
+  void endStandBy(std::string_view name) noexcept;
   void publish(std::span<Table* const> tables);
   void publishGathered();
   void takeWrite(Table& table);
@@ -175,12 +182,14 @@ class Database {
   std::vector<std::string> faultsOf(const std::string& name, RepairReport& report);
   void rebuildFrom(std::unique_ptr<File> dat, const RepairOptions& options, RepairReport& report);
 
+  std::shared_ptr<const bool> life_ = std::make_shared<bool>(true);
   Session& session_;
   FileSystem& files_;
   std::string folder_;
   std::unique_ptr<CommitProtocol> protocol_;
   std::unique_ptr<Holders> holders_;
   std::map<std::string, std::unique_ptr<Table>, std::less<>> tables_;  // by folded name
+  std::vector<std::string> standingBy_;                                // folded names, the one longest there first
   std::vector<Table*> covered_;                                        // by the transaction
   std::vector<Table*> gathering_;
   std::int64_t gatherStart_ = 0;

@@ -4,9 +4,8 @@
 #include "store/Database.h"
 #include "store/Errors.h"
 #include "store/sql/ChangePlan.h"
-#include "store/sql/Compiler.h"
 #include "store/sql/Parser.h"
-#include "store/sql/SelectPlan.h"
+#include "store/sql/Prepared.h"
 #include "store/sql/SteadyRead.h"
 #include "store/sql/TableFill.h"
 #include "store/table/Table.h"
@@ -14,11 +13,15 @@
 namespace quillon::store {
 
 Query::Query(Database& database, std::string text, std::string name)
-    : Cursor(database, "", name.empty() ? "query" : std::move(name)), home_(database), text_(std::move(text)) {}
+    : Cursor(database, "", name.empty() ? "query" : std::move(name)),
+      home_(database),
+      homeLife_(database.life()),
+      text_(std::move(text)) {}
 
 Query::~Query() {
   try {
     close();
+    dropResult();
   } catch (const StoreError&) {
     // Nothing of a result needs to be saved.
   }
@@ -28,6 +31,8 @@ void Query::setStatement(std::string text) {
   if (isOpen())
     throw StoreError(Code::badStatement, "'" + name() + "' is open; close it before its statement is changed.");
   text_ = std::move(text);
+  dropResult();
+  prepared_.reset();
   statement_.reset();
 }
 
@@ -46,6 +51,11 @@ const sql::Statement& Query::parsed() {
   return *statement_;
 }
 
+sql::Prepared& Query::prepared() {
+  if (!prepared_) prepared_ = std::make_unique<sql::Prepared>(home_, parsed(), parameters_);
+  return *prepared_;
+}
+
 bool Query::givesRows() {
   const sql::Statement& statement = parsed();
   if (statement.kind == sql::StatementKind::explain) return true;
@@ -59,56 +69,71 @@ void Query::open() {
 }
 
 void Query::close() {
+  constexpr PageNo kKeptPages = 32;
+  bool keeps = isOpen() && !result_.empty() && parsed().kind == sql::StatementKind::select;
+  for (const Role role : {kDat, kBlb}) keeps = keeps && table().files().meta().space[role].pages <= kKeptPages;
   Cursor::close();
-  if (result_.empty()) return;
-  home_.session().memory().dropTable(std::exchange(result_, {}));
+  if (!keeps) dropResult();
+}
+
+void Query::dropResult() {
+  const std::string dropped = std::exchange(result_, {});
+  if (!dropped.empty() && !homeLife_.expired()) home_.session().memory().dropTable(dropped);
+}
+
+// The lines of EXPLAIN as a result.
+void Query::openPlan() {
+  Database& memory = home_.session().memory();
+  TableDef definition;
+  definition.fields.push_back({"Plan", FieldType::memo, 0, false});
+  const std::vector<std::string> lines = explain();
+  definition.name = sql::newMemoryName(memory);
+  memory.createTable(definition);
+  result_ = definition.name;
+  Table& table = memory.openTable(result_, this, false);
+  sql::TableFill fill(table);
+  for (const std::string& line : lines) fill.add({sql::Datum::ofText(line)});
+  fill.finish();
+  setTarget(memory, result_, true);
+  memory.closeTable(table, this);
+  Cursor::open();
 }
 
 void Query::openSnapshot() {
+  if (parsed().kind == sql::StatementKind::explain) return openPlan();
   Database& memory = home_.session().memory();
-  TableDef definition;
-  if (parsed().kind == sql::StatementKind::explain) {
-    definition.fields.push_back({"Plan", FieldType::memo, 0, false});
-    const std::vector<std::string> lines = explain();
-    definition.name = sql::newMemoryName(memory);
-    memory.createTable(definition);
-    result_ = definition.name;
-    Table& table = memory.openTable(result_, this, false);
-    sql::TableFill fill(table);
-    for (const std::string& line : lines) fill.add({sql::Datum::ofText(line)});
-    fill.finish();
-    setTarget(memory, result_, true);
-    memory.closeTable(table, this);
-    return Cursor::open();
-  }
-  sql::SteadyRead::run(home_, [&](sql::SteadyRead& read) {
-    sql::Compiler compiler(home_, parameters_);
-    const auto plan = sql::SelectPlan::make(compiler, *parsed().select, nullptr);
-    definition.fields.clear();
-    for (const sql::SelectColumn& column : plan->columns()) definition.fields.push_back(column.field);
-    definition.name = sql::newMemoryName(memory);  // the plan has taken some for its own tables
-    memory.createTable(definition);
-    result_ = definition.name;
-    Table& table = memory.openTable(result_, this, false);
-    try {
-      read.begin(compiler.tables());
-      sql::TableFill fill(table);
-      plan->run(nullptr, [&](const std::vector<sql::Datum>& row) {
+  const int filler = 0;
+  Table* table = nullptr;
+  try {
+    sql::SteadyRead::run(home_, [&](sql::SteadyRead& read) {
+      sql::Prepared::Run run(prepared());
+      if (run.boundAnew() || result_.empty()) {
+        if (table) memory.closeTable(*std::exchange(table, nullptr), &filler);
+        dropResult();
+        TableDef definition;
+        for (const sql::SelectColumn& column : run.select().columns()) definition.fields.push_back(column.field);
+        definition.name = sql::newMemoryName(memory);  // the plan has taken some for its own tables
+        memory.createTable(definition);
+        result_ = definition.name;
+      }
+      if (!table) table = &memory.openTable(result_, &filler, false);
+      const sql::SteadyRead::Scope scope(read, run.tables());
+      sql::TableFill fill(*table);
+      run.select().run(nullptr, [&](const std::vector<sql::Datum>& row) {
         fill.add(row);
         return true;
       });
       fill.finish();
-    } catch (...) {
-      read.end();
-      memory.closeTable(table, this);
-      memory.dropTable(std::exchange(result_, {}));
-      throw;
-    }
-    read.end();
-    memory.closeTable(table, this);
-  });
-  setTarget(memory, result_, true);
-  Cursor::open();
+      run.done();
+    });
+    setTarget(memory, result_, true);
+    Cursor::open();
+    memory.closeTable(*table, &filler);
+  } catch (...) {
+    if (table) memory.closeTable(*table, &filler);
+    dropResult();
+    throw;
+  }
 }
 
 void Query::openLive() {
@@ -116,17 +141,16 @@ void Query::openLive() {
   std::string name;
   Database* database = nullptr;
   sql::SteadyRead::run(home_, [&](sql::SteadyRead& read) {
-    sql::Compiler compiler(home_, parameters_);
-    const auto plan = sql::SelectPlan::make(compiler, *parsed().select, nullptr);
-    Table* table = plan->liveTable();
+    sql::Prepared::Run run(prepared());
+    Table* table = run.select().liveTable();
     if (!table)
       throw StoreError(Code::badStatement,
                        "'" + this->name() + "' cannot be live: it must read fields of the rows of one table.");
     name = table->name();
     database = &table->database();
-    read.begin(compiler.tables());
-    rows = plan->liveRows();
-    read.end();
+    const sql::SteadyRead::Scope scope(read, run.tables());
+    rows = run.select().liveRows();
+    run.done();
   });
   setTarget(*database, name, false);
   setRows(rows);
@@ -141,7 +165,15 @@ std::uint64_t Query::execute() {
     close();
     return rows;
   }
-  return sql::runChange(home_, statement, parameters_);
+  if (statement.kind == sql::StatementKind::select) return sql::selectInto(home_, statement, parameters_);
+  if (statement.kind >= sql::StatementKind::createTable) {
+    sql::runDefinition(home_, statement);
+    return 0;
+  }
+  sql::Prepared::Run run(prepared());
+  const std::uint64_t rows = run.change().run();
+  run.done();
+  return rows;
 }
 
 std::vector<std::string> Query::explain() {

@@ -12,8 +12,9 @@
 namespace quillon::store {
 
 namespace sql {
+class Prepared;
 struct Statement;
-}
+}  // namespace sql
 
 // A statement of the query dialect, with named parameters.
 //
@@ -23,7 +24,8 @@ struct Statement;
 // runs any other statement. A statement is all or nothing.
 //
 // Errors: StatementError with line and column; those of the tables, among them recordLocked when a row to be changed is
-// locked, keyViolation, required, badValue. The text is parsed once and can be run many times.
+// locked, keyViolation, required, badValue. The text is parsed once; tables and types are looked up again, and the plan
+// is made again, only when a table's definition or a parameter's type has changed. Between runs it has no table open.
 class Query : public Cursor {
  public:
   Query(Database& database, std::string text = {}, std::string name = {});
@@ -45,14 +47,20 @@ class Query : public Cursor {
 
  private:
   const sql::Statement& parsed();
+  sql::Prepared& prepared();
   void openSnapshot();
+  void openPlan();
+  void dropResult();
   void openLive();
 
   Database& home_;  // that the statement's names belong to
+  std::weak_ptr<const bool> homeLife_;
   std::string text_;
   std::unique_ptr<sql::Statement> statement_;
+  std::unique_ptr<sql::Prepared> prepared_;  // of the statement
   std::map<std::string, Value, std::less<>> parameters_;
-  std::string result_;  // the table in memory that holds the result
+  // The table in memory that holds the result. A small one stays for the next run of the same plan.
+  std::string result_;
   bool live_ = false;
 };
 

@@ -12,7 +12,12 @@ Session::Session(const Environment& environment, Settings settings)
       settings_(std::move(settings)),
       cache_(std::make_unique<PageCache>(settings_.cacheBytes / kPageSize)),
       memoryFiles_(std::make_unique<MemoryFileSystem>()),
-      memory_(new Database(*this, *memoryFiles_, "\\Memory")) {}
+      memory_(new Database(*this, *memoryFiles_, "\\Memory")) {
+  memoryFiles_->setScratch([this]() -> std::unique_ptr<File> {
+    const std::string place = scratchPlace();
+    return place.empty() ? nullptr : environment_.files.openScratch(place);
+  });
+}
 
 Session::~Session() = default;
 
@@ -27,10 +32,13 @@ SpillFile* Session::spill(const std::string& folder) {
   return spill_.get();
 }
 
+std::string Session::scratchPlace() const {
+  const bool inFolder = settings_.createTempTablesInDatabase || settings_.privateDir.empty();
+  return inFolder && !scratchFolder_.empty() ? scratchFolder_ : settings_.privateDir;
+}
+
 std::unique_ptr<File> Session::scratch() {
-  const bool inFolder =
-      !scratchFolder_.empty() && (settings_.createTempTablesInDatabase || settings_.privateDir.empty());
-  const std::string& place = inFolder ? scratchFolder_ : settings_.privateDir;
+  const std::string place = scratchPlace();
   return place.empty() ? memoryFiles_->openScratch("") : environment_.files.openScratch(place);
 }
 

@@ -58,6 +58,8 @@ class Session {
   const std::string& scratchFolder() const { return scratchFolder_; }
 
  private:
+  std::string scratchPlace() const;  // empty: none
+
   Environment environment_;
   Settings settings_;
   std::string scratchFolder_;

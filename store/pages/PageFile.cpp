@@ -219,6 +219,8 @@ void PageFile::writeInPlace(const std::vector<PageNo>& numbers) {
   }
 }
 
+void PageFile::measure() { reserved_ = file_->size(); }
+
 void PageFile::cut() {
   file_->truncate(std::uint64_t{space_.pages} * kPageSize);
   reserved_ = std::uint64_t{space_.pages} * kPageSize;

@@ -75,6 +75,8 @@ class PageFile {
   void forget();
   void forget(PageNo number);
 
+  // Others may have cut the file since it was last looked at.
+  void measure();
   // Gives the space behind the last page back. With an empty journal and the table open exclusively.
   void cut();
 

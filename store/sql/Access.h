@@ -40,6 +40,7 @@ class Access {
   // In the order of an index instead.
   bool forEachInOrder(Frame& frame, int index, const std::function<bool()>& row);
   std::string explain() const;
+  void letGo() { built_.reset(); }  // what was read for one run
   Kind kind() const { return kind_; }
   const std::vector<Term>& terms() const { return terms_; }
 

@@ -80,21 +80,14 @@ class Slot final : public Expression {
 
 class Parameter final : public Expression {
  public:
-  explicit Parameter(const Value& value) : Expression(Type::null) {
-    if (value.kind() == Value::Kind::text) {
-      value_ = Datum::ofText(value.asText());
-      size = std::max(1, static_cast<int>(lengthInCharacters(value.asText())));  // 0: not known
-    } else {
-      value_ = datumOf(value, texts_);
-    }
-    type = value_.type;
+  explicit Parameter(const Compiler::Parameter& parameter)
+      : Expression(parameter.value.type, parameter.size), value_(parameter.value) {
     fixed = true;
   }
   Datum eval(Frame&) const override { return value_; }
 
  private:
-  Datum value_;
-  Texts texts_;
+  const Datum& value_;
 };
 
 }  // namespace
@@ -170,8 +163,7 @@ ExpressionPtr Binder::bindLiteral(const Expr& expr) {
 }
 
 ExpressionPtr Binder::bindParameter(const Expr& expr) {
-  const int position = compiler_.parameter(expr.name, expr.place);
-  auto parameter = std::make_unique<Parameter>(compiler_.parameters()[static_cast<std::size_t>(position)]);
+  auto parameter = std::make_unique<Parameter>(compiler_.parameter(expr.name, expr.place));
   parameter->place = expr.place;
   return parameter;
 }

@@ -86,77 +86,106 @@ std::vector<int> insertFields(const Table& table, const Statement& statement) {
   return fields;
 }
 
-std::uint64_t insertValues(Compiler& compiler, const Statement& statement) {
-  Table& table = compiler.table(statement.table, statement.tablePlace);
-  const std::vector<int> fields = insertFields(table, statement);
-  Binder binder(compiler, nullptr);
-  std::vector<std::vector<ExpressionPtr>> rows;
-  std::vector<Places> places;
-  for (const auto& written : statement.rows) {
-    if (written.size() != fields.size())
-      refuse(written.empty() ? statement.place : written[0]->place, Code::badStatement,
-             std::to_string(written.size()) + " values for " + std::to_string(fields.size()) + " fields.");
-    auto& row = rows.emplace_back();
-    places.push_back({fields, {}, written[0]->place});
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-      row.push_back(valueFor(binder.bind(*written[i]), table.layout().field(fields[i]), written[i]->place));
-      places.back().values.push_back(written[i]->place);
+class InsertValues final : public ChangePlan {
+ public:
+  InsertValues(Compiler& compiler, const Statement& statement)
+      : compiler_(compiler),
+        table_(compiler.table(statement.table, statement.tablePlace)),
+        fields_(insertFields(table_, statement)) {
+    Binder binder(compiler, nullptr);
+    for (const auto& written : statement.rows) {
+      if (written.size() != fields_.size())
+        refuse(written.empty() ? statement.place : written[0]->place, Code::badStatement,
+               std::to_string(written.size()) + " values for " + std::to_string(fields_.size()) + " fields.");
+      auto& row = rows_.emplace_back();
+      places_.push_back({fields_, {}, written[0]->place});
+      for (std::size_t i = 0; i < fields_.size(); ++i) {
+        row.push_back(valueFor(binder.bind(*written[i]), table_.layout().field(fields_[i]), written[i]->place));
+        places_.back().values.push_back(written[i]->place);
+      }
     }
   }
-  TableChange change(table);
-  std::optional<Database::Snapshot> snapshot(std::in_place, compiler.database(), others(compiler, table));
-  Frame frame;
-  std::vector<Datum> values;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    values.clear();
-    for (const ExpressionPtr& value : rows[i]) values.push_back(value->eval(frame));
-    places[i].tell(change, [&] { change.insert(fields, values); });
-    frame.texts.clear();
+  std::uint64_t run() override {
+    TableChange change(table_);
+    std::optional<Database::Snapshot> snapshot(std::in_place, compiler_.database(), others(compiler_, table_));
+    Frame frame;
+    std::vector<Datum> values;
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+      values.clear();
+      for (const ExpressionPtr& value : rows_[i]) values.push_back(value->eval(frame));
+      places_[i].tell(change, [&] { change.insert(fields_, values); });
+      frame.texts.clear();
+    }
+    snapshot.reset();
+    return change.done();
   }
-  snapshot.reset();
-  return change.done();
-}
+  void explain(std::vector<std::string>& lines) override { lines.push_back("insert into " + table_.name()); }
 
-std::uint64_t insertSelect(Compiler& compiler, const Statement& statement) {
-  Table& table = compiler.table(statement.table, statement.tablePlace);
-  const std::vector<int> fields = insertFields(table, statement);
-  const auto plan = SelectPlan::make(compiler, *statement.select, nullptr);
-  if (plan->columns().size() != fields.size())
-    refuse(statement.select->place, Code::badStatement,
-           std::to_string(plan->columns().size()) + " columns for " + std::to_string(fields.size()) + " fields.");
-  const auto& items = statement.select->items;
-  Places places{fields, std::vector<Place>(fields.size(), statement.select->place), statement.tablePlace};
-  for (std::size_t i = 0; i < fields.size() && items.size() == fields.size(); ++i)
-    places.values[i] = items[i].expr->place;
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    const Type from = plan->columns()[i].type;
-    const FieldDef& field = table.layout().field(fields[i]);
-    const Type to = typeOf(field.type);
-    const auto calendar = [](Type type) { return type == Type::date || type == Type::dateTime; };
-    if (from != to && from != Type::null && !(isNumber(from) && isNumber(to)) && !(calendar(from) && calendar(to)))
-      refuse(places.values[i], Code::typeMismatch,
-             "field '" + field.name + "' cannot hold " + std::string(nameOf(from)) + ".");
+ private:
+  Compiler& compiler_;
+  Table& table_;
+  std::vector<int> fields_;
+  std::vector<std::vector<ExpressionPtr>> rows_;
+  std::vector<Places> places_;  // of the rows
+};
+
+class InsertSelect final : public ChangePlan {
+ public:
+  InsertSelect(Compiler& compiler, const Statement& statement)
+      : compiler_(compiler),
+        table_(compiler.table(statement.table, statement.tablePlace)),
+        fields_(insertFields(table_, statement)),
+        plan_(SelectPlan::make(compiler, *statement.select, nullptr)),
+        places_{fields_, std::vector<Place>(fields_.size(), statement.select->place), statement.tablePlace} {
+    if (plan_->columns().size() != fields_.size())
+      refuse(statement.select->place, Code::badStatement,
+             std::to_string(plan_->columns().size()) + " columns for " + std::to_string(fields_.size()) + " fields.");
+    const auto& items = statement.select->items;
+    for (std::size_t i = 0; i < fields_.size() && items.size() == fields_.size(); ++i)
+      places_.values[i] = items[i].expr->place;
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+      const Type from = plan_->columns()[i].type;
+      const FieldDef& field = table_.layout().field(fields_[i]);
+      const Type to = typeOf(field.type);
+      const auto calendar = [](Type type) { return type == Type::date || type == Type::dateTime; };
+      if (from != to && from != Type::null && !(isNumber(from) && isNumber(to)) && !(calendar(from) && calendar(to)))
+        refuse(places_.values[i], Code::typeMismatch,
+               "field '" + field.name + "' cannot hold " + std::string(nameOf(from)) + ".");
+    }
   }
-  // All rows are read before the first is written: the SELECT may read the table that they go to.
-  Spool rows([&] { return compiler.database().session().scratch(); });
-  std::vector<Datum> values;
-  std::string bytes;
-  TableChange change(table);
-  {
-    Database::Snapshot snapshot(compiler.database(), others(compiler, table));
-    plan->run(nullptr, [&](const std::vector<Datum>& row) {
-      bytes.clear();
-      appendRow(row, bytes);
-      rows.add(bytes);
-      return true;
+  std::uint64_t run() override {
+    // All rows are read before the first is written: the SELECT may read the table that they go to.
+    Spool rows([&] { return compiler_.database().session().scratch(); });
+    std::vector<Datum> values;
+    std::string bytes;
+    TableChange change(table_);
+    {
+      Database::Snapshot snapshot(compiler_.database(), others(compiler_, table_));
+      plan_->run(nullptr, [&](const std::vector<Datum>& row) {
+        bytes.clear();
+        appendRow(row, bytes);
+        rows.add(bytes);
+        return true;
+      });
+    }
+    rows.forEach([&](std::string_view row) {
+      readRow(row, values);
+      places_.tell(change, [&] { change.insert(fields_, values); });
     });
+    return change.done();
   }
-  rows.forEach([&](std::string_view row) {
-    readRow(row, values);
-    places.tell(change, [&] { change.insert(fields, values); });
-  });
-  return change.done();
-}
+  void explain(std::vector<std::string>& lines) override {
+    plan_->explain(lines, 0);
+    lines.push_back("insert into " + table_.name());
+  }
+
+ private:
+  Compiler& compiler_;
+  Table& table_;
+  std::vector<int> fields_;
+  std::unique_ptr<SelectPlan> plan_;
+  Places places_;
+};
 
 // The rows of a table that a condition chooses, with the access that finds them.
 struct Target {
@@ -175,6 +204,7 @@ struct Target {
     }
     std::vector<ExpressionPtr> ons(1);
     placeConditions(levels, where.get(), ons, constants);
+    atRest = compiler.atRest([this] { levels[0].access->letGo(); });
   }
   // Calls for every row that the condition chooses, in row-id order; frame.rows[0] is the row.
   void forEach(const std::function<void()>& row) {
@@ -186,9 +216,11 @@ struct Target {
       if (std::all_of(levels[0].conditions.begin(), levels[0].conditions.end(), holds)) row();
       return true;
     });
+    frame.rows[0].view.reset();
   }
 
   Table& table;
+  Compiler::LetGo atRest;
   Scope scope;
   Binder binder;
   Frame frame;
@@ -197,46 +229,75 @@ struct Target {
   std::vector<const Expression*> constants;
 };
 
-std::uint64_t update(Compiler& compiler, const Statement& statement) {
-  Target target(compiler, statement);
-  std::vector<int> fields;
-  std::vector<ExpressionPtr> values;
-  Places places{fields, {}, statement.tablePlace};
-  for (const Assignment& assignment : statement.assignments) {
-    fields.push_back(fieldOf(target.table, assignment.field, assignment.place));
-    if (std::count(fields.begin(), fields.end(), fields.back()) > 1)
-      refuse(assignment.place, Code::badStatement, "field '" + assignment.field + "' is set twice.");
-    values.push_back(
-        valueFor(target.binder.bind(*assignment.value), target.table.layout().field(fields.back()), assignment.place));
-    places.values.push_back(assignment.value->place);
+class Update final : public ChangePlan {
+ public:
+  Update(Compiler& compiler, const Statement& statement)
+      : compiler_(compiler), target_(compiler, statement), places_{fields_, {}, statement.tablePlace} {
+    for (const Assignment& assignment : statement.assignments) {
+      fields_.push_back(fieldOf(target_.table, assignment.field, assignment.place));
+      if (std::count(fields_.begin(), fields_.end(), fields_.back()) > 1)
+        refuse(assignment.place, Code::badStatement, "field '" + assignment.field + "' is set twice.");
+      values_.push_back(valueFor(target_.binder.bind(*assignment.value), target_.table.layout().field(fields_.back()),
+                                 assignment.place));
+      places_.values.push_back(assignment.value->place);
+    }
   }
-  TableChange change(target.table);
-  std::optional<Database::Snapshot> snapshot(std::in_place, compiler.database(), others(compiler, target.table));
-  change.startUpdate(fields);
-  std::vector<Datum> row;
-  target.forEach([&] {
-    row.clear();
-    for (const ExpressionPtr& value : values) row.push_back(value->eval(target.frame));
-    const auto bytes = target.frame.rows[0].view->bytes();
-    const std::string_view before(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    places.tell(change, [&] { change.planUpdate(target.frame.rows[0].row, before, row); });
-  });
-  change.update();
-  snapshot.reset();
-  return change.done();
-}
+  std::uint64_t run() override {
+    TableChange change(target_.table);
+    std::optional<Database::Snapshot> snapshot(std::in_place, compiler_.database(), others(compiler_, target_.table));
+    change.startUpdate(fields_);
+    std::vector<Datum> row;
+    Frame& frame = target_.frame;
+    target_.forEach([&] {
+      row.clear();
+      for (const ExpressionPtr& value : values_) row.push_back(value->eval(frame));
+      const auto bytes = frame.rows[0].view->bytes();
+      const std::string_view before(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+      places_.tell(change, [&] { change.planUpdate(frame.rows[0].row, before, row); });
+    });
+    change.update();
+    snapshot.reset();
+    return change.done();
+  }
+  void explain(std::vector<std::string>& lines) override {
+    target_.levels[0].access->choose(1, target_.frame);
+    lines.push_back(target_.levels[0].access->explain());
+    lines.push_back("update");
+  }
 
-std::uint64_t remove(Compiler& compiler, const Statement& statement) {
-  Target target(compiler, statement);
-  TableChange change(target.table);
-  std::vector<RowId> ids;
-  {
-    Database::Snapshot snapshot(compiler.database(), others(compiler, target.table));
-    target.forEach([&] { ids.push_back(target.frame.rows[0].row); });
+ private:
+  Compiler& compiler_;
+  Target target_;
+  std::vector<int> fields_;
+  std::vector<ExpressionPtr> values_;
+  Places places_;
+};
+
+class Remove final : public ChangePlan {
+ public:
+  Remove(Compiler& compiler, const Statement& statement) : compiler_(compiler), target_(compiler, statement) {}
+  std::uint64_t run() override {
+    TableChange change(target_.table);
+    std::vector<RowId> ids;
+    {
+      Database::Snapshot snapshot(compiler_.database(), others(compiler_, target_.table));
+      target_.forEach([&] { ids.push_back(target_.frame.rows[0].row); });
+    }
+    change.remove(ids);
+    return change.done();
   }
-  change.remove(ids);
-  return change.done();
-}
+  void explain(std::vector<std::string>& lines) override {
+    target_.levels[0].access->choose(1, target_.frame);
+    lines.push_back(target_.levels[0].access->explain());
+    lines.push_back("delete");
+  }
+
+ private:
+  Compiler& compiler_;
+  Target target_;
+};
+
+}  // namespace
 
 // SELECT ... INTO: a new table without indexes; one of that name is replaced, unless it is open.
 std::uint64_t selectInto(Database& database, const Statement& statement, const Parameters& parameters) {
@@ -253,14 +314,13 @@ std::uint64_t selectInto(Database& database, const Statement& statement, const P
     definition.fields.clear();
     rows.clear();
     for (const SelectColumn& column : plan->columns()) definition.fields.push_back(column.field);
-    read.begin(compiler.tables());
+    const SteadyRead::Scope scope(read, compiler.tables());
     plan->run(nullptr, [&](const std::vector<Datum>& row) {
       bytes.clear();
       appendRow(row, bytes);
       rows.add(bytes);
       return true;
     });
-    read.end();
   });
   try {
     definition.validate();
@@ -290,44 +350,35 @@ std::uint64_t selectInto(Database& database, const Statement& statement, const P
   }
 }
 
-}  // namespace
-
-std::uint64_t runChange(Database& database, const Statement& statement, const Parameters& parameters) {
-  if (statement.kind == StatementKind::select) return selectInto(database, statement, parameters);
-  if (statement.kind >= StatementKind::createTable) {
-    runDefinition(database, statement);
-    return 0;
-  }
-  Compiler compiler(database, parameters);
+std::unique_ptr<ChangePlan> ChangePlan::make(Compiler& compiler, const Statement& statement) {
   switch (statement.kind) {
     case StatementKind::insertValues:
-      return insertValues(compiler, statement);
+      return std::make_unique<InsertValues>(compiler, statement);
     case StatementKind::insertSelect:
-      return insertSelect(compiler, statement);
+      return std::make_unique<InsertSelect>(compiler, statement);
     case StatementKind::update:
-      return update(compiler, statement);
+      return std::make_unique<Update>(compiler, statement);
     default:
-      return remove(compiler, statement);
+      return std::make_unique<Remove>(compiler, statement);
   }
 }
 
 std::vector<std::string> explainStatement(Database& database, const Statement& statement,
                                           const Parameters& parameters) {
   std::vector<std::string> lines;
+  if (statement.kind >= StatementKind::createTable) {
+    lines.push_back("change " + statement.table);
+    return lines;
+  }
   Compiler compiler(database, parameters);
-  if (statement.select) {
+  if (statement.kind == StatementKind::select) {
     const auto plan = SelectPlan::make(compiler, *statement.select, nullptr);
     Database::Snapshot snapshot(database, compiler.tables());
     plan->explain(lines, 0);
-    if (statement.kind == StatementKind::insertSelect) lines.push_back("insert into " + statement.table);
-  } else if (statement.kind == StatementKind::update || statement.kind == StatementKind::remove) {
-    Target target(compiler, statement);
-    Database::Snapshot snapshot(database, compiler.tables());
-    target.levels[0].access->choose(1, target.frame);
-    lines.push_back(target.levels[0].access->explain());
-    lines.push_back(statement.kind == StatementKind::update ? "update" : "delete");
   } else {
-    lines.push_back("change " + statement.table);
+    const auto plan = ChangePlan::make(compiler, statement);
+    Database::Snapshot snapshot(database, compiler.tables());
+    plan->explain(lines);
   }
   return lines;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,11 +16,21 @@ class StoreError;
 
 namespace quillon::store::sql {
 
+class Compiler;
+
 using Parameters = std::map<std::string, Value, std::less<>>;
 
-// Runs a statement that gives no rows: INSERT, UPDATE, DELETE, SELECT ... INTO, and those of definitions. All of it or
-// nothing. Returns how many rows were changed.
-std::uint64_t runChange(Database& database, const Statement& statement, const Parameters& parameters);
+// An INSERT, UPDATE or DELETE, bound to its tables.
+class ChangePlan {
+ public:
+  static std::unique_ptr<ChangePlan> make(Compiler& compiler, const Statement& statement);
+  virtual ~ChangePlan() = default;
+  virtual std::uint64_t run() = 0;  // all of it or nothing; returns how many rows were changed
+  virtual void explain(std::vector<std::string>& lines) = 0;
+};
+
+// SELECT ... INTO: a new table without indexes; one of that name is replaced, unless it is open.
+std::uint64_t selectInto(Database& database, const Statement& statement, const Parameters& parameters);
 // The statements of definitions (Definitions.cpp).
 void runDefinition(Database& database, const Statement& statement);
 // Raises the error again at the place of the table's name, where the text is to blame for it.

@@ -91,7 +91,12 @@ const Expr& groupedBy(const Select& select, const Expr& expr) {
 
 }  // namespace
 
-SelectPlan::SelectPlan(Compiler& compiler) : compiler_(compiler) {}
+SelectPlan::SelectPlan(Compiler& compiler) : compiler_(compiler) {
+  atRest_ = compiler.atRest([this] {
+    for (const auto& core : cores_)
+      for (Level& level : core->levels) level.access->letGo();
+  });
+}
 SelectPlan::~SelectPlan() = default;
 
 std::unique_ptr<SelectPlan> SelectPlan::make(Compiler& compiler, const Select& select, Scope* outer) {

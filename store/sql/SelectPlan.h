@@ -8,6 +8,7 @@
 
 #include "store/sql/Access.h"
 #include "store/sql/Binder.h"
+#include "store/sql/Compiler.h"
 
 namespace quillon::store::sql {
 
@@ -65,6 +66,7 @@ class SelectPlan {
   void sortKey(Frame& frame, const std::vector<Datum>& row, std::string& key) const;
 
   Compiler& compiler_;
+  Compiler::LetGo atRest_;
   Scope scope_;                                 // of the first core
   std::vector<std::unique_ptr<Scope>> scopes_;  // of the others
   std::vector<std::unique_ptr<Core>> cores_;

@@ -16,7 +16,7 @@
 namespace quillon::store::sql {
 namespace {
 
-constexpr std::size_t kSortMemory = std::size_t{64} << 20;
+constexpr std::size_t kSortMemory = std::size_t{16} << 20;
 
 }  // namespace
 

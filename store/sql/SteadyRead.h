@@ -13,15 +13,24 @@ namespace quillon::store::sql {
 // time it keeps the locks while it runs.
 class SteadyRead {
  public:
-  // Runs `statement`, which calls begin once its tables are open and end when it has read them.
+  // Runs `statement`, which makes a Scope once its tables are open; it ends before they are closed.
   static void run(Database& database, const std::function<void(SteadyRead&)>& statement);
 
-  void begin(const std::vector<Table*>& tables);
-  void end() noexcept;
-  ~SteadyRead() { end(); }
+  class Scope {
+   public:
+    Scope(SteadyRead& read, const std::vector<Table*>& tables) : read_(read) { read_.begin(tables); }
+    ~Scope() { read_.end(); }
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+   private:
+    SteadyRead& read_;
+  };
 
  private:
   SteadyRead(Database& database, bool locked) : database_(database), locked_(locked) {}
+  void begin(const std::vector<Table*>& tables);
+  void end() noexcept;
 
   Database& database_;
   bool locked_;

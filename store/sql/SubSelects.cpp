@@ -15,22 +15,30 @@ namespace {
 // A SELECT inside an expression. One that reads nothing from around it runs once for all rows.
 class SubSelect : public Expression {
  public:
-  SubSelect(std::unique_ptr<SelectPlan> plan, Type result, int resultSize)
+  SubSelect(Compiler& compiler, std::unique_ptr<SelectPlan> plan, Type result, int resultSize)
       : Expression(result, resultSize), plan_(std::move(plan)) {
+    atRest_ = compiler.atRest([this] {
+      known_ = false;
+      letGo();
+    });
     readsOuter = plan_->readsBeyond();
     sources = plan_->outerSources();
     fixed = !plan_->readsAround();
   }
 
  protected:
+  virtual void letGo() {}
   std::unique_ptr<SelectPlan> plan_;
   mutable bool known_ = false;
+
+ private:
+  Compiler::LetGo atRest_;
 };
 
 class Exists final : public SubSelect {
  public:
-  Exists(std::unique_ptr<SelectPlan> plan, bool negated)
-      : SubSelect(std::move(plan), Type::boolean, 0), negated_(negated) {}
+  Exists(Compiler& compiler, std::unique_ptr<SelectPlan> plan, bool negated)
+      : SubSelect(compiler, std::move(plan), Type::boolean, 0), negated_(negated) {}
   Datum eval(Frame& frame) const override {
     if (!known_ || plan_->readsAround()) {
       found_ = false;
@@ -50,8 +58,8 @@ class Exists final : public SubSelect {
 
 class Scalar final : public SubSelect {
  public:
-  Scalar(std::unique_ptr<SelectPlan> plan, Type result, int resultSize)
-      : SubSelect(std::move(plan), result, resultSize) {}
+  Scalar(Compiler& compiler, std::unique_ptr<SelectPlan> plan, Type result, int resultSize)
+      : SubSelect(compiler, std::move(plan), result, resultSize) {}
   Datum eval(Frame& frame) const override {
     if (known_ && !plan_->readsAround()) return value_;
     Datum value;
@@ -79,8 +87,11 @@ class Scalar final : public SubSelect {
 // x IN (SELECT ...): the values are collected once, in the one type that both sides are compared in.
 class InSelect final : public SubSelect {
  public:
-  InSelect(ExpressionPtr left, std::unique_ptr<SelectPlan> plan, Type common, bool negated)
-      : SubSelect(std::move(plan), Type::boolean, 0), left_(std::move(left)), common_(common), negated_(negated) {
+  InSelect(Compiler& compiler, ExpressionPtr left, std::unique_ptr<SelectPlan> plan, Type common, bool negated)
+      : SubSelect(compiler, std::move(plan), Type::boolean, 0),
+        left_(std::move(left)),
+        common_(common),
+        negated_(negated) {
     inherit(*this, *left_);
     inWords_ = common_ == Type::boolean || common_ == Type::whole || common_ == Type::money || common_ == Type::date ||
                common_ == Type::time || common_ == Type::dateTime;
@@ -107,6 +118,11 @@ class InSelect final : public SubSelect {
     if (hasNull_) each(Datum());
     for (const std::int64_t word : words_) each(Datum::make(common_, word));
     for (const std::string& text : texts_) each(Datum::ofText(text));
+  }
+  void letGo() override {
+    values_ = {};
+    texts_ = {};
+    words_ = {};
   }
   void collect(Frame& frame) const {
     values_.clear();
@@ -156,13 +172,13 @@ class InSelect final : public SubSelect {
 ExpressionPtr Binder::bindSelect(const Expr& expr) {
   // Inside, the columns of this SELECT are those of single rows; a grouped one cannot be looked into from there.
   std::unique_ptr<SelectPlan> plan = SelectPlan::make(compiler_, *expr.select, scope_);
-  if (expr.kind == ExprKind::exists) return std::make_unique<Exists>(std::move(plan), expr.negated);
+  if (expr.kind == ExprKind::exists) return std::make_unique<Exists>(compiler_, std::move(plan), expr.negated);
   if (plan->columns().size() != 1)
     refuse(expr.place, Code::badStatement,
            "the SELECT must give one column here, not " + std::to_string(plan->columns().size()) + ".");
   const SelectColumn& column = plan->columns()[0];
   if (expr.kind == ExprKind::scalar) {
-    auto scalar = std::make_unique<Scalar>(std::move(plan), column.type, column.size);
+    auto scalar = std::make_unique<Scalar>(compiler_, std::move(plan), column.type, column.size);
     scalar->place = expr.place;
     return scalar;
   }
@@ -173,7 +189,7 @@ ExpressionPtr Binder::bindSelect(const Expr& expr) {
   unifyForComparison(left, right, expr.place);
   std::vector<ExpressionPtr*> sides{&left, &right};
   const Type common = left->type == column.type ? column.type : unifyBranches(sides, expr.place);
-  auto in = std::make_unique<InSelect>(std::move(left), std::move(plan), common, expr.negated);
+  auto in = std::make_unique<InSelect>(compiler_, std::move(left), std::move(plan), common, expr.negated);
   in->place = expr.place;
   return in;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,7 +12,8 @@
 
 namespace quillon::store::sql {
 
-// Fills a table in memory with rows, in order, as one change.
+// Fills a table in memory that nobody else reads with rows, in order. Rows that are there go. After a failure it holds
+// any part of them.
 class TableFill {
  public:
   explicit TableFill(Table& table);
@@ -20,7 +23,7 @@ class TableFill {
 
  private:
   Table& table_;
-  Database::Change change_;
+  std::optional<Database::Change> change_;  // ended and begun again now and then, so that little is unpublished
   RowBuffer buffer_;
   BlobContents contents_;
   std::string record_;

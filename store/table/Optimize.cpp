@@ -33,8 +33,7 @@ void copyRows(Table& source, Rebuild& target, ProgressSteps& steps) {
 }  // namespace
 
 void Database::refuseOpenHere(const std::string& name, const char* deed) const {
-  const auto open = tables_.find(foldCase(name));
-  if (open == tables_.end() || (!transaction_ && open->second->locks().openers() == 0)) return;
+  if (!isOpenHere(name)) return;
   throw StoreError(Code::tableInUse, "Table '" + name + "' is in use by this program and cannot be " + deed +
                                          ". Close the windows that show it.");
 }

@@ -53,10 +53,9 @@ void copyRows(Table& source, Table& target, const std::vector<int>& from) {
 void Database::redefineTable(const TableDef& definition, const std::vector<int>& from) {
   refuseInTransaction();
   definition.validate();
-  const auto open = tables_.find(foldCase(findName(definition.name)));
-  if (open != tables_.end())
-    throw StoreError(Code::tableInUse, "Table '" + open->second->name() +
-                                           "' is in use by this program; its definition cannot be changed.");
+  if (isOpenHere(definition.name))
+    throw StoreError(Code::tableInUse,
+                     "Table '" + definition.name + "' is in use by this program; its definition cannot be changed.");
   Database& memory = session_.memory();
   TableDef aside = definition;
   aside.name = "Redefined " + definition.name.substr(0, 40);
@@ -68,6 +67,7 @@ void Database::redefineTable(const TableDef& definition, const std::vector<int>&
   Table* table = nullptr;
   const auto close = [&] {
     if (table) closeTable(*table, &marker);
+    endStandBy(definition.name);
     memory.closeTable(kept, &marker);
     memory.dropTable(aside.name);
   };

@@ -22,14 +22,18 @@ constexpr int kStandBacks = 20;  // a reader lets an announced writer pass that 
 Table::Table(Database& database, std::string name)
     : database_(database),
       files_(database.files(), database.session().cache(), database.folder(), std::move(name)),
-      locks_(files_.lockFile()) {}
+      locks_(files_.lockFile()) {
+  static std::uint64_t given = 0;  // all store calls are on one thread
+  number_ = ++given;
+}
 
 Table::~Table() = default;
 
 void Table::load() {
   Reading reading(*this);
-  const std::string schema = files_.readSchema();
-  definition_ = TableDef::decode(std::as_bytes(std::span(schema)));
+  schema_ = files_.readSchema();
+  schemaStamp_ = files_.stamp();
+  definition_ = TableDef::decode(std::as_bytes(std::span(schema_)));
   layout_ = std::make_unique<RecordLayout>(definition_);
   TableMeta& meta = files_.meta();
   rows_ = std::make_unique<Tree>(files_.file(kDat), meta.rows);
@@ -43,6 +47,17 @@ void Table::load() {
   for (std::size_t i = 0; i < definition_.fields.size(); ++i)
     if (definition_.fields[i].type == FieldType::autoInc) autoIncField_ = static_cast<int>(i);
   if (!database_.inMemory()) files_.setSpill([this] { return database_.session().spill(database_.folder()); });
+}
+
+bool Table::isAsLoaded() {
+  bool same = true;
+  read([&] {
+    if (files_.stamp() == schemaStamp_) return;
+    for (const Role role : {kDat, kIdx, kBlb}) files_.file(role).measure();
+    same = files_.readSchema() == schema_;
+  });
+  if (same) schemaStamp_ = files_.stamp();
+  return same;
 }
 
 void Table::beginReading() {

@@ -82,8 +82,10 @@ class Table {
   // After a lock was taken that keeps others from publishing: brings what is cached up to date.
   void refreshUnderLock();
 
-  void load();                     // once, after the open lock was taken: reads the definition
-  void discardChanges() noexcept;  // the overlay never was
+  void load();                                      // once, after the open lock was taken: reads the definition
+  bool isAsLoaded();                                // whether, opened again, it has the definition that was read then
+  std::uint64_t number() const { return number_; }  // of this object; never given twice in a process
+  void discardChanges() noexcept;                   // the overlay never was
 
   // Counts states: own changes and those of others that were noticed. What was read ahead belongs to one state.
   std::uint64_t version() const { return version_; }
@@ -166,6 +168,9 @@ class Table {
   std::vector<Cursor*> cursors_;
   std::vector<std::string> keys_, oldKeys_;  // scratch
   std::uint64_t version_ = 1;
+  std::string schema_;             // the definition's bytes
+  std::uint64_t schemaStamp_ = 0;  // of the state in which they were read or last compared
+  std::uint64_t number_;
   RowId rowFloor_ = 1;  // row ids of rolled-back rows are not given again: a cursor may still stand on one
   int readers_ = 0;
   bool applyHeld_ = false;

@@ -160,7 +160,8 @@ TableFiles::TableFiles(FileSystem& files, PageCache& cache, const std::string& f
     const std::string fileName = name_ + kExtensions[role];
     std::unique_ptr<File> file;
     try {
-      file = files.open(findFile(files, folder, fileName), OpenMode::existing);
+      paths_[role] = findFile(files, folder, fileName);
+      file = files.open(paths_[role], OpenMode::existing);
     } catch (const IoError& error) {
       if (error.code() != Code::noSuchTable || role == kDat) throw;
       throw StoreError(Code::headerDamaged,
@@ -175,14 +176,12 @@ TableFiles::TableFiles(FileSystem& files, PageCache& cache, const std::string& f
   }
 }
 
-bool TableFiles::isInPlace(FileSystem& files, const std::string& folder) const {
-  try {
-    return checkIdentity(*files.open(findFile(files, folder, name_ + kExtensions[kDat]), OpenMode::existing), name_,
-                         kDat) == fileId_;
-  } catch (const StoreError& error) {
-    if (error.code() != Code::noSuchTable) throw;
-    return false;
-  }
+bool TableFiles::isInPlace(FileSystem& files) {
+  for (const Role role : {kDat, kIdx, kBlb})
+    if (!files.isNamed(paths_[role], files_[role]->file()) ||
+        checkIdentity(files_[role]->file(), name_, role) != fileId_)
+      return false;
+  return true;
 }
 
 LiveState TableFiles::readLive() {

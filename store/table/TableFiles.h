@@ -64,8 +64,8 @@ class TableFiles {
   TableFiles(FileSystem& files, PageCache& cache, const std::string& folder, std::string name);
 
   const std::string& name() const { return name_; }
-  // Whether the .DAT file of that name in the folder is still this one.
-  bool isInPlace(FileSystem& files, const std::string& folder) const;
+  // Whether the three names still name these files, and they are of this table. headerDamaged, foreign, newerFormat.
+  bool isInPlace(FileSystem& files);
   std::uint64_t fileId() const { return fileId_; }
   PageFile& file(Role role) { return *files_[role]; }
   File& lockFile() { return files_[kDat]->file(); }
@@ -104,6 +104,7 @@ class TableFiles {
   std::uint64_t fileId_ = 0;
   TableMeta meta_;
   std::array<std::unique_ptr<PageFile>, 3> files_;
+  std::array<std::string, 3> paths_;
   std::uint64_t stamp_ = ~std::uint64_t{0};
   bool metaStale_ = true;
 };

@@ -122,6 +122,16 @@ void DiskFile::reserve(std::uint64_t size) {
   }
 }
 
+bool DiskFile::is(dev_t device, ino_t number) {
+  if (number_ == 0) {
+    struct stat status {};
+    if (::fstat(fd_, &status) != 0) raise("look for");
+    device_ = status.st_dev;
+    number_ = status.st_ino;
+  }
+  return device_ == device && number_ == number;
+}
+
 void DiskFile::writeZeros(std::uint64_t from, std::uint64_t to) {
   static constexpr std::array<std::byte, 65536> kZeros{};
   while (from < to) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include "store/vfs/File.h"
 
 namespace quillon::store {
@@ -24,12 +26,15 @@ class DiskFile final : public File {
   bool lock(std::uint64_t offset, std::uint64_t length, LockMode mode) override;
   void unlock(std::uint64_t offset, std::uint64_t length) noexcept override;
   bool lockedByOther(std::uint64_t offset, std::uint64_t length, LockMode mode) override;
+  bool is(dev_t device, ino_t number);  // the file of that number
 
  private:
   [[noreturn]] void raise(const char* verb) const;  // from errno
   void writeZeros(std::uint64_t from, std::uint64_t to);
 
   int fd_;
+  dev_t device_ = 0;
+  ino_t number_ = 0;  // 0: not looked up yet
   std::string path_;
   bool named_;  // false: scratch that never has a name
 };

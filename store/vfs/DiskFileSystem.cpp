@@ -84,6 +84,15 @@ bool DiskFileSystem::exists(const std::string& path) {
   throw ioError("look for", path, errno);
 }
 
+bool DiskFileSystem::isNamed(const std::string& path, File& file) {
+  struct stat named {};
+  if (::stat(path.c_str(), &named) != 0) {
+    if (errno == ENOENT || errno == ENOTDIR) return false;
+    throw ioError("look for", path, errno);
+  }
+  return dynamic_cast<DiskFile&>(file).is(named.st_dev, named.st_ino);
+}
+
 void DiskFileSystem::remove(const std::string& path) {
   if (::unlink(path.c_str()) != 0 && errno != ENOENT && errno != ENOTDIR) throw ioError("delete", path, errno);
 }

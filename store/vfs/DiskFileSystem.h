@@ -14,6 +14,7 @@ class DiskFileSystem final : public FileSystem {
   std::unique_ptr<File> open(const std::string& path, OpenMode mode) override;
   std::unique_ptr<File> openScratch(const std::string& folder) override;
   bool exists(const std::string& path) override;
+  bool isNamed(const std::string& path, File& file) override;
   void remove(const std::string& path) override;
   void rename(const std::string& from, const std::string& to) override;
   bool folderExists(const std::string& folder) override;

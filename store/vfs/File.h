@@ -65,6 +65,9 @@ class FileSystem {
   // A private file without a name in `folder`; it vanishes with its handle.
   virtual std::unique_ptr<File> openScratch(const std::string& folder) = 0;
   virtual bool exists(const std::string& path) = 0;
+  // Whether `path` names the file that `file`, opened here, is a handle of: not when it was removed, or another one was
+  // put in its place.
+  virtual bool isNamed(const std::string& path, File& file) = 0;
   virtual void remove(const std::string& path) = 0;                         // no error when it is not there
   virtual void rename(const std::string& from, const std::string& to) = 0;  // replaces `to`
   virtual bool folderExists(const std::string& folder) = 0;

@@ -8,9 +8,27 @@
 
 namespace quillon::store {
 
+constexpr std::uint64_t kMostInMemory = std::uint64_t{16} << 20;  // of a file that has scratch to go to
+
 struct MemoryContent {
   ChunkedBytes bytes;
   RangeLocks locks;
+  std::shared_ptr<const std::function<std::unique_ptr<File>()>> scratch;
+  std::unique_ptr<File> aside;  // then the bytes are there
+
+  void makeRoom(std::uint64_t size) {
+    if (aside || !scratch || size <= kMostInMemory) return;
+    auto file = (*scratch)();
+    if (!file) {
+      scratch.reset();
+      return;
+    }
+    std::vector<std::byte> part(std::size_t{1} << 20);
+    for (std::uint64_t at = 0; at < bytes.size(); at += part.size())
+      file->write(at, Bytes(part).first(bytes.read(at, part.data(), part.size())));
+    aside = std::move(file);
+    bytes.resize(0);
+  }
 };
 
 namespace {
@@ -21,19 +39,25 @@ class MemoryFile final : public File {
   ~MemoryFile() override { content_->locks.unlockAll(this); }
 
   std::size_t read(std::uint64_t offset, void* data, std::size_t size) override {
-    return content_->bytes.read(offset, data, size);
+    return content_->aside ? content_->aside->read(offset, data, size) : content_->bytes.read(offset, data, size);
   }
-  void write(std::uint64_t offset, Bytes data) override { content_->bytes.write(offset, data); }
+  void write(std::uint64_t offset, Bytes data) override {
+    content_->makeRoom(offset + data.size());
+    content_->aside ? content_->aside->write(offset, data) : content_->bytes.write(offset, data);
+  }
   void writeParts(std::uint64_t offset, std::span<const Bytes> parts) override {
     for (const Bytes part : parts) {
-      content_->bytes.write(offset, part);
+      write(offset, part);
       offset += part.size();
     }
   }
-  std::uint64_t size() override { return content_->bytes.size(); }
-  void truncate(std::uint64_t size) override { content_->bytes.resize(size); }
+  std::uint64_t size() override { return content_->aside ? content_->aside->size() : content_->bytes.size(); }
+  void truncate(std::uint64_t size) override {
+    content_->makeRoom(size);
+    content_->aside ? content_->aside->truncate(size) : content_->bytes.resize(size);
+  }
   void reserve(std::uint64_t size) override {
-    if (size > content_->bytes.size()) content_->bytes.resize(size);
+    if (size > this->size()) truncate(size);
   }
   void sync() override {}
   bool lock(std::uint64_t offset, std::uint64_t length, LockMode mode) override {
@@ -45,6 +69,8 @@ class MemoryFile final : public File {
   bool lockedByOther(std::uint64_t offset, std::uint64_t length, LockMode mode) override {
     return content_->locks.refused(this, offset, length, mode);
   }
+
+  bool is(const std::shared_ptr<MemoryContent>& content) const { return content_ == content; }
 
  private:
   std::shared_ptr<MemoryContent> content_;
@@ -65,7 +91,7 @@ std::unique_ptr<File> MemoryFileSystem::open(const std::string& path, OpenMode m
   }
   if (mode == OpenMode::existing) throw ioError("open", path, ENOENT);
   needFolder("make a file in", folderOf(path));
-  return std::make_unique<MemoryFile>(files_[path] = std::make_shared<MemoryContent>());
+  return std::make_unique<MemoryFile>(files_[path] = newContent());
 }
 
 std::unique_ptr<File> MemoryFileSystem::openScratch(const std::string& folder) {
@@ -73,7 +99,22 @@ std::unique_ptr<File> MemoryFileSystem::openScratch(const std::string& folder) {
   return std::make_unique<MemoryFile>(std::make_shared<MemoryContent>());
 }
 
+void MemoryFileSystem::setScratch(std::function<std::unique_ptr<File>()> scratch) {
+  scratch_ = std::make_shared<const std::function<std::unique_ptr<File>()>>(std::move(scratch));
+}
+
+std::shared_ptr<MemoryContent> MemoryFileSystem::newContent() const {
+  auto content = std::make_shared<MemoryContent>();
+  content->scratch = scratch_;
+  return content;
+}
+
 bool MemoryFileSystem::exists(const std::string& path) { return files_.contains(path); }
+
+bool MemoryFileSystem::isNamed(const std::string& path, File& file) {
+  const auto at = files_.find(path);
+  return at != files_.end() && dynamic_cast<MemoryFile&>(file).is(at->second);
+}
 
 void MemoryFileSystem::remove(const std::string& path) { files_.erase(path); }
 

@@ -18,6 +18,7 @@ class SuffixedFiles final : public FileSystem {
   }
   std::unique_ptr<File> openScratch(const std::string& folder) override { return files_.openScratch(folder); }
   bool exists(const std::string& path) override { return files_.exists(path + suffix_); }
+  bool isNamed(const std::string& path, File& file) override { return files_.isNamed(path + suffix_, file); }
   void remove(const std::string& path) override { files_.remove(path + suffix_); }
   void rename(const std::string& from, const std::string& to) override { files_.rename(from + suffix_, to + suffix_); }
   bool folderExists(const std::string& folder) override { return files_.folderExists(folder); }

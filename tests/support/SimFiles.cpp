@@ -64,6 +64,7 @@ class SimFile final : public store::File {
     return node_->locks.refused(this, offset, length, mode);
   }
   void dropLocks() { node_->locks.unlockAll(this); }
+  bool is(const SimNodePtr& node) const { return node_ == node; }
 
  private:
   SimState::Process& owner() { return state_->processes[static_cast<std::size_t>(process_)]; }
@@ -122,6 +123,11 @@ class SimFileSystem final : public store::FileSystem {
   bool exists(const std::string& path) override {
     event(SimCall::look, path);
     return state_->names.contains(path);
+  }
+  bool isNamed(const std::string& path, store::File& file) override {
+    event(SimCall::look, path);
+    const auto at = state_->names.find(path);
+    return at != state_->names.end() && dynamic_cast<SimFile&>(file).is(at->second);
   }
   void remove(const std::string& path) override {
     event(SimCall::remove, path);

@@ -46,6 +46,68 @@ TEST_F(QueryTest, RunsManyTimesWithOtherParameters) {
   EXPECT_EQ(count("Name = 'Other'"), 1u);
 }
 
+// A closed Query has its plan and its tables' files at hand, and is in nobody's way.
+TEST_F(QueryTest, ClosedOneStandsInNobodysWayAndSeesWhatBecameOfItsTables) {
+  Query all(anna_->database, "SELECT * FROM Cust WHERE ID = :id");
+  Query names(anna_->database, "SELECT Name FROM Cust WHERE Name = :name OR ID IN (SELECT ID FROM Cust WHERE ID < 3)");
+  const auto fields = [&](const Value& id) {
+    all.setParameter("id", id);
+    all.open();
+    const int count = all.isEmpty() ? -1 : all.fieldCount();
+    all.close();
+    return count;
+  };
+  const auto rows = [&](const Value& name) {
+    names.setParameter("name", name);
+    names.open();
+    const std::uint64_t count = names.recordCount();
+    names.close();
+    return count;
+  };
+  const int before = fields(1);
+  EXPECT_EQ(rows("Name7"), 3u);
+  {
+    Cursor alone(bert_->database, "Cust");
+    alone.setExclusive(true);
+    alone.open();
+    EXPECT_EQ(errorOf([&] { fields(1); })->number(), 11013);
+    alone.locate("ID", {1});
+    alone.edit();
+    alone["ID"] = 1000;
+    alone.post();
+  }
+  EXPECT_EQ(fields(1), -1);
+  EXPECT_EQ(fields(1000), before);
+  EXPECT_EQ(fields("1000"), before) << "another type";
+  EXPECT_EQ(rows("A name much longer than the one before"), 1u);
+  EXPECT_EQ(rows(Value()), 1u);
+  Query(bert_->database, "ALTER TABLE Cust ADD Extra Integer").execute();
+  EXPECT_EQ(fields(1000), before + 1);
+  Query(bert_->database, "DROP TABLE Cust").execute();
+  EXPECT_EQ(errorOf([&] { fields(1000); })->code(), Code::noSuchTable);
+  for (Seat* seat : {bert_.get(), anna_.get()}) {
+    Query(seat->database, "DROP TABLE IF EXISTS Cust").execute();
+    Query(seat->database, "CREATE TABLE Cust (ID Integer, Name Char(20))").execute();
+    EXPECT_EQ(fields(1000), -1);
+    Query(seat->database, "INSERT INTO Cust VALUES (1000, 'x')").execute();
+    EXPECT_EQ(fields(1000), 2);
+    EXPECT_EQ(rows("x"), 1u);
+  }
+  Query memory(anna_->database, "SELECT COUNT(*) AS N FROM \"\\Memory\\M\"");
+  for (const int count : {1, 0}) {
+    run("SELECT ID INTO \"\\Memory\\M\" FROM Cust WHERE ID = 1000");
+    if (count == 0) run("DELETE FROM \"\\Memory\\M\"");
+    memory.open();
+    EXPECT_EQ(memory["N"].asInt(), count);
+    memory.close();
+  }
+  auto home = sit("CARL");
+  Query outlives(home->database, "SELECT ID FROM Cust");
+  outlives.open();
+  outlives.close();
+  home.reset();
+}
+
 TEST_F(QueryTest, ResultIsTheStateOfItsOpening) {
   Query query(anna_->database, "SELECT ID, Name FROM Cust WHERE ID <= 3 ORDER BY ID DESC");
   query.open();
