@@ -243,7 +243,7 @@ bool Access::scan(Frame& frame, const std::function<bool()>& row) {
 }
 
 bool Access::fetch(Frame& frame, std::vector<RowId>& ids, const std::function<bool()>& row) {
-  std::sort(ids.begin(), ids.end());
+  if (!std::is_sorted(ids.begin(), ids.end())) std::sort(ids.begin(), ids.end());
   ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
   TreeWalk walk(table_.rows());
   std::string key;

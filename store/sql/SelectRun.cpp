@@ -114,7 +114,8 @@ void SelectPlan::runCore(Core& core, Frame& frame, const std::function<bool(Fram
   const auto holds = [&](const Expression* condition) { return condition->eval(frame).isTrue(); };
   if (!std::all_of(core.constants.begin(), core.constants.end(), holds)) return;
   double rows = 1;
-  for (Level& level : core.levels) rows = level.access->choose(rows, frame);
+  if (core.orderIndex < 0)
+    for (Level& level : core.levels) rows = level.access->choose(rows, frame);
   core.join(frame, 0, [&] { return row(frame); });
 }
 

@@ -219,10 +219,11 @@ void Table::updateRow(RowId id, const std::string& before, RowBuffer& row, const
 void Table::rewriteRow(TreeRewrite& rewrite, RowId id, std::string_view before, std::string_view after,
                        const std::vector<int>& indexes) {
   touched = true;
-  const std::optional<std::string_view> stored = rewrite.find(rowKey(id));
+  const std::string key = rowKey(id);
+  const std::optional<std::string_view> stored = rewrite.find(key);
   if (!stored) raiseDamaged(name(), "a record is gone from its place");
   if (stored->starts_with(kOverflow)) releasePayload(std::string(*stored));
-  rewrite.replace(rowKey(id), payloadOf(after));
+  rewrite.replace(key, payloadOf(after));
   for (const int index : indexes) {
     const auto i = static_cast<std::size_t>(index);
     codecs_[i].encode(RecordView(*layout_, before), id, oldKeys_[i]);
