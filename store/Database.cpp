@@ -119,8 +119,7 @@ void Database::dropTable(std::string_view name) {
   refuseInTransaction();
   const std::string found = findName(name);
   if (found.empty()) throw StoreError(Code::noSuchTable, "Table '" + plainName(name) + "' is not there.");
-  if (isOpenHere(found))
-    throw StoreError(Code::tableInUse, "Table '" + found + "' is in use by this program and cannot be dropped.");
+  refuseOpenHere(found, "dropped");
   const auto removeFiles = [&] {
     // The .DAT file goes first: without it there is no table, whatever else is left.
     files_.remove(findFile(files_, folder_, found + kExtensions[kDat]));

@@ -107,7 +107,8 @@ void Database::endStandBy(std::string_view name) noexcept {
 
 // The table that stands by, if it still is what the folder has under that name; null: it has to be opened anew.
 Table* Database::openAgain(std::string_view name, TableLocks::Owner owner, bool exclusive) {
-  const std::string folded = foldCase(name.find('\\') == std::string_view::npos ? plainName(name) : std::string());
+  if (!inMemory() && foldCase(name).starts_with("\\memory\\")) return nullptr;
+  const std::string folded = foldCase(plainName(name));
   if (std::erase(standingBy_, folded) == 0) return nullptr;
   Table& table = *tables_.find(folded)->second;
   try {

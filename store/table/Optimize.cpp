@@ -79,6 +79,7 @@ OptimizeReport Database::optimizeTable(std::string_view name, const OptimizeOpti
     throw;
   }
   closeTable(table, &marker);
+  if (report.replaced) endStandBy(report.table);  // or the old files would stay on the disk, nameless
   return report;
 }
 

@@ -146,6 +146,7 @@ RepairReport Database::repairTable(std::string_view name, const RepairOptions& o
   report.faults = faultsOf(report.table, report);
   if (report.faults.empty() && !options.evenIfSound) return report;
 
+  endStandBy(report.table);  // or the old files would stay on the disk, nameless
   // Not as a table: it may not be one that can be opened.
   const std::string path = findFile(files_, folder_, report.table + kExtensions[kDat]);
   const auto lockFile = files_.open(path, OpenMode::existing);

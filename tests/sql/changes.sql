@@ -52,6 +52,12 @@ INSERT INTO Item (Code, Kind) VALUES ('D', true)
 SELECT COUNT(*) FROM Item
 = 5
 
+UPDATE Item SET ItemID = ItemID + 5, Kind = Kind * 20000 WHERE Kind = 4
+! 9006 1:45 out of range
+
+UPDATE Item SET Notes = 'both' || Code, Code = Code || Code || 'long'
+! 9006 1:48 too long
+
 UPDATE Item SET Price = Price * 2, Notes = 'both' WHERE Price >= 1.5
 + 2
 

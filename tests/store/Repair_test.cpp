@@ -334,5 +334,65 @@ TEST_F(RepairCompany, RefusesWhatIsInUseOrNoTable) {
   EXPECT_TRUE(verify().clean());
 }
 
+TEST_F(RepairCompany, NobodyGoesOnWithFilesOrPagesFromBefore) {
+  Session session(environment_);
+  Database theirs(session, kFolder);
+  const auto rows = [](Database& database) {  // reads all; the closed table is kept at hand
+    Cursor cursor(database, "Cust");
+    cursor.open();
+    int count = 0;
+    for (cursor.first(); !cursor.eof(); cursor.next()) count += cursor["Notes"].asText().empty() ? 1 : 1000;
+    return count;
+  };
+  const auto add = [](Database& database) {
+    Cursor cursor(database, "Cust");
+    cursor.open();
+    cursor.insert();
+    cursor["Name"] = "New" + std::to_string(cursor.recordCount());
+    cursor.post();
+  };
+  TableDef definition;
+  {
+    Cursor cursor(theirs, "Cust");
+    cursor.open();
+    definition = cursor.definition();
+  }
+  std::vector<int> same;
+  for (std::size_t i = 0; i < definition.fields.size(); ++i) same.push_back(static_cast<int>(i));
+  const std::vector<std::pair<std::function<void(Database&)>, bool>> deeds = {
+      {[](Database& by) { EXPECT_TRUE(by.repairTable("Cust", {.evenIfSound = true}).rebuilt); }, false},
+      {[](Database& by) { EXPECT_TRUE(by.optimizeTable("Cust", {.keepOld = false}).replaced); }, false},
+      {[&](Database& by) { by.redefineTable(definition, same); }, false},
+      {[](Database& by) { by.emptyTable("Cust"); }, true},
+      {[&](Database& by) {
+         by.dropTable("Cust");
+         by.createTable(definition);
+       },
+       true}};
+  for (std::size_t deed = 0; deed < deeds.size(); ++deed)
+    for (Database* by : {&theirs, database_.get()}) {
+      SCOPED_TRACE(testing::Message() << "deed " << deed << (by == &theirs ? " elsewhere" : " here"));
+      const int before = rows(theirs);
+      EXPECT_EQ(rows(*database_), before);
+      deeds[deed].first(*by);
+      const int after = deeds[deed].second ? 0 : before;
+      add(*database_);
+      EXPECT_EQ(rows(theirs), after + 1);
+      add(theirs);
+      EXPECT_EQ(rows(*database_), after + 2);
+      EXPECT_TRUE(verify().clean()) << textOf(verify());
+    }
+  fill(theirs, "Cust");
+  rows(*database_);
+  zero(5, 6);  // pages that both have read
+  EXPECT_TRUE(theirs.repairTable("Cust").rebuilt);
+  EXPECT_EQ(rows(*database_), rows(theirs));
+  zero(5, 6);
+  EXPECT_FALSE(verifyOpen(*database_).clean());
+  EXPECT_TRUE(database_->repairTable("Cust").rebuilt);
+  EXPECT_EQ(rows(*database_), rows(theirs));
+  EXPECT_TRUE(verify().clean()) << textOf(verify());
+}
+
 }  // namespace
 }  // namespace quillon::store
