@@ -158,7 +158,8 @@ void PageFile::spillSome() {
       ++i;
       continue;
     }
-    spilled_[frame->number] = {spill_->put(frame->data), frame->fresh};
+    const std::uint32_t slot = spill_->put(frame->data);  // a failure leaves no entry behind
+    spilled_[frame->number] = {slot, frame->fresh};
     cache_.remove(frame);
     dirty_[i] = dirty_.back();
     dirty_.pop_back();
