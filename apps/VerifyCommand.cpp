@@ -4,11 +4,16 @@
 #include <iomanip>
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include "apps/Counted.h"
 #include "apps/LocalEnvironment.h"
 #include "apps/ProgressLine.h"
+#include "store/Database.h"
+#include "store/Session.h"
 #include "store/Verify.h"
+#include "store/schema/CompanySchema.h"
+#include "store/schema/CompareSchema.h"
 
 namespace quillon::apps {
 namespace {
@@ -38,6 +43,19 @@ void printOthers(const store::VerifyReport& report) {
   }
 }
 
+// In the folder of a company each of its tables has to be there, and to be what a company's is; others may lie beside
+// them.
+void findMissingTables(const store::Environment& environment, const std::string& folder, store::VerifyReport& report) {
+  store::Session session(environment);
+  store::Database database(session, folder);
+  const std::vector<std::string> names = database.tableNames();
+  const auto ofCompany =
+      std::ranges::count_if(names, [](const std::string& name) { return store::companyTable(name); });
+  if (!database.exists("Company") && ofCompany * 2 < static_cast<std::ptrdiff_t>(store::companyTables().size())) return;
+  for (const store::SchemaDifference& difference : store::compareWithSchema(database))
+    if (store::companyTable(difference.table)) report.findings.push_back({difference.table, difference.text});
+}
+
 }  // namespace
 
 ExitStatus verifyCommand(Arguments arguments) {
@@ -51,6 +69,7 @@ ExitStatus verifyCommand(Arguments arguments) {
       line.show(std::string(table) + ' ' + std::to_string(percent) + '%');
     });
   }
+  if (report.clean()) findMissingTables(environment.get(), folder, report);
   printTables(report);
   printOthers(report);
   const std::string faults = counted(report.findings.size(), "fault");

@@ -82,6 +82,8 @@ ExitStatus dispatch(Arguments words) {
   }
   const auto* command = std::ranges::find(kCommands, words.front(), &Command::name);
   if (command == std::end(kCommands)) return misused("no command \"" + std::string(words.front()) + '"', kUsage);
+  // An unset variable of a script; a folder by that name would be the root of all.
+  if (std::ranges::count(words, std::string_view())) return misused("an empty word", kUsage);
   return runCommand(*command, words.subspan(1));
 }
 

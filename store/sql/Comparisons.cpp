@@ -38,24 +38,28 @@ class Comparison final : public Binary {
   }
 };
 
+// Going back is needed to the last '%' only: what an earlier one could take, the last takes as well.
 bool matchesLike(std::string_view text, std::string_view pattern) {
-  while (!pattern.empty()) {
-    const std::string_view wanted = firstCharacters(pattern, 1);
+  std::string_view againText, againPattern;  // behind the last '%', from the place where it is tried next
+  bool again = false;
+  while (!text.empty() || !pattern.empty()) {
+    const std::string_view wanted = firstCharacters(pattern, 1), mine = firstCharacters(text, 1);
     if (wanted == "%") {
       pattern.remove_prefix(1);
-      if (pattern.empty()) return true;
-      for (;; text.remove_prefix(firstCharacters(text, 1).size())) {
-        if (matchesLike(text, pattern)) return true;
-        if (text.empty()) return false;
-      }
+      againText = text;
+      againPattern = pattern;
+      again = true;
+    } else if (!wanted.empty() && !mine.empty() && (wanted == "_" || wanted == mine)) {
+      text.remove_prefix(mine.size());
+      pattern.remove_prefix(wanted.size());
+    } else {
+      if (!again || againText.empty()) return false;
+      againText.remove_prefix(firstCharacters(againText, 1).size());
+      text = againText;
+      pattern = againPattern;
     }
-    if (text.empty()) return false;
-    const std::string_view mine = firstCharacters(text, 1);
-    if (wanted != "_" && wanted != mine) return false;
-    text.remove_prefix(mine.size());
-    pattern.remove_prefix(wanted.size());
   }
-  return text.empty();
+  return true;
 }
 
 class Like final : public Binary {

@@ -30,6 +30,13 @@ SELECT true AND NOT false OR false, NOT true = false, 1 < 2 AND 2 <= 2 AND 3 > 2
 SELECT 'a' = 'A', 'Z' < 'a', 'é' > 'z', 'Abc' LIKE 'A%', 'Abc' LIKE 'a%', 'abc' LIKE '_b_', 'abc' NOT LIKE '%d%', 'a%c' LIKE 'a%'
 = false|true|true|true|false|true|true|true
 
+SELECT 'abab' LIKE '%ab', 'aXbXc' LIKE '%X_', 'aXbXc' LIKE '%X_X%', '' LIKE '%', '' LIKE '_', 'ab' LIKE 'a', 'aab' LIKE '%a%a%b%', 'é1é' LIKE '%é'
+= true|true|true|true|false|false|true|true
+
+-- A pattern costs no more than its length times the text's.
+SELECT 'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa' LIKE '%a%a%a%a%a%a%a%a%a%a%b'
+= false
+
 SELECT UPPER('straße é'), LOWER('ÀB'), LENGTH('äöü'), SUBSTRING('hello', 2, 3), SUBSTRING('hello' FROM 4 FOR 9), SUBSTRING('hello', 9)
 = 'STRAßE É'|'àb'|3|'ell'|'lo'|''
 
