@@ -68,10 +68,14 @@ Ended Input::focus(Screen& screen, Control& control) {
   });
 }
 
-Ended Input::cell(Screen& screen, Control& control, std::uint64_t row, std::string_view column) {
+Grid* Input::usableGrid(Screen& screen, Control& control) const {
   requireUsable(screen, control);
-  Grid* grid = control.grid();
-  if (grid == nullptr) throw Error("'" + commandName(screen, control) + "' is no grid");
+  if (!control.grid()) throw Error("'" + commandName(screen, control) + "' is no grid");
+  return control.grid();
+}
+
+Ended Input::cell(Screen& screen, Control& control, std::uint64_t row, std::string_view column) {
+  Grid* grid = usableGrid(screen, control);
   int position = grid->activeColumn();
   if (!column.empty()) {
     Control* wanted = grid->column(column);
@@ -179,9 +183,7 @@ Ended Input::click(Screen& screen, Control& control) {
 }
 
 Ended Input::grid(Screen& screen, Control& control, std::string_view action) {
-  requireUsable(screen, control);
-  Grid* grid = control.grid();
-  if (grid == nullptr) throw Error("'" + commandName(screen, control) + "' is no grid");
+  Grid* grid = usableGrid(screen, control);
   return app_.run(screen, commandName(screen, control), [&] {
     take(screen);
     screen.setFocus(&control);
@@ -204,9 +206,7 @@ Ended Input::grid(Screen& screen, Control& control, std::string_view action) {
 
 Ended Input::locate(Screen& screen, Control& control, const std::string& fields,
                     const std::vector<store::Value>& values) {
-  requireUsable(screen, control);
-  Grid* grid = control.grid();
-  if (grid == nullptr) throw Error("'" + commandName(screen, control) + "' is no grid");
+  Grid* grid = usableGrid(screen, control);
   return app_.run(screen, commandName(screen, control), [&] {
     take(screen);
     screen.setFocus(&control);

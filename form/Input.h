@@ -43,6 +43,7 @@ class Input {
  private:
   void require(Screen& screen) const;
   void requireUsable(Screen& screen, const Control& control) const;
+  Grid* usableGrid(Screen& screen, Control& control) const;
   void begin(Screen& screen);
   void take(Screen& screen);
   Ended accessKeyPressed(Screen& screen, const std::string& letter);
