@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "store/vfs/DiskFileSystem.h"
+#include "support/ForwardedFile.h"
 
 namespace quillon::bench {
 
@@ -18,6 +19,9 @@ class CountedDisk final : public store::FileSystem {
   }
   std::unique_ptr<store::File> openScratch(const std::string& folder) override { return disk_.openScratch(folder); }
   bool exists(const std::string& path) override { return disk_.exists(path); }
+  bool isNamed(const std::string& path, store::File& file) override {
+    return disk_.isNamed(path, static_cast<Counted&>(file).inner());
+  }
   void remove(const std::string& path) override { disk_.remove(path); }
   void rename(const std::string& from, const std::string& to) override { disk_.rename(from, to); }
   bool folderExists(const std::string& folder) override { return disk_.folderExists(folder); }
@@ -30,30 +34,12 @@ class CountedDisk final : public store::FileSystem {
   bool isNetwork(const std::string& folder) override { return disk_.isNetwork(folder); }
 
  private:
-  class Counted final : public store::File {
+  class Counted final : public sim::ForwardedFile {
    public:
-    Counted(std::unique_ptr<store::File> file, int& syncs) : file_(std::move(file)), syncs_(syncs) {}
-    std::size_t read(std::uint64_t offset, void* data, std::size_t size) override {
-      return file_->read(offset, data, size);
-    }
-    void write(std::uint64_t offset, store::Bytes data) override { file_->write(offset, data); }
-    void writeParts(std::uint64_t offset, std::span<const store::Bytes> parts) override {
-      file_->writeParts(offset, parts);
-    }
-    std::uint64_t size() override { return file_->size(); }
-    void truncate(std::uint64_t size) override { file_->truncate(size); }
-    void reserve(std::uint64_t size) override { file_->reserve(size); }
-    void sync() override { ++syncs_, file_->sync(); }
-    bool lock(std::uint64_t offset, std::uint64_t length, store::LockMode mode) override {
-      return file_->lock(offset, length, mode);
-    }
-    void unlock(std::uint64_t offset, std::uint64_t length) noexcept override { file_->unlock(offset, length); }
-    bool lockedByOther(std::uint64_t offset, std::uint64_t length, store::LockMode mode) override {
-      return file_->lockedByOther(offset, length, mode);
-    }
+    Counted(std::unique_ptr<store::File> file, int& syncs) : ForwardedFile(std::move(file)), syncs_(syncs) {}
+    void sync() override { ++syncs_, ForwardedFile::sync(); }
 
    private:
-    std::unique_ptr<store::File> file_;
     int& syncs_;
   };
 

@@ -11,6 +11,7 @@
 
 #include "base/Errors.h"
 #include "platform/HelpPages.h"
+#include "support/Refusal.h"
 #include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
 #include "support/TextFile.h"
@@ -19,18 +20,10 @@ namespace quillon::platform {
 namespace {
 
 namespace fs = std::filesystem;
+using sim::refusalOf;
 using sim::ScopedVariable;
 
 const std::string kLevels = "/Marrowfield Software/Quillon Enterprise Accounting with Manufacturing/2017.6";
-
-std::string refusalOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& error) {
-    return error.what();
-  }
-  return "";
-}
 
 unsigned modeOf(const std::string& path) {
   struct stat entry {};

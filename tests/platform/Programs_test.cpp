@@ -12,6 +12,7 @@
 #include "base/Errors.h"
 #include "platform/LinuxDesktop.h"
 #include "platform/Program.h"
+#include "support/Refusal.h"
 #include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
 #include "support/TextFile.h"
@@ -20,18 +21,10 @@ namespace quillon::platform {
 namespace {
 
 using sim::readFile;
+using sim::refusalOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-std::string refusalOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& error) {
-    return error.what();
-  }
-  return "";
-}
 
 class Programs : public testing::Test {
  protected:

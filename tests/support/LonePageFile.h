@@ -3,13 +3,13 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <span>
 #include <string>
 #include <utility>
 
 #include "store/Errors.h"
 #include "store/pages/PageFile.h"
 #include "store/vfs/MemoryFileSystem.h"
+#include "support/ForwardedFile.h"
 
 namespace quillon::sim {
 
@@ -20,30 +20,17 @@ inline std::uint64_t fromEnvironment(const char* name, std::uint64_t otherwise) 
 }
 
 // A file in memory on a disk that can be full.
-class BoundedFile final : public store::File {
+class BoundedFile final : public ForwardedFile {
  public:
   // Growth beyond `limit` bytes raises noSpace; the limit may change at any time.
-  BoundedFile(std::unique_ptr<store::File> file, const std::uint64_t& limit) : file_(std::move(file)), limit_(limit) {}
-  std::size_t read(std::uint64_t offset, void* data, std::size_t size) override {
-    return file_->read(offset, data, size);
-  }
-  void write(std::uint64_t offset, store::Bytes data) override { file_->write(offset, data); }
-  void writeParts(std::uint64_t offset, std::span<const store::Bytes> parts) override {
-    file_->writeParts(offset, parts);
-  }
-  std::uint64_t size() override { return file_->size(); }
-  void truncate(std::uint64_t size) override { file_->truncate(size); }
+  BoundedFile(std::unique_ptr<store::File> file, const std::uint64_t& limit)
+      : ForwardedFile(std::move(file)), limit_(limit) {}
   void reserve(std::uint64_t size) override {
     if (size > limit_) throw store::IoError(store::Code::noSpace, "full", 28);
-    file_->reserve(size);
+    ForwardedFile::reserve(size);
   }
-  void sync() override {}
-  bool lock(std::uint64_t, std::uint64_t, store::LockMode) override { return true; }
-  void unlock(std::uint64_t, std::uint64_t) noexcept override {}
-  bool lockedByOther(std::uint64_t, std::uint64_t, store::LockMode) override { return false; }
 
  private:
-  std::unique_ptr<store::File> file_;
   const std::uint64_t& limit_;
 };
 
