@@ -1,8 +1,10 @@
 #include "form/App.h"
 
 #include <algorithm>
+#include <ranges>
 
 #include "base/Text.h"
+#include "form/Ending.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
 #include "store/Errors.h"
@@ -28,7 +30,12 @@ class Standing {
 App::App(Person& person, const Registry& registry, Formats formats, std::string title)
     : person_(person), registry_(registry), formats_(std::move(formats)), title_(std::move(title)) {}
 
-App::~App() { dropScreens(); }
+// What is being edited is undone; what goes wrong then is told by whoever closes the company before.
+App::~App() {
+  Ending ending;
+  for (const auto& screen : screens_ | std::views::reverse)
+    if (screen->visible()) ending.step([&] { screen->hide(); });
+}
 
 void App::settle() {
   if (database_ != nullptr) database_->settle();
@@ -161,9 +168,11 @@ bool App::close(Screen& screen) {
 
 void App::leave(Screen& screen) {
   if (watcher_ && screen.visible()) watcher_->closing(screen);
-  screen.hide();
+  Ending ending;
+  ending.step([&] { screen.hide(); });
   std::erase(closing_, &screen);
   if (running_.empty() && modals_.empty()) sweep();
+  ending.raise();
 }
 
 // Frees what closed, but for what a command or a modal run still stands in.
@@ -184,33 +193,53 @@ Screen* App::active() const {
   return modal();
 }
 
+bool App::isInUse(const Screen& screen) const {
+  return std::ranges::find(running_, &screen, &Running::screen) != running_.end() ||
+         std::ranges::find(modals_, &screen) != modals_.end();
+}
+
 void App::dropScreens() {
-  for (auto screen = screens_.rbegin(); screen != screens_.rend(); ++screen)
-    if ((*screen)->visible()) (*screen)->hide();
+  const auto stays = [this](const Screen& screen) {
+    return screen.entry().lifetime == Lifetime::kept || isInUse(screen);
+  };
+  Ending ending;
+  for (const auto& screen : screens_ | std::views::reverse) {
+    if (stays(*screen)) {
+      ending.step([&] { screen->closeTables(); });
+    } else if (screen->visible()) {
+      if (watcher_) watcher_->closing(*screen);
+      ending.step([&] { screen->hide(); });
+    }
+  }
   for (auto screen = screens_.end(); screen != screens_.begin();)
-    if ((*--screen)->entry().lifetime != Lifetime::kept) screen = screens_.erase(screen);
+    if (!stays(**--screen)) {
+      std::erase(closing_, screen->get());
+      screen = screens_.erase(screen);
+    }
   lookUps_.clear();
+  ending.raise();
 }
 
 // The guard.
 
 bool App::accepts(const Screen& screen) const {
   const auto layer = static_cast<int>(modals_.size());
-  return screen.visible() && screen.layer == layer && std::ranges::find(running_, layer) == running_.end();
+  return screen.visible() && screen.layer == layer &&
+         std::ranges::find(running_, layer, &Running::layer) == running_.end();
 }
 
 Ended App::run(Screen& screen, const std::string& name, const std::function<void()>& action) {
   if (!accepts(screen)) throw Error("'" + name + "' has to wait: something else is running");
   Ended ended{.command = name};
   {
-    const Standing running(running_, static_cast<int>(modals_.size()));
+    const Standing running(running_, Running{&screen, static_cast<int>(modals_.size())});
     const Place place = attempt(action, ended);
     attempt([this] { settle(); }, ended);
     person_.hourglass(false);
     if (screen.visible()) attempt([&] { screen.goTo(place); }, ended);
   }
-  if (screen.visible() && screen.hasResult()) leave(screen);
-  settleClosing();
+  if (screen.visible() && screen.hasResult()) attempt([&] { leave(screen); }, ended);
+  attempt([this] { settleClosing(); }, ended);
   if (watcher_) watcher_->ended(ended);
   if (running_.empty()) sweep();
   return ended;

@@ -84,7 +84,9 @@ class App {
   const std::vector<std::unique_ptr<Screen>>& screens() const { return screens_; }
   Screen* active() const;  // the one in front, of the top layer
   Screen* modal() const { return modals_.empty() ? nullptr : modals_.back(); }
-  // Closes every screen without asking and frees all but those kept until the process ends: the company ends.
+  // The company ends: closes every screen without asking and frees it, but for those kept until the process ends and
+  // those in which a command runs or that are run modally. They stay as they are, with their tables closed. The first
+  // error is raised when all is done.
   void dropScreens();
 
   // The guard. Runs an action of a screen: hourglass off at the end, an error shown and the focus where it says, a
@@ -97,6 +99,11 @@ class App {
   void closeLater(Screen& screen) { closing_.push_back(&screen); }
 
  private:
+  struct Running {  // a command
+    const Screen* screen;
+    int layer;
+  };
+
   Screen& make(const ScreenEntry& entry);
   const ScreenEntry& entryOf(std::string_view className) const;
   void bring(Screen& screen);
@@ -104,7 +111,7 @@ class App {
   void leave(Screen& screen);
   void sweep();
   void settleClosing();
-  std::unique_ptr<Screen> release(Screen& screen);
+  bool isInUse(const Screen& screen) const;
 
   Person& person_;
   const Registry& registry_;
@@ -114,9 +121,8 @@ class App {
   store::Database* database_ = nullptr;
   std::map<std::string, std::unique_ptr<store::Cursor>, std::less<>> lookUps_;
   std::vector<std::unique_ptr<Screen>> screens_;  // in the order of coming to the front
-  std::vector<std::unique_ptr<Screen>> gone_;     // closed while a command ran
   std::vector<Screen*> modals_;
-  std::vector<int> running_;  // layers in which a command runs
+  std::vector<Running> running_;
   std::vector<Screen*> closing_;
 };
 

@@ -1,9 +1,11 @@
 #include "form/Screen.h"
 
 #include <algorithm>
+#include <ranges>
 
 #include "base/Text.h"
 #include "form/App.h"
+#include "form/Ending.h"
 #include "form/Grid.h"
 #include "form/Table.h"
 
@@ -192,16 +194,25 @@ void Screen::show(const Open& open) {
   if (!open.focus.empty()) goTo(form::focus(open.focus));
 }
 
-// Undoes what is being edited, in the details first, and lets go of the tables.
+// Undoes what is being edited, in the details first, and lets go of the tables, whatever goes wrong on the way.
 void Screen::hide() {
   visible_ = false;
   typed_.reset();
-  closed();
-  for (auto table = tables_.rbegin(); table != tables_.rend(); ++table) {
-    const store::Cursor::Silence silence(**table);
-    if ((*table)->isOpen() && (*table)->isEditing()) (*table)->cancel();
-  }
-  for (auto table = tables_.rbegin(); table != tables_.rend(); ++table) (*table)->close();
+  Ending ending;
+  ending.step([this] { closed(); });
+  ending.step([this] { closeTables(); });
+  ending.raise();
+}
+
+void Screen::closeTables() {
+  Ending ending;
+  for (Table* table : tables_ | std::views::reverse)
+    ending.step([table] {
+      const store::Cursor::Silence silence(*table);
+      if (table->isOpen() && table->isEditing()) table->cancel();
+    });
+  for (Table* table : tables_ | std::views::reverse) ending.step([table] { table->close(); });
+  ending.raise();
 }
 
 }  // namespace quillon::form

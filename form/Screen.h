@@ -85,6 +85,7 @@ class Screen {
   void prepare(const ScreenEntry& entry, std::string name);
   void show(const Open& open);
   void hide();
+  void closeTables();
   bool askToClose() { return mayClose(); }
   int layer = 0;  // of modal screens, that it was opened in
 

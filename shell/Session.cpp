@@ -1,5 +1,6 @@
 #include "shell/Session.h"
 
+#include "form/Ending.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
 
@@ -10,7 +11,11 @@ Session::Session(const store::Environment& environment, form::Person& person, Su
       store_(environment),
       app_(person, registry_, surroundings_.formats, kTitle) {}
 
-Session::~Session() { closeCompany(); }
+// Tells nobody what goes wrong: whoever must know closes the company before.
+Session::~Session() {
+  form::Ending ending;
+  ending.step([this] { closeCompany(); });
+}
 
 void Session::openCompany(const std::string& folder) {
   closeCompany();
@@ -26,11 +31,14 @@ void Session::openCompany(const std::string& folder) {
 }
 
 void Session::closeCompany() {
-  app_.dropScreens();
+  form::Ending ending;
+  ending.step([this] { app_.dropScreens(); });
+  ending.step([this] { app_.settle(); });
   app_.setDatabase(nullptr);
   tblCompany_.reset();
   database_.reset();
   dataFolder_.clear();
+  ending.raise();
 }
 
 store::Cursor& Session::tblCompany() {

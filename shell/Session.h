@@ -41,7 +41,8 @@ class Session {
   // Opens the company in a folder; Error when there is none, or when its tables cannot be opened. The one that was open
   // is closed first.
   void openCompany(const std::string& folder);
-  // Frees every screen and closes all tables.
+  // Frees every screen that no command stands in, and closes all tables. What goes wrong on the way is raised when all
+  // is closed.
   void closeCompany();
   bool hasCompany() const { return database_ != nullptr; }
   const std::string& dataFolder() const { return dataFolder_; }

@@ -251,5 +251,44 @@ TEST_F(InputTest, AScriptThatBreaksOffLeavesTheProgramUsable) {
   EXPECT_TRUE(set("editCode", "C").ok);
 }
 
+// A command that opens another company stands in its own screen when the company ends.
+TEST_F(InputTest, TheCompanyMayEndInsideACommand) {
+  set("editCode", "C");
+  app_.open("TfrmToyPick");
+  EXPECT_TRUE(app_.run(*toy_, "change company", [&] { app_.dropScreens(); }).ok);
+  EXPECT_EQ(app_.find("frmToyPick"), nullptr);
+  ASSERT_EQ(app_.find("frmToy"), toy_);
+  EXPECT_FALSE(toy_->tables().front()->isOpen());
+  EXPECT_EQ(stored("ToyDoc", "Code"), "A B ") << "what was edited is undone";
+  app_.dismiss(*toy_);
+  EXPECT_EQ(app_.find("frmToy"), nullptr);
+}
+
+class TfrmStubborn final : public Screen {
+ public:
+  using Screen::Screen;
+  std::string title() override { return "Stubborn"; }
+
+ private:
+  void build(Layout& l) override { l.field("Code:", tblToyDoc["Code"]); }
+  void closed() override { throw Error("This has no end"); }
+
+  Table tblToyDoc{*this, "ToyDoc"};
+};
+
+TEST_F(InputTest, WhatGoesWrongAtAnEndIsToldWhenAllHasEnded) {
+  registry_.add({.className = "TfrmStubborn", .make = [](App& app) { return std::make_unique<TfrmStubborn>(app); }});
+  EXPECT_EQ(input_.close(app_.open("TfrmStubborn")).error, "This has no end");
+  EXPECT_EQ(person_.takeHeard(), "error: This has no end");
+  EXPECT_EQ(app_.find("frmStubborn"), nullptr);
+  app_.open("TfrmStubborn");
+  set("editCode", "C");
+  EXPECT_THROW(app_.dropScreens(), Error);
+  EXPECT_TRUE(app_.screens().empty());
+  store::Cursor doc(process_.database(), "ToyDoc");
+  doc.setExclusive(true);
+  doc.open();
+}
+
 }  // namespace
 }  // namespace quillon::form
