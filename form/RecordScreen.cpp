@@ -3,9 +3,16 @@
 #include <algorithm>
 
 #include "form/App.h"
+#include "form/NextId.h"
+#include "form/UsedBy.h"
 #include "store/Errors.h"
 
 namespace quillon::form {
+namespace {
+
+constexpr int kIdTries = 20;
+
+}  // namespace
 
 void RecordScreen::shown(const Open& open) {
   savedOnce_ = false;
@@ -59,17 +66,30 @@ void RecordScreen::save() {
   for (auto table = tables().rbegin(); table != tables().rend(); ++table)
     if (*table != &record() && (*table)->isEditing()) (*table)->modified() ? (*table)->post() : (*table)->cancel();
   if (record().isEditing()) {
-    try {
-      record().post();
-    } catch (const store::StoreError& error) {
-      if (error.code() != store::Code::keyViolation || plan_.keyViolation.empty()) throw;
-      refuse(plan_.keyViolation, focus(plan_.keyFocus));
-    }
+    postRecord();
     savedOnce_ = true;
   }
   for (Table* table : tables()) table->flush();
   for (LineSnapshot* snapshot : snapshots_) snapshot->drop();
   moveList();
+}
+
+// An id that another process took meanwhile is taken anew: nobody typed it, so nobody is to mend it.
+void RecordScreen::postRecord() {
+  const std::string& table = record().definition().name;
+  const bool takesId = plan_.nextId && isNew();
+  for (int tries = 1;; ++tries) {
+    if (takesId) record()[plan_.key] = nextId(database(), table, plan_.key);
+    try {
+      return record().post();
+    } catch (const store::StoreError& error) {
+      if (error.code() != store::Code::keyViolation) throw;
+      const bool idIsTaken = takesId && isUsed(database(), {table, plan_.key, {}}, record().value(plan_.key));
+      if (idIsTaken && tries < kIdTries) continue;
+      if (plan_.keyViolation.empty()) throw;
+      refuse(plan_.keyViolation, focus(plan_.keyFocus));
+    }
+  }
 }
 
 void RecordScreen::undo() {

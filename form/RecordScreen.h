@@ -15,6 +15,7 @@ struct RecordPlan {
   std::string list;          // instance name of its list; empty: none
   std::string keyViolation;  // what a value that is there already is told as
   std::string keyFocus;      // and the field to go to
+  bool nextId = false;       // a new record's key is one above the highest of its table, taken when it is saved
 };
 
 // A screen over one record of the first of its tables, and the lines that hang on it.
@@ -53,6 +54,7 @@ class RecordScreen : public Screen {
   store::ErrorAnswer recordError(const store::StoreError& error);
   bool isUnsaved() const;
   void moveList();
+  void postRecord();
 
   RecordPlan plan_;
   std::vector<LineSnapshot*> snapshots_;

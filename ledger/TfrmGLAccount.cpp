@@ -1,5 +1,4 @@
 // One account of the chart.
-#include "form/NextId.h"
 #include "form/RecordScreen.h"
 #include "ledger/Accounts.h"
 #include "ledger/MakeScreens.h"
@@ -34,7 +33,8 @@ TfrmGLAccount::TfrmGLAccount(shell::Session& session)
     : RecordScreen(session.app(), {.key = "GLAccountID",
                                    .list = "frmGLAccounts",
                                    .keyViolation = "Account no. and Name must be unique",
-                                   .keyFocus = "GLAccount"}),
+                                   .keyFocus = "GLAccount",
+                                   .nextId = true}),
       session_(session) {
   tblGLAccnt.events.onNewRecord = [this] {
     tblGLAccnt["RetainedEarnings"] = false;
@@ -66,7 +66,6 @@ void TfrmGLAccount::tblGLAccntBeforePost() {
   if (tblGLAccnt["GLAccount"].isNull()) refuse("Field 'Account no.' must have a value", focus("GLAccount"));
   if (tblGLAccnt["AccountName"].isNull()) refuse("Field 'Account Name' must have a value", focus("AccountName"));
   if (tblGLAccnt["AccountType"].isNull()) refuse("Field 'Account Type' must have a value", focus("AccountType"));
-  if (isNew()) tblGLAccnt["GLAccountID"] = form::nextId(database(), "GLAccnt", "GLAccountID");
 }
 
 // Statements name accounts by their numbers, also those to come. The tip comes once in a run of the program.

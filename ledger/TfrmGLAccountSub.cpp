@@ -1,5 +1,4 @@
 // One subaccount, of the list that it is asked for.
-#include "form/NextId.h"
 #include "form/RecordScreen.h"
 #include "ledger/Accounts.h"
 #include "ledger/MakeScreens.h"
@@ -28,7 +27,8 @@ TfrmGLAccountSub::TfrmGLAccountSub(shell::Session& session)
     : RecordScreen(session.app(), {.key = "SubAccountID",
                                    .list = "frmGLAccounts",
                                    .keyViolation = "Subaccount no. and Name must be unique",
-                                   .keyFocus = "SubAccount"}) {
+                                   .keyFocus = "SubAccount",
+                                   .nextId = true}) {
   tblGLAcSub.events.onNewRecord = [this] { tblGLAcSub["Suspended"] = false; };
   tblGLAcSub.events.beforePost = [this] { tblGLAcSubBeforePost(); };
 }
@@ -50,7 +50,6 @@ void TfrmGLAccountSub::tblGLAcSubBeforePost() {
   if (tblGLAcSub["SubAccount"].isNull()) refuse("Field 'Subaccount no.' must have a value", focus("SubAccount"));
   if (tblGLAcSub["SubAccountName"].isNull())
     refuse("Field 'Subaccount Name' must have a value", focus("SubAccountName"));
-  if (isNew()) tblGLAcSub["SubAccountID"] = form::nextId(database(), tblGLAcSub.definition().name, "SubAccountID");
 }
 
 }  // namespace

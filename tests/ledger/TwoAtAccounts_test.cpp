@@ -1,4 +1,5 @@
-// An account goes with its totals that come to nothing, or neither goes: also when another process is in the way.
+// An account goes with its totals that come to nothing, or neither goes, and gets an id of its own: also when another
+// process is in the way.
 #include <gtest/gtest.h>
 
 #include "form/Input.h"
@@ -13,9 +14,9 @@
 namespace quillon::ledger {
 namespace {
 
-class AccountDelete : public testing::Test {
+class TwoAtAccounts : public testing::Test {
  protected:
-  AccountDelete() {
+  TwoAtAccounts() {
     disk_.process()->makeFolder(sim::kSharedFolder);
     other_.open();
     store::createCompanyTables(other_.database());
@@ -29,7 +30,7 @@ class AccountDelete : public testing::Test {
     session_.openCompany(sim::kSharedFolder);
     list_ = &session_.app().open("TfrmGLAccounts");
   }
-  ~AccountDelete() override { session_.closeCompany(); }
+  ~TwoAtAccounts() override { session_.closeCompany(); }
 
   // "accounts totals", as the other process sees them.
   std::string left() {
@@ -57,7 +58,7 @@ class AccountDelete : public testing::Test {
   form::Screen* list_ = nullptr;
 };
 
-TEST_F(AccountDelete, WaitsForWhoeverHoldsTheTotals) {
+TEST_F(TwoAtAccounts, WaitsForWhoeverHoldsTheTotals) {
   store::Cursor totals(other_.database(), "GLActual");
   totals.open();
   totals.lockTable();
@@ -69,7 +70,7 @@ TEST_F(AccountDelete, WaitsForWhoeverHoldsTheTotals) {
 }
 
 // A total that another clerk edits cannot go, and so the account stays, with the total that could have gone.
-TEST_F(AccountDelete, LeavesAllWhenOneTotalIsEdited) {
+TEST_F(TwoAtAccounts, LeavesAllWhenOneTotalIsEdited) {
   store::Cursor totals(other_.database(), "GLActual");
   totals.open();
   totals.last();
@@ -81,7 +82,7 @@ TEST_F(AccountDelete, LeavesAllWhenOneTotalIsEdited) {
   EXPECT_EQ(left(), "0 0 ");
 }
 
-TEST_F(AccountDelete, AsksAgainWhileTheAccountIsEdited) {
+TEST_F(TwoAtAccounts, AsksAgainWhileTheAccountIsEdited) {
   store::Cursor accounts(other_.database(), "GLAccnt");
   accounts.open();
   accounts.edit();
@@ -89,6 +90,36 @@ TEST_F(AccountDelete, AsksAgainWhileTheAccountIsEdited) {
   EXPECT_TRUE(ended.aborted);
   EXPECT_TRUE(person_.answers.empty());
   EXPECT_EQ(left(), "1 2 ");
+}
+
+// The other process saves an account between the look for the highest id and the save, twice.
+TEST_F(TwoAtAccounts, ANewAccountWhoseIdWasTakenGetsAnother) {
+  form::Input input(session_.app());
+  const auto save = [&](const char* number) {
+    form::Screen& account = session_.app().open("TfrmGLAccount", {.newRow = true});
+    form::Table& rows = *account.tables().front();
+    rows.events.beforePost = [&, check = rows.events.beforePost, id = 8]() mutable {
+      check();
+      if (id > 9) return;
+      const std::string text = std::to_string(id++);
+      store::Query(other_.database(),
+                   "INSERT INTO GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (" + text + ", '" +
+                       text + "', '" + text + "', 1)")
+          .execute();
+    };
+    rows["GLAccount"] = number;
+    rows["AccountName"] = "Rent";
+    rows["AccountType"] = 4;
+    return input.click(account, *account.find("btnOK")).error;
+  };
+  EXPECT_EQ(save("9"), "Account no. and Name must be unique") << "the other process has this number by now";
+  session_.app().dismiss(*session_.app().find("frmGLAccount"));
+  EXPECT_EQ(left(), "3 2 ");
+  store::Query(other_.database(), "DELETE FROM GLAccnt WHERE GLAccountID > 7").execute();
+  EXPECT_EQ(save("5000"), "");
+  store::Query saved(other_.database(), "SELECT GLAccountID FROM GLAccnt WHERE GLAccount = '5000'");
+  saved.open();
+  EXPECT_EQ(saved.field(0).value(), store::Value(10));
 }
 
 }  // namespace
