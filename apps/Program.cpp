@@ -2,18 +2,27 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <fstream>
 
 #include "base/Errors.h"
 #include "ledger/Screens.h"
-#include "store/Cursor.h"
-#include "store/Database.h"
+#include "shell/Start.h"
 
 namespace quillon::apps {
 namespace {
 
 // They belong to parts of the program that are not there yet.
-constexpr std::array<std::string_view, 6> kNotHere = {"--settings", "--user",     "--password-file",
-                                                      "--printer",  "--print-to", "--paper"};
+constexpr std::array<std::string_view, 3> kNotHere = {"--printer", "--print-to", "--paper"};
+
+// The first line of a file.
+std::string passwordIn(const std::string& path) {
+  std::ifstream file(path);
+  std::string line;
+  if (!std::getline(file, line)) throw Error("cannot read a password from " + path);
+  if (line.ends_with('\r')) line.pop_back();
+  return line;
+}
 
 void take(ProgramOptions& options, std::string_view option, const std::string& value) {
   if (value.empty()) throw UsageError(std::string(option) + " needs a value");
@@ -21,6 +30,12 @@ void take(ProgramOptions& options, std::string_view option, const std::string& v
     options.given.country = value;
   } else if (option == "--date-format") {
     options.given.dateFormat = value;
+  } else if (option == "--settings") {
+    options.given.folder = std::filesystem::absolute(value).lexically_normal();
+  } else if (option == "--user" || option == "--password-file") {
+    if (!options.credentials) options.credentials.emplace();
+    (option == "--user" ? options.credentials->userName : options.credentials->password) =
+        option == "--user" ? value : passwordIn(value);
   } else {
     options.given.today = Date::parseIso(value);
     if (!options.given.today) throw UsageError("--today takes a day as YYYY-MM-DD, not " + value);
@@ -30,7 +45,8 @@ void take(ProgramOptions& options, std::string_view option, const std::string& v
 }  // namespace
 
 ProgramOptions readProgramOptions(Arguments arguments) {
-  constexpr std::array<std::string_view, 3> kKnown = {"--today", "--country", "--date-format"};
+  constexpr std::array<std::string_view, 6> kKnown = {"--today",    "--country", "--date-format",
+                                                      "--settings", "--user",    "--password-file"};
   ProgramOptions options;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string_view word = arguments[i];
@@ -51,28 +67,24 @@ ProgramOptions readProgramOptions(Arguments arguments) {
   return options;
 }
 
-Program::Program(const platform::Given& given, const std::string& folder, form::Person& person)
-    : desktop_(machine_, given),
-      session_(environment_.get(), person,
-               {.formats = {.date = desktop_.shortDateFormat(),
-                            .numbers = desktop_.separators(),
-                            .today = [this] { return desktop_.today(); }},
-                .country = desktop_.countryName(),
-                .userName = desktop_.userName()}),
-      input_(session_.app()) {
+Program::Program(const ProgramOptions& options, form::Person& person)
+    : desktop_(machine_, options.given), session_(environment_.get(), person, desktop_), input_(session_.app()) {
+  session_.credentials = options.credentials;
   shell::registerScreens(session_);
   ledger::registerScreens(session_);
-  if (!folder.empty()) {
-    session_.openCompany(folder);
-    store::Cursor users(session_.database(), "Users");
-    users.open();
-    if (!users.isEmpty()) throw Error("This company has users, and this version cannot log them in yet");
-  }
+  shell::prepareStart(session_);
+  app().open("TfrmSplash");
   main_ = &app().open("TfrmQuillon");
 }
 
+void Program::start(const std::string& folder) {
+  app().run(*main_, "frmQuillon", [&] {
+    if (!shell::enterAtStart(session_, folder, folder.empty())) app().dismiss(*main_);
+  });
+}
+
 void Program::end() {
-  session_.closeCompany();
+  session_.detach();
   main_ = nullptr;
 }
 

@@ -17,22 +17,28 @@ namespace quillon::apps {
 struct ProgramOptions {
   std::vector<std::string> words;  // those that are no options, in order
   platform::Given given;
+  std::optional<shell::Credentials> credentials;
 };
 
-// Reads the options that all programs with screens have: --today, --country, --date-format, each as "--today=X" or
-// "--today X". UsageError, or Error for those that this version does not have.
+// Reads the options that all programs with screens have: --settings, --user and --password-file, --today, --country,
+// --date-format, each as "--today=X" or "--today X". UsageError, Error for a password file that cannot be read, or for
+// those that this version does not have.
 ProgramOptions readProgramOptions(Arguments arguments);
 
 // The program put together: the desktop, the store, all screens, and the main window, before whoever sits in front.
 class Program {
  public:
-  // Error when the company cannot be opened, and, since nobody can log in yet, when it has users. An empty folder:
-  // none.
-  Program(const platform::Given& given, const std::string& folder, form::Person& person);
+  // With the main window on view, and the splash. Error when the program's folders cannot be made.
+  Program(const ProgramOptions& options, form::Person& person);
+
+  // What comes before the person may begin: the welcome, or the company and the login. A folder given skips the
+  // welcome.
+  void start(const std::string& folder);
 
   shell::Session& session() { return session_; }
   form::App& app() { return session_.app(); }
   form::Screen& mainWindow() { return *main_; }
+  bool isOver() const { return main_ == nullptr || !main_->visible(); }
   form::Input& input() { return input_; }
   // Frees every screen, undoing what is edited, and closes the company.
   void end();

@@ -22,7 +22,9 @@ namespace quillon::apps {
 namespace {
 
 constexpr Command kCommands[] = {
-    {"drive", "[FOLDER] [--today YYYY-MM-DD] [--country NAME] [--date-format FMT]",
+    {"drive",
+     "[FOLDER] [--settings DIR] [--user NAME --password-file FILE] [--today YYYY-MM-DD] [--country NAME] "
+     "[--date-format FMT]",
      "the program without a window, driven by lines of JSON; docs/DRIVE.md tells them", driveCommand},
     {"create", "FOLDER", "make a new company: its tables, without data", createCommand},
     {"sql", "FOLDER [STATEMENT] [--json] [--keep-going]", "run statements, from standard input without STATEMENT",

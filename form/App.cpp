@@ -198,10 +198,21 @@ bool App::isInUse(const Screen& screen) const {
          std::ranges::find(modals_, &screen) != modals_.end();
 }
 
+bool App::closeAll() {
+  std::vector<Screen*> open;
+  for (const auto& screen : screens_)
+    if (screen->visible() && screen->entry().ofCompany) open.push_back(screen.get());
+  bool all = true;
+  for (Screen* screen : open | std::views::reverse) {
+    // The one before may have closed it, and freed it.
+    const bool there = std::ranges::find(screens_, screen, &std::unique_ptr<Screen>::get) != screens_.end();
+    if (there) all = !isInUse(*screen) && close(*screen) && all;
+  }
+  return all;
+}
+
 void App::dropScreens() {
-  const auto stays = [this](const Screen& screen) {
-    return screen.entry().lifetime == Lifetime::kept || isInUse(screen);
-  };
+  const auto stays = [this](const Screen& screen) { return !screen.entry().ofCompany || isInUse(screen); };
   Ending ending;
   for (const auto& screen : screens_ | std::views::reverse) {
     if (stays(*screen)) {

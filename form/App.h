@@ -84,9 +84,11 @@ class App {
   const std::vector<std::unique_ptr<Screen>>& screens() const { return screens_; }
   Screen* active() const;  // the one in front, of the top layer
   Screen* modal() const { return modals_.empty() ? nullptr : modals_.back(); }
-  // The company ends: closes every screen without asking and frees it, but for those kept until the process ends and
-  // those in which a command runs or that are run modally. They stay as they are, with their tables closed. The first
-  // error is raised when all is done.
+  // Asks every screen of the company to close, the one in front first. False when one stays: it refused, or a command
+  // of its own is running, or it is modal.
+  bool closeAll();
+  // The company ends: closes its screens without asking and frees them, but for those in which a command runs or that
+  // are run modally. They stay as they are, with their tables closed. The first error is raised when all is done.
   void dropScreens();
 
   // The guard. Runs an action of a screen: hourglass off at the end, an error shown and the focus where it says, a

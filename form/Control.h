@@ -90,6 +90,7 @@ class Control {
   int height() const { return height_; }       // in lines; 0: as it comes
   const std::string& shortcut() const { return shortcut_; }
   Pending pending() const { return pending_; }
+  bool isSecret() const { return secret_; }  // what stands in it is not shown: a password
   bool isDefault() const { return default_; }
   Binding* binding() const { return binding_.get(); }
   Grid* grid() const { return grid_.get(); }
@@ -115,6 +116,7 @@ class Control {
   Control& saves() { return pending_ = Pending::saves, *this; }
   Control& abandons() { return pending_ = Pending::abandons, *this; }
   Control& standard() { return default_ = true, *this; }
+  Control& secret() { return secret_ = true, *this; }
   // Hears every key, with the text so far; for find boxes.
   Control& onTyping(std::function<void(const std::string&)> handler) { return typing_ = std::move(handler), *this; }
   // Of a grid: what Enter and a double click do; of a month: a double click.
@@ -136,7 +138,7 @@ class Control {
   int width_ = 0, height_ = 0;
   std::string shortcut_;
   Pending pending_ = Pending::leaves;
-  bool default_ = false;
+  bool default_ = false, secret_ = false;
   BindingPtr binding_;
   std::unique_ptr<Grid> grid_;
   PageSource* pages_ = nullptr;

@@ -231,7 +231,7 @@ std::unique_ptr<Control> Layout::shownColumn(std::string name, std::string capti
   return column;
 }
 
-Control& Layout::place(Kind kind, std::string caption, std::vector<Control*> controls) {
+Control& Layout::place(Kind kind, std::string caption, const std::vector<Control*>& controls) {
   auto holder = std::make_unique<Control>(kind, std::string());
   holder->caption(std::move(caption));
   for (const Control* control : controls) {

@@ -110,10 +110,14 @@ class Layout {
   Control& menu(std::string caption, Controls&... controls) {
     return place(Kind::menu, std::move(caption), {&controls...});
   }
+  Control& menuOf(std::string caption, const std::vector<Control*>& controls) {
+    return place(Kind::menu, std::move(caption), controls);
+  }
   template <typename... Controls>
   Control& toolbar(Controls&... controls) {
     return place(Kind::toolbar, "", {&controls...});
   }
+  Control& toolbarOf(const std::vector<Control*>& controls) { return place(Kind::toolbar, "", controls); }
 
   // For the screen: what was told, in one group.
   std::unique_ptr<Control> finish();
@@ -122,7 +126,7 @@ class Layout {
   Control& make(Kind kind, std::string name, std::string caption);
   Control& bound(Kind kind, std::string prefix, std::string caption, const store::Field& field, ConverterPtr converter);
   Control& variable(Kind kind, std::string name, std::string caption, Variable& variable, ConverterPtr converter);
-  Control& place(Kind kind, std::string caption, std::vector<Control*> controls);
+  Control& place(Kind kind, std::string caption, const std::vector<Control*>& controls);
   std::unique_ptr<Control> makeColumn(std::string caption, std::string name, BindingPtr binding);
 
   Screen& screen_;

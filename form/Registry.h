@@ -34,19 +34,20 @@ struct ScreenEntry {
   std::string displayName = {};  // of the right, where it is not the field's name
   std::string filterScreen = {};
   Lifetime lifetime = Lifetime::freed;
-  bool many = false;  // several instances: frmPreview, frmPreview2, ...
+  bool many = false;      // several instances: frmPreview, frmPreview2, ...
+  bool ofCompany = true;  // works on the company's tables: closed, and freed, with it
   // Null: not in this version.
   std::function<std::unique_ptr<Screen>(App&)> make = nullptr;
 
   std::string instanceName() const { return className.starts_with("Tfrm") ? className.substr(1) : className; }
 };
 
-// A row of the menus: its path, with access keys ("&GL > &JVs"), and the screen or the command behind it.
+// A row of the main window's menus: its path, with access keys ("&GL > &JVs"), and the screen behind it. One without a
+// screen is a command of the main window, which knows it by its name.
 struct MenuRow {
   std::string path;
-  std::string screen = {};   // class name
-  std::string command = {};  // of the main window
-  std::string name = {};     // of the entry
+  std::string screen = {};  // class name
+  std::string name = {};    // of the entry
 };
 
 // The screens and menus of the program. Filled at the start; every folder adds its own.

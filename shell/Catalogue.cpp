@@ -1,12 +1,11 @@
 // Every screen of the program and the menu paths that lead to it. What a folder has built, it completes with a maker.
+#include "shell/Catalogue.h"
+
 #include "shell/Session.h"
-#include "shell/TfrmCalendar.h"
-#include "shell/TfrmQuillon.h"
 
 namespace quillon::shell {
 namespace {
 
-using form::Lifetime;
 using form::Opening;
 
 struct ScreenRow {
@@ -15,6 +14,7 @@ struct ScreenRow {
   const char* right = "";
   const char* displayName = "";
   const char* filterScreen = "";
+  bool ofCompany = true;
 };
 
 constexpr ScreenRow kScreens[] = {
@@ -72,14 +72,14 @@ constexpr ScreenRow kScreens[] = {
     {"TfrmBankBook", Opening::plain, "BankBook", "Bank Book"},
     {"TfrmBankRec", Opening::plain, "BankRec", "Bank Reconciliation"},
     {"TfrmCurrencies", Opening::plain, "Currencies"},
-    {"TfrmPack", Opening::modal, "PackRepair", "Pack/Repair"},
+    {"TfrmPack", Opening::modal, "PackRepair", "Pack/Repair", "", false},
     {"TfrmImport", Opening::modal, "Import"},
     {"TfrmUsers", Opening::plain, "Security"},
     {"TfrmBackupOptions", Opening::modal},
-    {"TfrmBackup", Opening::modal},
+    {"TfrmBackup", Opening::modal, "", "", "", false},
     {"TfrmPurge", Opening::modal, "Purge", "Purge Old Data"},
-    {"TfrmCompanyDatabase", Opening::modal},
-    {"TfrmOrganizeCompanies", Opening::modal},
+    {"TfrmCompanyDatabase", Opening::modal, "", "", "", false},
+    {"TfrmOrganizeCompanies", Opening::modal, "", "", "", false},
 };
 
 struct Path {
@@ -167,7 +167,6 @@ constexpr Path kMenu[] = {
     {"&View > &Company Name", "", "mnuViewCompanyName"},
     {"&View > &Toolbar Text", "", "mnuToolbarText"},
     {"&View > Confirm &Exit", "", "mnuViewConfirmExit"},
-    {"&View > &Hide Desktop Icons", "", "mnuHideDesktopIcons"},
     {"&View > &Restore all Minimized Windows", "", "mnuRestoreAll"},
     {"&Help > Quillon Enterprise Accounting &Help", "", "mnuHelp"},
     {"&Help > Technical Support &Info", "", "mnuTechnicalSupport"},
@@ -176,20 +175,14 @@ constexpr Path kMenu[] = {
 
 }  // namespace
 
-void registerScreens(Session& session) {
-  form::Registry& registry = session.registry();
-  registry.add({.className = "TfrmQuillon", .lifetime = Lifetime::kept, .make = [&session](form::App&) {
-                  return makeMainWindow(session);
-                }});
-  registry.add(
-      {.className = "TfrmCalendar", .opening = Opening::companion, .lifetime = Lifetime::kept, .make = makeCalendar});
-  session.app().calendar = "TfrmCalendar";
+void registerCatalogue(form::Registry& registry) {
   for (const ScreenRow& row : kScreens)
     registry.add({.className = row.className,
                   .opening = row.opening,
                   .right = row.right,
                   .displayName = row.displayName,
-                  .filterScreen = row.filterScreen});
+                  .filterScreen = row.filterScreen,
+                  .ofCompany = row.ofCompany});
   for (const Path& path : kMenu) registry.addMenu({.path = path.path, .screen = path.screen, .name = path.name});
 }
 

@@ -3,11 +3,17 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "form/App.h"
 #include "form/Registry.h"
+#include "platform/SettingsFile.h"
 #include "store/Environment.h"
 #include "store/Session.h"
+
+namespace quillon::platform {
+class Desktop;
+}
 
 namespace quillon::store {
 class Cursor;
@@ -17,49 +23,71 @@ class Database;
 namespace quillon::shell {
 
 inline constexpr const char* kTitle = "Quillon Enterprise Accounting";
+inline constexpr const char* kEdition = "Quillon Enterprise Accounting with Manufacturing";
+inline constexpr const char* kVersion = "2017.6";  // of the program, and of the companies that it can open
 
-// What the desktop at hand says about its person.
-struct Surroundings {
-  form::Formats formats;
-  std::string country = "unknown";  // English name
-  std::string userName;
+// A name and a password that were given before anybody asked.
+struct Credentials {
+  std::string userName, password;
 };
 
-// One process's work on one company: the store, the screens, the company's tables. Lives as long as the process.
+// One process's work: the desktop at hand, the store, the screens, and the company that is open. Lives as long as the
+// process.
 class Session {
  public:
-  Session(const store::Environment& environment, form::Person& person, Surroundings surroundings);
+  // Finds or makes the folders; Error "Could not create folder ...".
+  Session(const store::Environment& environment, form::Person& person, platform::Desktop& desktop);
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
   form::Registry& registry() { return registry_; }
   form::App& app() { return app_; }
+  form::Person& person() { return app_.person(); }
   store::Session& store() { return store_; }
-  const std::string& countryName() const { return surroundings_.country; }
+  platform::Desktop& desktop() { return desktop_; }
 
-  // Opens the company in a folder; Error when there is none, or when its tables cannot be opened. The one that was open
-  // is closed first.
-  void openCompany(const std::string& folder);
-  // Frees every screen that no command stands in, and closes all tables. What goes wrong on the way is raised when all
-  // is closed.
-  void closeCompany();
-  bool hasCompany() const { return database_ != nullptr; }
-  const std::string& dataFolder() const { return dataFolder_; }
+  // As the desktop said at the start.
+  const std::string& countryName() const { return countryName_; }  // English; "unknown" where it is
+  bool paperIsA4() const { return paperIsA4_; }                    // of the default printer
+  const std::string& publicFolder() const { return publicFolder_; }
+  // Quillon.ini of this user.
+  platform::SettingsFile& settings() { return settings_; }
+  // Writes settings; a failure is told as a warning and stops nothing.
+  void writeSettings(const std::function<void(platform::SettingsText&)>& edit);
+
+  // The company. dataFolder: of the one that is open, or that could not be opened; empty until one is chosen.
+  std::string dataFolder;
+  bool sampleDataOpen = false;
+  std::string currentUser;  // who logged in
+  bool securityActive = false;
+  std::optional<Credentials> credentials;  // tried before the login asks
+  bool menusEnabled = true;                // the module menus and the toolbar
+  std::vector<std::string> companiesMenu;  // the names that the Companies menu shows, sorted; all of them
+  bool tipShown = false;                   // of changed account numbers, once in a run of the program
+
+  // Opens the folder's tables; those that were open are closed first. Error, StoreError.
+  void attach(const std::string& folder);
+  // Frees every screen of the company that no command stands in, and closes all its tables. What goes wrong on the way
+  // is raised when all is closed.
+  void detach();
+  bool hasCompany() const { return tblCompany_ != nullptr && app_.hasDatabase(); }
   store::Database& database() { return app_.database(); }
-  bool tipShown = false;  // of changed account numbers, once in a run of the program
-
-  // The company's settings, always open; one row, or none before they were entered.
+  // The company's settings, always open; one row, or none before they were entered. Error when no company is open.
   store::Cursor& tblCompany();
+  // Opened when first needed, then read live.
+  store::Cursor& tblUsers();
 
  private:
-  Surroundings surroundings_;
+  platform::Desktop& desktop_;
+  std::string countryName_, publicFolder_;
+  bool paperIsA4_ = false;
+  platform::SettingsFile settings_;
   store::Session store_;
   form::Registry registry_;
-  form::App app_;
-  std::string dataFolder_;
   std::unique_ptr<store::Database> database_;
-  std::unique_ptr<store::Cursor> tblCompany_;
+  form::App app_;
+  std::unique_ptr<store::Cursor> tblCompany_, tblUsers_;
 };
 
 // The process's main window, the screens of the whole program with their menu paths, and what this folder has of them.

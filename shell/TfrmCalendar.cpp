@@ -1,10 +1,10 @@
 // Picks a date. Asked for with the value "date" (null: today); confirmed, its result has it too.
-#include "shell/TfrmCalendar.h"
-
 #include <array>
 
 #include "form/App.h"
 #include "form/Screen.h"
+#include "shell/MakeScreens.h"
+#include "shell/Session.h"
 
 namespace quillon::shell {
 namespace {
@@ -68,6 +68,6 @@ void TfrmCalendar::btnOKClick() {
 
 }  // namespace
 
-std::unique_ptr<form::Screen> makeCalendar(form::App& app) { return std::make_unique<TfrmCalendar>(app); }
+ScreenPtr makeCalendar(Session& session) { return std::make_unique<TfrmCalendar>(session.app()); }
 
 }  // namespace quillon::shell

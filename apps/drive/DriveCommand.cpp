@@ -14,8 +14,8 @@ ExitStatus driveCommand(Arguments arguments) {
   if (options.words.size() > 1) throw UsageError("drive takes at most one folder");
   Lines in(STDIN_FILENO);
   DrivePerson person(in, std::cout);
-  Program program(options.given, options.words.empty() ? std::string() : options.words.front(), person);
-  person.serve(program);
+  Program program(options, person);
+  person.serve(program, options.words.empty() ? std::string() : options.words.front());
   return ExitStatus::done;
 }
 

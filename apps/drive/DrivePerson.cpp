@@ -30,10 +30,12 @@ std::optional<std::string> textOrNone(const std::optional<Json>& answer) {
 
 }  // namespace
 
-void DrivePerson::serve(Program& program) {
+void DrivePerson::serve(Program& program, const std::string& folder) {
   program_ = &program;
   program.app().watch(this);
-  while (const std::optional<Request> request = next()) attend(*request);
+  program.start(folder);
+  while (!over_ && !program.isOver())
+    if (const std::optional<Request> request = next()) attend(*request);
   program.app().watch(nullptr);
   program_ = nullptr;
   try {
@@ -118,7 +120,7 @@ void DrivePerson::setOptions(const Json& options) {
   for (const auto& [name, value] : options.members) tellsProgress_ = value.truth;
 }
 
-// Asks every screen to close, the one in front first.
+// The orderly end is that of a person who closes the main window.
 void DrivePerson::quit(bool force) {
   if (force) {
     over_ = true;
@@ -127,18 +129,7 @@ void DrivePerson::quit(bool force) {
   form::App& app = program_->app();
   if (question_) throw RequestRefused("A question waits for its answer");
   if (app.modal() != nullptr) throw RequestRefused("'" + app.modal()->name() + "' has to be closed first");
-  while (form::Screen* screen = app.active()) {
-    if (screen == &program_->mainWindow()) {
-      const auto& all = app.screens();
-      const auto other = std::ranges::find_if(
-          all, [&](const auto& some) { return some->visible() && some.get() != &program_->mainWindow(); });
-      if (other == all.end()) break;
-      screen = other->get();
-    }
-    const std::string name = screen->name();
-    if (!program_->input().close(*screen).ok) throw RequestRefused("'" + name + "' stays open");
-  }
-  over_ = true;
+  if (!program_->input().close(program_->mainWindow()).ok) reply_.ok = false;
 }
 
 // Questions.

@@ -23,8 +23,9 @@ class DrivePerson final : public form::Person, private form::Watcher {
  public:
   DrivePerson(Lines& in, std::ostream& out) : in_(in), out_(out) {}
 
-  // Serves until the end of the input, or until it is asked to quit; frees everything, then writes the last reply.
-  void serve(Program& program);
+  // Starts the program, on the company of the folder or as a person would, and serves until the end of the input, or
+  // until the main window closed; frees everything, then writes the last reply.
+  void serve(Program& program, const std::string& folder = {});
 
   form::Button ask(const form::Dialog& dialog) override;
   std::optional<std::string> askText(const std::string& caption, const std::string& prompt,

@@ -31,7 +31,6 @@ class StateWriter {
     eachControl(screen_.root(), [this](Control& control) { writeControl(control); });
     out_.endObject().key("menus").array();
     writeMenus(screen_.root(), "");
-    if (screen_.name() == "frmQuillon") writeProgramMenus();
     return out_.endArray().endObject().text();
   }
 
@@ -90,6 +89,10 @@ class StateWriter {
     const store::Value data = binding.data();
     if (data.kind() == store::Value::Kind::blob) {  // a picture has no text
       out_.key("data").object().member("bytes", data.asBlob().bytes.size()).endObject();
+      return;
+    }
+    if (control.isSecret()) {
+      out_.member("value", data.isNull() ? "" : "********").key("data").null();
       return;
     }
     out_.member("value", binding.text()).member("data", data);
@@ -153,14 +156,6 @@ class StateWriter {
         out_.endObject();
       }
       writeMenus(*child, child->kind() == Kind::menu ? path + child->caption() + " > " : path);
-    }
-  }
-
-  void writeProgramMenus() {
-    for (const form::MenuRow& row : app_.registry().menu()) {
-      const form::ScreenEntry* entry = app_.registry().find(row.screen);
-      out_.object().member("name", row.name).member("path", row.path);
-      out_.member("enabled", entry != nullptr && entry->make != nullptr).endObject();
     }
   }
 

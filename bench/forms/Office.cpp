@@ -69,12 +69,6 @@ void fillVouchers(store::Database& company, std::int64_t rows) {
   }
 }
 
-shell::Surroundings surroundings() {
-  shell::Surroundings given;
-  given.formats.today = [] { return kToday; };
-  return given;
-}
-
 store::Environment environmentOn(store::FileSystem& files) {
   return {files, store::systemClock(), "bench", "local", ::getpid()};
 }
@@ -94,10 +88,11 @@ void makeCompany(const std::string& folder, std::int64_t rows) {
 }
 
 Office::Office(const std::string& folder, Report& report)
-    : session(environmentOn(disk), person, surroundings()), input(session.app()), report_(report) {
+    : session(environmentOn(disk), person, desktop), input(session.app()), report_(report) {
+  desktop.given().today = kToday;
   shell::registerScreens(session);
   ledger::registerScreens(session);
-  session.openCompany(folder);
+  session.attach(folder);
   app().open("TfrmQuillon");
 }
 

@@ -9,6 +9,7 @@
 #include "form/Input.h"
 #include "shell/Session.h"
 #include "support/ScriptedPerson.h"
+#include "support/SimDesktop.h"
 
 namespace quillon::bench {
 
@@ -21,7 +22,7 @@ void makeCompany(const std::string& folder, std::int64_t rows);
 class Office {
  public:
   Office(const std::string& folder, Report& report);
-  ~Office() { session.closeCompany(); }
+  ~Office() { session.detach(); }
   form::App& app() { return session.app(); }
   form::Control& control(const char* screen, const char* name);
   void set(const char* screen, const char* name, const std::string& text);
@@ -35,6 +36,7 @@ class Office {
 
   CountedDisk disk;
   sim::ScriptedPerson person;
+  sim::SimDesktop desktop;
   shell::Session session;
   form::Input input;
 

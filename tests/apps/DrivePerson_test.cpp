@@ -54,9 +54,11 @@ class DrivePersonTest : public testing::Test {
     {
       Lines in(::fileno(file));
       DrivePerson person(in, out);
-      Program program({}, folder_.path(), person);
+      ProgramOptions options;
+      options.given.folder = settings_.path();
+      Program program(options, person);
       sim::registerToys(program.session().registry());
-      person.serve(program);
+      person.serve(program, folder_.path());
     }
     std::fclose(file);
     std::vector<Json> replies;
@@ -77,7 +79,7 @@ class DrivePersonTest : public testing::Test {
     return all;
   }
 
-  sim::TempFolder folder_;
+  sim::TempFolder folder_, settings_;
 };
 
 TEST_F(DrivePersonTest, CommandsNestInModalScreensAndQuestions) {
@@ -159,7 +161,8 @@ TEST_F(DrivePersonTest, AFailedCommandAndARefusedRequestAreNotOk) {
            {state + "menus.0.shortcut", "Ctrl+F"}})
     EXPECT_EQ(at(r[11], path), text) << path;
   EXPECT_EQ(at(r[12], "waiting.dialog.text"), "Do you want to save changes?");
-  EXPECT_EQ(at(r[13], "ok") + at(r[13], "error.text"), "false'frmToy' stays open");
+  EXPECT_EQ(at(r[13], "ok") + at(r[13], "finished.0.error.text"),
+            "falseAll unsaved changes must be resolved before closing Quillon");
 }
 
 TEST_F(DrivePersonTest, TheEndOfInputCancelsWhateverWaitsAndFreesTheLocks) {

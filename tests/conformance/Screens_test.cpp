@@ -22,6 +22,7 @@
 #include "store/schema/CompanySchema.h"
 #include "store/schema/CreateCompany.h"
 #include "support/ScriptedPerson.h"
+#include "support/SimDesktop.h"
 #include "support/SimProcess.h"
 
 namespace quillon {
@@ -51,19 +52,15 @@ class Screens : public testing::TestWithParam<bool> {
     if (GetParam())
       for (const char* row : kRows) run(row);
     session_ =
-        std::make_unique<shell::Session>(store::Environment{*files_, clock_, "BEN", "PC", 99}, person_, surroundings());
+        std::make_unique<shell::Session>(store::Environment{*files_, clock_, "BEN", "PC", 99}, person_, desktop_);
+    desktop_.given().today = Date(2026, 3, 5);
     shell::registerScreens(*session_);
     ledger::registerScreens(*session_);
-    session_->openCompany(sim::kSharedFolder);
+    session_->attach(sim::kSharedFolder);
     main_ = &app().open("TfrmQuillon");
   }
-  ~Screens() override { session_->closeCompany(); }
+  ~Screens() override { session_->detach(); }
 
-  static shell::Surroundings surroundings() {
-    shell::Surroundings given;
-    given.formats.today = [] { return Date(2026, 3, 5); };
-    return given;
-  }
   form::App& app() { return session_->app(); }
   void run(const std::string& statement) { store::Query(process_.database(), statement).execute(); }
 
@@ -88,10 +85,10 @@ class Screens : public testing::TestWithParam<bool> {
     return open;
   }
 
-  // Opens each screen that this version has, main window left out, and looks at it.
+  // Opens each screen that this version has, main window and splash left out, and looks at it.
   void eachScreen(const std::function<void(form::Screen&)>& look) {
     for (const form::ScreenEntry& entry : session_->registry().screens()) {
-      if (!entry.make || entry.className == "TfrmQuillon") continue;
+      if (!entry.make || entry.className == "TfrmQuillon" || entry.className == "TfrmSplash") continue;
       SCOPED_TRACE(entry.className);
       try {
         form::Screen& screen = app().open(entry.className, asked(entry));
@@ -139,6 +136,7 @@ class Screens : public testing::TestWithParam<bool> {
   sim::SimProcess process_{disk_, clock_, {}};
   std::unique_ptr<store::FileSystem> files_ = disk_.process();
   sim::ScriptedPerson person_;
+  sim::SimDesktop desktop_;
   std::unique_ptr<shell::Session> session_;
   form::Screen* main_ = nullptr;
 };
@@ -263,7 +261,9 @@ TEST_P(Screens, MenusLeadSomewhere) {
     EXPECT_TRUE(names.insert(row.name).second) << "another has the name " << row.name;
     const form::ScreenEntry* entry = row.screen.empty() ? nullptr : session_->registry().find(row.screen);
     EXPECT_TRUE(row.screen.empty() || entry != nullptr) << "leads to " << row.screen;
-    if (entry != nullptr && entry->make) continue;
+    ASSERT_NE(main_->find(row.name), nullptr);
+    EXPECT_TRUE(row.screen.empty() || main_->find(row.name)->enabled() == static_cast<bool>(entry->make));
+    if (main_->find(row.name)->enabled()) continue;
     person_.heard.clear();
     EXPECT_FALSE(input.menu(*main_, row).ok);
     EXPECT_TRUE(person_.takeHeard().starts_with("error: This version does not have "));

@@ -9,6 +9,7 @@
 #include "store/Query.h"
 #include "store/schema/CreateCompany.h"
 #include "support/ScriptedPerson.h"
+#include "support/SimDesktop.h"
 #include "support/SimProcess.h"
 
 namespace quillon::ledger {
@@ -27,10 +28,10 @@ class TwoAtAccounts : public testing::Test {
       store::Query(other_.database(), row).execute();
     shell::registerScreens(session_);
     ledger::registerScreens(session_);
-    session_.openCompany(sim::kSharedFolder);
+    session_.attach(sim::kSharedFolder);
     list_ = &session_.app().open("TfrmGLAccounts");
   }
-  ~TwoAtAccounts() override { session_.closeCompany(); }
+  ~TwoAtAccounts() override { session_.detach(); }
 
   // "accounts totals", as the other process sees them.
   std::string left() {
@@ -54,7 +55,8 @@ class TwoAtAccounts : public testing::Test {
   sim::SimProcess other_{disk_, clock_, {}};
   std::unique_ptr<store::FileSystem> files_ = disk_.process();
   sim::ScriptedPerson person_;
-  shell::Session session_{store::Environment{*files_, clock_, "BEN", "PC", 99}, person_, {}};
+  sim::SimDesktop desktop_;
+  shell::Session session_{store::Environment{*files_, clock_, "BEN", "PC", 99}, person_, desktop_};
   form::Screen* list_ = nullptr;
 };
 

@@ -12,7 +12,6 @@
 | Tax | TaxID, TaxName, Rate, TaxCode, TaxDescription, TaxGLAccountID | 1, 'T', 5, 'T', 'T', 8
 | Currency | CurrencyID, CurrencyName, APGLAccountID, APDiscGLAccountID, ARGLAccountID, ARDiscGLAccountID | 1, 'CAD', 8, 8, 8, 8
 | Bank | BankID, BankName | 1, 'B'
-| Company | CompanyNo | 1
 > {"sql":"INSERT INTO {1} ({2}) VALUES ({3})"}
 |
 > {"open":"TfrmGLAccounts"}

@@ -1,6 +1,6 @@
 # The program comes up on a company, tells what it has, refuses what is not there, and ends.
 @ --today 2026-03-05 --country Canada --date-format dd.MM.yyyy
-< {"ready":true,"ok":true,"messages":[],"waiting":null,"finished":[]}
+< {"ready":true,"ok":true,"messages":[],"closed":["frmSplash"],"waiting":null,"finished":[{"ok":true}]}
 > {"screens":true}
 < {"screens":[{"name":"frmQuillon","class":"TfrmQuillon","active":true,"modal":false}]}
 > {"state":"frmquillon"}
@@ -53,8 +53,6 @@
 < {"ok":false}
 > {"answer":"Yes"}
 < {"ok":false,"error":{"text":"Nothing waits for an answer"}}
-> {"close":"frmQuillon"}
-< {"ok":false}
 
 # Statements.
 > {"sql":"CREATE TABLE T (ID AutoInc PRIMARY KEY, Name VARCHAR(9), Amt Money, D Date, Ok Boolean)"}

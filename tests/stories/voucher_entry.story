@@ -14,9 +14,9 @@
 | GLAcSub1 (SubAccountID, SubAccount, SubAccountName, Suspended) VALUES (2, 'OLD', 'Closed', true)
 | GLAcSub2 (SubAccountID, SubAccount, SubAccountName) VALUES (1, 'A', 'Alpha')
 | GLAcSub3 (SubAccountID, SubAccount, SubAccountName) VALUES (1, 'Z', 'Omega')
-| Company (CompanyName) VALUES ('Acme')
 > {"sql":"INSERT INTO {1}"}
 |
+> {"sql":"UPDATE Company SET FiscalYear = NULL"}
 > {"menu":"GL > JVs"}
 > {"click":"frmJVs.mnuNew"}
 < {"opened":["frmJV"],"focus":"frmJV.editGLPeriod"}

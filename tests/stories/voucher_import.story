@@ -6,7 +6,6 @@
 | GLAcSub1 (SubAccountID, SubAccount, SubAccountName) VALUES (4, 'East', 'Eastern')
 | GLAcSub2 (SubAccountID, SubAccount, SubAccountName) VALUES (5, 'A', 'Alpha')
 | GLAcSub3 (SubAccountID, SubAccount, SubAccountName) VALUES (6, 'Z', 'Omega')
-| Company (CompanyName, FiscalYear) VALUES ('Acme', 2026)
 > {"sql":"INSERT INTO {1}"}
 |
 > {"menu":"GL > JVs"}

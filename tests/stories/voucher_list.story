@@ -1,7 +1,6 @@
 # A clerk looks through the journal vouchers: order, filter, find, copy, delete.
 @ --today 2026-03-05 --country Canada --date-format MM/dd/yyyy
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (1, '1000', 'Cash', 1)
-| Company (CompanyName, FiscalYear) VALUES ('Acme', 2026)
 | JV (JVID, GLYear, GLPeriod, JVNumber, Source, TransType, TransDate, TransDescription, JVAmount, Posted, AutoReverse) VALUES (1, 2026, 1, 1001, 'GL', 'JV', '2026-01-31', 'Rent January', 500, true, false)
 | JV (JVID, GLYear, GLPeriod, JVNumber, Source, TransType, TransDate, TransDescription, JVAmount, Posted, AutoReverse) VALUES (2, 2026, 2, 1002, 'GL', 'JV', '2026-02-28', 'RENT February', 1500.25, false, true)
 | JV (JVID, GLYear, GLPeriod, JVNumber, Source, TransType, TransDate, TransDescription, JVAmount, Posted) VALUES (3, 2026, 2, 2001, 'AP', 'Chq', '2026-02-02', 'Payments', 70, true)

@@ -1,7 +1,6 @@
 # Two programs at the same voucher, and at the same number.
 @ --today 2026-03-05 --country Canada
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (1, '1000', 'Cash', 1)
-| Company (CompanyName, FiscalYear) VALUES ('Acme', 2026)
 > {"sql":"INSERT INTO {1}"}
 |
 

@@ -1,0 +1,126 @@
+#include "shell/CompanySession.h"
+
+#include "base/Text.h"
+#include "shell/Companies.h"
+#include "shell/Security.h"
+#include "shell/Session.h"
+#include "store/Cursor.h"
+#include "store/Database.h"
+#include "store/Errors.h"
+#include "store/schema/CompanySchema.h"
+#include "store/vfs/File.h"
+
+namespace quillon::shell {
+namespace {
+
+std::string beginning(const std::string& name, const std::string& folder) {
+  if (name.empty()) return "Error opening database '" + folder + "'...";
+  return "Error opening company '" + name + "', database '" + folder + "'...";
+}
+
+bool refused(Session& session, const std::string& text) {
+  session.person().show(form::Tone::stop, text, kTitle);
+  return false;
+}
+
+// A row in place of the lost one, for "Your Company" to be entered again.
+void replaceLostCompany(Session& session) {
+  store::Cursor& company = session.tblCompany();
+  company.append();
+  company["CompanyName"] = "Data lost: please re-enter";
+  company["FiscalYear"] = 1990;
+  company["ApplicationVersion"] = kVersion;
+  company.post();
+  company.flush();
+  session.app().open("TfrmCompany");
+}
+
+void repairCompany(Session& session, const std::string& folder) {
+  {
+    store::Database database(session.store(), folder);
+    database.repairTable("Company", {.definition = store::companyTable("Company")});
+  }
+  session.attach(folder);
+}
+
+// True when the header was damaged and is mended.
+bool attachRepairing(Session& session, const std::string& start, const std::string& folder) {
+  try {
+    session.attach(folder);
+    return false;
+  } catch (const store::StoreError& error) {
+    if (error.code() != store::Code::headerDamaged) throw;
+    session.person().show(form::Tone::warning,
+                          start + "\r" + error.what() + "\rThe program will now attempt to repair it.", kTitle);
+  }
+  repairCompany(session, folder);
+  return true;
+}
+
+bool isSampleData(Session& session, const std::string& name) {
+  if (name == kSampleData) return true;
+  store::Cursor& company = session.tblCompany();
+  return !company.isEmpty() && company["CompanyName"].asText().starts_with(kSampleData);
+}
+
+// Empty where this program can work on it.
+std::string otherVersion(Session& session) {
+  store::Cursor& company = session.tblCompany();
+  if (company.isEmpty()) return {};
+  const std::string stored = company["ApplicationVersion"].asText();
+  if (stored == kVersion) return {};
+  return "Database '" + session.dataFolder + "' was created by a different version...\r\rProgram: " + kVersion +
+         "  Database: " + stored +
+         "\r\rData entered to a previous version must be imported so as to be compatible with the new version.\rPlease "
+         "see readme.txt for instructions.";
+}
+
+}  // namespace
+
+bool openCompany(Session& session, const std::string& name, const std::string& folder) {
+  const std::string start = beginning(name, folder);
+  if (!session.store().environment().files.folderExists(folder))
+    return refused(session, start + "\rThe specified directory does not exist.");
+  if (!holdsCompany(session, folder))
+    return refused(session, start + "\rThe specified directory does not contain a database.");
+  if (session.hasCompany()) closeCompany(session);
+  session.dataFolder = folder;
+  session.sampleDataOpen = false;
+  try {
+    const bool repaired = attachRepairing(session, start, folder);
+    session.sampleDataOpen = isSampleData(session, name);
+    if (repaired && session.tblCompany().isEmpty()) replaceLostCompany(session);
+    if (repaired) return true;
+  } catch (const Error& error) {
+    session.detach();
+    return refused(session, start + "\r" + error.what());
+  }
+  const std::string version = otherVersion(session);
+  if (version.empty()) return true;
+  session.detach();
+  return refused(session, version);
+}
+
+void closeForms(Session& session, const std::string& words) {
+  const bool all = session.app().closeAll();
+  session.app().settle();
+  if (!all) throw Error(words);
+}
+
+void closeCompany(Session& session) {
+  closeForms(session, kFormsOpenAtChange);
+  session.detach();
+}
+
+bool enterCompany(Session& session, const std::string& name, const std::string& folder) {
+  session.menusEnabled = openCompany(session, name, folder) && login(session);
+  if (session.menusEnabled) setUpIfNew(session, name);
+  return session.menusEnabled;
+}
+
+void setUpIfNew(Session& session, const std::string& name) {
+  if (!session.tblCompany().isEmpty()) return;
+  session.app().runModal("TfrmGettingStarted", {.values = {{"CompanyName", store::Value(name)}}});
+}
+
+}  // namespace quillon::shell
