@@ -236,8 +236,7 @@ Ended Input::close(Screen& screen) {
 Ended Input::menu(Screen& main, const MenuRow& row) {
   require(main);
   Control* entry = main.find(row.name);
-  const ScreenEntry* screen = app_.registry().find(row.screen);
-  if (entry != nullptr && (row.screen.empty() || (screen != nullptr && screen->make))) return click(main, *entry);
+  if (entry != nullptr && entry->command()) return click(main, *entry);
   return app_.run(main, main.name() + "." + row.name,
                   [&] { throw Error("This version does not have '" + plainCaption(row.path) + "' yet"); });
 }

@@ -136,12 +136,16 @@ bool TfrmQuillon::isOffered(const std::string& screen) const {
 }
 
 Control& TfrmQuillon::entryOf(form::Layout& l, const form::MenuRow& row, bool ofModules) {
-  const std::size_t at = row.path.rfind('>');
-  const auto command = commands_.find(row.name);
-  const bool known = row.screen.empty() ? command != commands_.end() : isOffered(row.screen);
-  Control& entry = l.entry(
-      row.name, std::string(trim(row.path.substr(at + 1))),
-      command != commands_.end() ? command->second : [this, &row] { app().openFromMenu(row.screen); });
+  const auto found = commands_.find(row.name);
+  // Without a command: this version does not have it.
+  std::function<void()> command;
+  if (found != commands_.end())
+    command = found->second;
+  else if (isOffered(row.screen))
+    command = [this, &row] { app().openFromMenu(row.screen); };
+  const bool known = command && (row.screen.empty() || isOffered(row.screen));
+  Control& entry = l.entry(row.name, std::string(trim(row.path.substr(row.path.rfind('>') + 1))),
+                           known ? std::move(command) : nullptr);
   entry.enabledWhen([this, known, ofModules] { return known && (!ofModules || session_.menusEnabled); });
   for (const Switch* some : {&viewCompanyName_, &toolbarText_, &viewConfirmExit_})
     if (row.name == "mnu" + std::string(some->key)) entry.checkedWhen([some] { return some->on; });
