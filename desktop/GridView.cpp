@@ -1,0 +1,316 @@
+#include "desktop/GridView.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
+
+#include "desktop/Hands.h"
+#include "desktop/Text.h"
+#include "form/Screen.h"
+
+namespace quillon::desktop {
+namespace {
+
+constexpr int kPadding = 6;
+constexpr int kWidestColumn = 42;  // characters
+constexpr int kThumb = 1000;       // places of the thumb where rows are not counted
+
+// What is typed in the active cell. Keys that mean something to the grid go to the program.
+class CellEditor final : public QLineEdit {
+ public:
+  CellEditor(Hands& hands, QWidget* parent) : QLineEdit(parent), hands_(hands) {
+    setFrame(false);
+    QObject::connect(this, &QLineEdit::textEdited, [this](const QString& text) {
+      hands_.act([&](form::Input& input) { input.type(hands_.screen(), typed(text)); });
+    });
+  }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    switch (event->key()) {
+      case Qt::Key_Up:
+      case Qt::Key_Down:
+      case Qt::Key_PageUp:
+      case Qt::Key_PageDown:
+        hands_.key(keyName(*event));
+        break;
+      default:
+        QLineEdit::keyPressEvent(event);
+    }
+  }
+
+ private:
+  Hands& hands_;
+};
+
+}  // namespace
+
+GridArea::GridArea(Hands& hands, form::Control& control, QWidget& parent)
+    : QAbstractScrollArea(&parent), hands_(hands), control_(control), editor_(new CellEditor(hands, viewport())) {
+  setFocusPolicy(Qt::StrongFocus);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  editor_->hide();
+  QObject::connect(verticalScrollBar(), &QScrollBar::valueChanged, [this](int value) { scrolled(value); });
+  QObject::connect(horizontalScrollBar(), &QScrollBar::valueChanged, [this] { viewport()->update(); });
+}
+
+GridArea::~GridArea() = default;
+
+QSize GridArea::sizeHint() const {
+  int width = verticalScrollBar()->sizeHint().width() + 4;
+  for (const Column& column : columns()) width += column.width;
+  const int rows = control_.height() > 0 ? control_.height() : grid().lines() ? 9 : 16;
+  return {width, headerHeight() + rowHeight() * rows + 4};
+}
+
+int GridArea::rowsOnView() const { return std::max(1, (viewport()->height() - headerHeight()) / rowHeight()); }
+
+int GridArea::widthOfColumn(const form::Control& column) const {
+  int characters = std::min(column.width(), kWidestColumn);
+  if (characters == 0) characters = 12;
+  const int caption = fontMetrics().horizontalAdvance(shown(form::plainCaption(column.caption())));
+  return std::max(widthOf(*this, characters), caption) + 2 * kPadding;
+}
+
+std::vector<GridArea::Column> GridArea::columns() const {
+  std::vector<Column> all;
+  int left = -horizontalScrollBar()->value();
+  for (const auto& column : grid().columns()) {
+    if (!column->visible()) continue;
+    all.push_back({column.get(), left, widthOfColumn(*column)});
+    left += all.back().width;
+  }
+  // The last column takes the room that is left.
+  if (!all.empty() && left < viewport()->width()) all.back().width += viewport()->width() - left;
+  return all;
+}
+
+// Reads the rows on view: those around the active one, unless the thumb says otherwise.
+void GridArea::fetch() {
+  const auto count = static_cast<std::size_t>(rowsOnView());
+  const std::optional<std::uint64_t> active = grid().activeRow(), total = grid().total();
+  if (!total) {
+    view_ = grid().rowsAround(count / 2, count - count / 2 - 1);
+    top_ = 0;
+  } else {
+    if (follows_ && active && *active < top_) top_ = *active;
+    if (follows_ && active && *active >= top_ + count) top_ = *active - count + 1;
+    top_ = std::min(top_, *total > count ? *total - count : 0);
+    view_ = grid().rows(top_, count);
+  }
+  QScrollBar* bar = verticalScrollBar();
+  const QSignalBlocker quiet(bar);
+  const bool whole = total && *total <= count;
+  bar->setRange(0, whole ? 0 : total ? static_cast<int>(std::min<std::uint64_t>(*total - count, INT32_MAX)) : kThumb);
+  bar->setPageStep(static_cast<int>(count));
+  bar->setValue(total ? static_cast<int>(top_) : kThumb / 2);
+}
+
+void GridArea::scrolled(int value) {
+  if (!grid().total()) {
+    // Uncounted rows are turned page by page; the thumb goes back to the middle.
+    hands_.key(value > kThumb / 2 ? "PgDn" : "PgUp");
+    return;
+  }
+  top_ = static_cast<std::uint64_t>(value);
+  follows_ = false;
+  fetch();
+  syncEditor();
+  viewport()->update();
+}
+
+void GridArea::sync() {
+  follows_ = true;
+  fetch();
+  limitSideways();
+  syncEditor();
+  viewport()->update();
+}
+
+void GridArea::limitSideways() {
+  int width = 0;
+  for (const auto& column : grid().columns())
+    if (column->visible()) width += widthOfColumn(*column);
+  horizontalScrollBar()->setRange(0, std::max(0, width - viewport()->width()));
+  horizontalScrollBar()->setPageStep(viewport()->width());
+}
+
+QWidget* GridArea::typingWidget() const {
+  return editor_->isHidden() ? static_cast<QWidget*>(const_cast<GridArea*>(this)) : editor_;
+}
+
+QRect GridArea::activeCell() const {
+  for (std::size_t place = 0; place < view_.rows.size(); ++place) {
+    if (!view_.rows[place].active) continue;
+    for (const Column& column : columns())
+      if (column.control == hands_.screen().target())
+        return {column.left, headerHeight() + static_cast<int>(place) * rowHeight(), column.width, rowHeight()};
+  }
+  return {};
+}
+
+void GridArea::syncEditor() {
+  const form::Screen& screen = hands_.screen();
+  const QRect cell = activeCell();
+  if (screen.focused() != &control_ || !screen.typed() || cell.isEmpty()) {
+    editor_->hide();
+    return;
+  }
+  editor_->setGeometry(cell.adjusted(1, 1, -1, -1));
+  if (const QString text = shown(*screen.typed()); editor_->text() != text) editor_->setText(text);
+  if (!editor_->isHidden()) return;
+  editor_->show();
+  editor_->setFocus();
+  editor_->end(false);
+}
+
+// Painting.
+
+void GridArea::paintEvent(QPaintEvent*) {
+  QPainter painter(viewport());
+  painter.fillRect(viewport()->rect(), palette().base());
+  const auto all = columns();
+  for (std::size_t place = 0; place < view_.rows.size(); ++place) paintRow(painter, all, place);
+  paintHeader(painter, all);
+}
+
+void GridArea::paintHeader(QPainter& painter, const std::vector<Column>& columns) const {
+  const QRect whole(0, 0, viewport()->width(), headerHeight());
+  painter.fillRect(whole, palette().button());
+  painter.setPen(palette().color(QPalette::Mid));
+  painter.drawLine(whole.bottomLeft(), whole.bottomRight());
+  for (const Column& column : columns) {
+    const QRect cell(column.left, 0, column.width, headerHeight());
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawLine(cell.right(), cell.top() + 4, cell.right(), cell.bottom() - 4);
+    painter.setPen(palette().color(QPalette::ButtonText));
+    const bool right = column.control->binding() && column.control->binding()->alignsRight();
+    painter.drawText(cell.adjusted(kPadding, 0, -kPadding, 0),
+                     (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
+                     shown(form::plainCaption(column.control->caption())));
+  }
+}
+
+void GridArea::paintRow(QPainter& painter, const std::vector<Column>& columns, std::size_t place) const {
+  const form::Grid::Row& row = view_.rows[place];
+  const int top = headerHeight() + static_cast<int>(place) * rowHeight();
+  const QRect whole(0, top, viewport()->width(), rowHeight());
+  const bool focused = hasFocus() || editor_->hasFocus();
+  const bool marked = row.active && (!grid().lines() || !focused);
+  const QPalette::ColorGroup group = focused ? QPalette::Active : QPalette::Inactive;
+  if (row.active && !grid().lines())
+    painter.fillRect(whole, palette().color(group, QPalette::Highlight));
+  else if (place % 2 == 1)
+    painter.fillRect(whole, palette().alternateBase());
+  const QColor ink =
+      marked && !grid().lines() ? palette().color(group, QPalette::HighlightedText) : palette().color(QPalette::Text);
+  for (std::size_t i = 0; i < columns.size() && i < row.texts.size(); ++i) {
+    const QRect cell(columns[i].left, top, columns[i].width, rowHeight());
+    if (row.active && grid().lines() && focused && columns[i].control == hands_.screen().target()) {
+      painter.fillRect(cell.adjusted(1, 1, -1, -1), palette().color(QPalette::Highlight));
+      painter.setPen(palette().color(QPalette::HighlightedText));
+    } else {
+      painter.setPen(ink);
+    }
+    const bool right = columns[i].control->binding() && columns[i].control->binding()->alignsRight();
+    const QRect inner = cell.adjusted(kPadding, 0, -kPadding, 0);
+    const QString text =
+        painter.fontMetrics().elidedText(shown(row.texts[i]).section('\n', 0, 0), Qt::ElideRight, inner.width());
+    painter.drawText(inner, (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter, text);
+    if (!grid().lines()) continue;
+    painter.setPen(palette().color(QPalette::Midlight));
+    painter.drawLine(cell.topRight(), cell.bottomRight());
+  }
+  painter.setPen(palette().color(QPalette::Midlight));
+  if (grid().lines()) painter.drawLine(whole.bottomLeft(), whole.bottomRight());
+}
+
+// Hands.
+
+void GridArea::resizeEvent(QResizeEvent* event) {
+  QAbstractScrollArea::resizeEvent(event);
+  limitSideways();
+  fetch();
+  syncEditor();
+}
+
+std::optional<GridArea::Spot> GridArea::spotAt(QPoint point) const {
+  if (point.y() < headerHeight()) return std::nullopt;
+  const auto place = static_cast<std::size_t>((point.y() - headerHeight()) / rowHeight());
+  if (place >= view_.rows.size()) return std::nullopt;
+  for (const Column& column : columns())
+    if (point.x() >= column.left && point.x() < column.left + column.width) return Spot{place, column.control};
+  return Spot{place, nullptr};
+}
+
+void GridArea::goTo(const Spot& spot) {
+  if (view_.from) {
+    const std::uint64_t row = *view_.from + spot.place;
+    const std::string column = spot.column ? spot.column->name() : std::string();
+    hands_.act([&](form::Input& input) { input.cell(hands_.screen(), control_, row, column); });
+    return;
+  }
+  const auto active = std::ranges::find_if(view_.rows, [](const form::Grid::Row& row) { return row.active; });
+  for (auto way = static_cast<std::ptrdiff_t>(spot.place) - (active - view_.rows.begin()); way != 0;
+       way += way > 0 ? -1 : 1)
+    hands_.act([&](form::Input& input) { input.grid(hands_.screen(), control_, way > 0 ? "down" : "up"); });
+}
+
+void GridArea::mousePressEvent(QMouseEvent* event) {
+  setFocus(Qt::MouseFocusReason);
+  if (const auto spot = spotAt(event->pos())) goTo(*spot);
+}
+
+void GridArea::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (!spotAt(event->pos())) return;
+  if (control_.command())
+    hands_.act([this](form::Input& input) { input.click(hands_.screen(), control_); });
+  else if (const form::Control* target = hands_.screen().target();
+           target && target->binding() && target->binding()->hasPicker())
+    hands_.key("F2");
+}
+
+void GridArea::keyPressEvent(QKeyEvent* event) {
+  const std::string key = keyName(*event);
+  if (key.empty())
+    QAbstractScrollArea::keyPressEvent(event);
+  else
+    hands_.key(key);
+}
+
+void GridArea::focusInEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
+  if (!hands_.isSyncing() && hands_.screen().focused() != &control_)
+    hands_.act([this](form::Input& input) { input.focus(hands_.screen(), control_); });
+}
+
+namespace {
+
+class GridView final : public ControlView {
+ public:
+  GridView(Hands& hands, form::Control& control, QWidget& parent)
+      : ControlView(hands, control), area_(new GridArea(hands, control, parent)) {}
+  QWidget* widget() const override { return area_; }
+  QWidget* focusWidget() const override { return area_->typingWidget(); }
+  bool stretches() const override { return true; }
+  void sync() override {
+    syncLooks();
+    area_->sync();
+  }
+
+ private:
+  GridArea* area_;
+};
+
+}  // namespace
+
+ViewPtr makeGridView(Hands& hands, form::Control& control, QWidget& parent) {
+  return std::make_unique<GridView>(hands, control, parent);
+}
+
+}  // namespace quillon::desktop

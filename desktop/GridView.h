@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QAbstractScrollArea>
+#include <optional>
+
+#include "desktop/ControlView.h"
+#include "form/Grid.h"
+
+class QLineEdit;
+
+namespace quillon::desktop {
+
+// The rows of a grid. Asks for those on view and no others; the active one stays on view.
+class GridArea final : public QAbstractScrollArea {
+ public:
+  GridArea(Hands& hands, form::Control& control, QWidget& parent);
+  ~GridArea() override;
+
+  void sync();
+  QWidget* typingWidget() const;  // where the next key goes
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  bool focusNextPrevChild(bool) override { return false; }  // the program moves the focus
+  QSize sizeHint() const override;
+
+ private:
+  struct Column {
+    form::Control* control;
+    int left, width;
+  };
+
+  form::Grid& grid() const { return *control_.grid(); }
+  int rowHeight() const { return fontMetrics().height() + 6; }
+  int headerHeight() const { return fontMetrics().height() + 10; }
+  int rowsOnView() const;
+  std::vector<Column> columns() const;
+  int widthOfColumn(const form::Control& column) const;
+  void fetch();
+  void limitSideways();
+  void scrolled(int value);
+  void paintHeader(QPainter& painter, const std::vector<Column>& columns) const;
+  void paintRow(QPainter& painter, const std::vector<Column>& columns, std::size_t place) const;
+  QRect activeCell() const;
+  void syncEditor();
+  // Which row of those on view, and which column, is at a point; nothing outside of the rows.
+  struct Spot {
+    std::size_t place;
+    const form::Control* column;
+  };
+  std::optional<Spot> spotAt(QPoint point) const;
+  void goTo(const Spot& spot);
+
+  Hands& hands_;
+  form::Control& control_;
+  form::Grid::View view_;
+  std::uint64_t top_ = 0;
+  bool follows_ = true;  // the active row; not while the thumb is dragged
+  QLineEdit* editor_;
+};
+
+}  // namespace quillon::desktop

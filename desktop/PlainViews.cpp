@@ -1,0 +1,145 @@
+// What is only looked at or pressed: texts, marks, lines, buttons, pictures, progress.
+#include <QFrame>
+#include <QIcon>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QToolButton>
+#include <algorithm>
+
+#include "desktop/ControlView.h"
+#include "desktop/Hands.h"
+#include "desktop/Icons.h"
+#include "desktop/Text.h"
+#include "form/Screen.h"
+
+namespace quillon::desktop {
+namespace {
+
+class TextView final : public ControlView {
+ public:
+  TextView(Hands& hands, form::Control& control, QWidget& parent)
+      : ControlView(hands, control), label_(new QLabel(&parent)) {
+    label_->setTextFormat(Qt::PlainText);
+    label_->setWordWrap(false);
+    if (control.kind() == form::Kind::mark) {
+      label_->setForegroundRole(QPalette::NoRole);
+      label_->setStyleSheet("color: #d03030; font-weight: bold");
+    }
+  }
+  QWidget* widget() const override { return label_; }
+  void sync() override {
+    syncLooks();
+    if (const QString text = shown(control_.caption()); label_->text() != text) label_->setText(text);
+  }
+
+ private:
+  QLabel* label_;
+};
+
+class LineView final : public ControlView {
+ public:
+  LineView(Hands& hands, form::Control& control, QWidget& parent)
+      : ControlView(hands, control), line_(new QFrame(&parent)) {
+    line_->setFrameShape(QFrame::HLine);
+    line_->setFrameShadow(QFrame::Sunken);
+  }
+  QWidget* widget() const override { return line_; }
+  void sync() override { syncLooks(); }
+
+ private:
+  QFrame* line_;
+};
+
+// In a toolbar the icon stands above the caption; elsewhere a button is its caption.
+class ButtonView final : public ControlView {
+ public:
+  ButtonView(Hands& hands, form::Control& control, QWidget& parent) : ControlView(hands, control) {
+    const QIcon icon = iconNamed(control.name());
+    if (icon.isNull()) {
+      auto* button = new QPushButton(&parent);
+      button->setAutoDefault(false);
+      button->setDefault(control.isDefault());
+      const std::string caption = control.caption();
+      if (caption == "..." || caption.size() == 1) button->setFixedWidth(widthOf(*button, 5));
+      button_ = button;
+    } else {
+      auto* button = new QToolButton(&parent);
+      button->setIcon(icon);
+      button->setIconSize(QSize(24, 24));
+      button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+      button->setAutoRaise(true);
+      button->setFocusPolicy(Qt::TabFocus);
+      button_ = button;
+    }
+    QObject::connect(button_, &QAbstractButton::clicked,
+                     [this] { hands_.act([this](form::Input& input) { input.click(hands_.screen(), control_); }); });
+  }
+  QWidget* widget() const override { return button_; }
+  QWidget* focusWidget() const override { return button_; }
+  void sync() override {
+    syncLooks();
+    if (const QString caption = shown(control_.caption()); button_->text() != caption) button_->setText(caption);
+  }
+
+ private:
+  QAbstractButton* button_ = nullptr;
+};
+
+class PictureView final : public ControlView {
+ public:
+  PictureView(Hands& hands, form::Control& control, QWidget& parent)
+      : ControlView(hands, control), label_(new QLabel(&parent)) {
+    label_->setFixedSize(320, 160);
+    label_->setFrameShape(QFrame::StyledPanel);
+    label_->setAlignment(Qt::AlignCenter);
+  }
+  QWidget* widget() const override { return label_; }
+  void sync() override {
+    syncLooks();
+    const store::Value value = control_.binding()->data();
+    const std::string bytes = value.isNull() ? std::string() : value.asBlob().bytes;
+    if (bytes == bytes_) return;
+    bytes_ = bytes;
+    QPixmap picture;
+    picture.loadFromData(reinterpret_cast<const uchar*>(bytes.data()), static_cast<uint>(bytes.size()));
+    label_->setPixmap(picture.isNull() ? picture
+                                       : picture.scaled(label_->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+  }
+
+ private:
+  QLabel* label_;
+  std::string bytes_;
+};
+
+class ProgressView final : public ControlView {
+ public:
+  ProgressView(Hands& hands, form::Control& control, QWidget& parent)
+      : ControlView(hands, control), bar_(new QProgressBar(&parent)) {
+    bar_->setTextVisible(false);
+  }
+  QWidget* widget() const override { return bar_; }
+  void sync() override { syncLooks(); }
+
+ private:
+  QProgressBar* bar_;
+};
+
+}  // namespace
+
+ViewPtr makeTextView(Hands& hands, form::Control& control, QWidget& parent) {
+  const bool line = control.kind() == form::Kind::separator || control.kind() == form::Kind::splitter;
+  if (line) return std::make_unique<LineView>(hands, control, parent);
+  return std::make_unique<TextView>(hands, control, parent);
+}
+ViewPtr makeButtonView(Hands& hands, form::Control& control, QWidget& parent) {
+  return std::make_unique<ButtonView>(hands, control, parent);
+}
+ViewPtr makePictureView(Hands& hands, form::Control& control, QWidget& parent) {
+  return std::make_unique<PictureView>(hands, control, parent);
+}
+ViewPtr makeProgressView(Hands& hands, form::Control& control, QWidget& parent) {
+  return std::make_unique<ProgressView>(hands, control, parent);
+}
+
+}  // namespace quillon::desktop

@@ -1,0 +1,192 @@
+#include "desktop/Window.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <QShortcut>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+#include <algorithm>
+
+#include "desktop/Front.h"
+#include "desktop/Icons.h"
+#include "desktop/Text.h"
+
+namespace quillon::desktop {
+
+using form::Kind;
+
+Window::Window(Front& front, form::Screen& screen, Window* parent)
+    : QWidget(parent, Qt::Window), hands_(front, front.input(), screen) {
+  setWindowIcon(programIcon());
+  setObjectName(shown(screen.name()));
+  auto* layout = new QVBoxLayout(this);
+  buildMenus(screen.root());
+  if (menus_ != nullptr) layout->setMenuBar(menus_);
+  root_ = makeHolderView(hands_, screen.root(), *this);
+  layout->addWidget(root_->widget());
+  addShortcuts(screen.root());
+  for (QWidget* widget : findChildren<QWidget*>()) widget->installEventFilter(this);
+}
+
+// Menus.
+
+void Window::buildMenus(form::Control& holder) {
+  for (const auto& control : holder.children()) {
+    if (control->kind() != Kind::menu) {
+      buildMenus(*control);
+      continue;
+    }
+    if (menus_ == nullptr) menus_ = new QMenuBar(this);
+    QMenu* menu = menus_->addMenu(shown(control->caption()));
+    dropDowns_.push_back({menu->menuAction(), control.get()});
+    buildMenu(*menu, *control);
+  }
+}
+
+void Window::buildMenu(QMenu& menu, form::Control& holder) {
+  menu.setToolTipsVisible(true);
+  for (const auto& control : holder.children()) {
+    if (control->kind() == Kind::separator) {
+      menu.addSeparator();
+    } else if (control->kind() == Kind::menu) {
+      QMenu* below = menu.addMenu(shown(control->caption()));
+      dropDowns_.push_back({below->menuAction(), control.get()});
+      buildMenu(*below, *control);
+    } else {
+      QAction* action = menu.addAction(shown(control->caption()));
+      action->setObjectName(shown(control->name()));
+      if (!control->shortcut().empty()) action->setShortcut(QKeySequence(shown(control->shortcut())));
+      QObject::connect(action, &QAction::triggered, [this, entry = control.get()] {
+        hands_.act([&](form::Input& input) { input.click(screen(), *entry); });
+      });
+      entries_.push_back({action, control.get()});
+    }
+  }
+}
+
+void Window::addShortcuts(form::Control& holder) {
+  for (const auto& control : holder.children()) {
+    if (control->kind() == Kind::button && !control->shortcut().empty()) {
+      auto* shortcut = new QShortcut(QKeySequence(shown(control->shortcut())), this);
+      QObject::connect(shortcut, &QShortcut::activated, [this, button = control.get()] {
+        hands_.act([&](form::Input& input) { input.click(screen(), *button); });
+      });
+    }
+    addShortcuts(*control);
+  }
+}
+
+// In step.
+
+void Window::sync() {
+  setWindowTitle(shown(screen().title()));
+  for (const Entry& entry : entries_) {
+    entry.action->setText(shown(entry.control->caption()));
+    entry.action->setVisible(entry.control->visible());
+    entry.action->setEnabled(screen().isEnabled(*entry.control));
+    entry.action->setCheckable(entry.control->checked());
+    entry.action->setChecked(entry.control->checked());
+    entry.action->setToolTip(shown(entry.control->hint()));
+  }
+  for (const Entry& menu : dropDowns_) menu.action->setEnabled(menu.control->enabled());
+  root_->sync();
+  if (!wasShown_) placeFirst();
+  if (isMinimized() && !screen().minimised) showNormal();
+  const form::Control* focused = screen().focused();
+  ControlView* view = focused ? viewOf(*focused) : nullptr;
+  if (view != nullptr && view->focusWidget() && focusWidget() != view->focusWidget()) view->focusWidget()->setFocus();
+}
+
+void Window::placeFirst() {
+  wasShown_ = true;
+  const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+  resize(sizeHint().boundedTo(room.size()));
+  if (screen().entry().lifetime == form::Lifetime::kept && screen().root().children().front()->kind() == Kind::menu)
+    move(room.topLeft());
+  else
+    move(room.center() - rect().center());
+  show();
+}
+
+void Window::makeModal() { setWindowModality(Qt::ApplicationModal); }
+
+void Window::bringFront() {
+  if (isActiveWindow() || QApplication::activePopupWidget() || QApplication::activeModalWidget() == this) return;
+  raise();
+  activateWindow();
+}
+
+ControlView* Window::viewOf(const form::Control& control) const {
+  std::vector<ControlView*> all = {root_.get()};
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    if (&all[i]->control() == &control) return all[i];
+    for (const ViewPtr& view : all[i]->inside()) all.push_back(view.get());
+  }
+  return nullptr;
+}
+
+// Hands.
+
+void Window::leave() {
+  leaving_ = true;
+  close();
+}
+
+void Window::closeEvent(QCloseEvent* event) {
+  if (leaving_) return event->accept();
+  event->ignore();
+  hands_.act([this](form::Input& input) { input.close(screen()); });
+}
+
+void Window::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange && !leaving_) screen().minimised = isMinimized();
+}
+
+// The keys by which a person moves about, and the wheel, are the program's and not the widgets' own.
+bool Window::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Wheel) {
+    const int way = static_cast<QWheelEvent*>(event)->angleDelta().y();
+    return way != 0 && wheel(way);
+  }
+  if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+  const auto& key = *static_cast<QKeyEvent*>(event);
+  const bool lines = qobject_cast<QPlainTextEdit*>(watched) != nullptr;
+  switch (key.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (lines) return false;
+      break;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+    case Qt::Key_Escape:
+    case Qt::Key_F1:
+    case Qt::Key_F2:
+    case Qt::Key_F5:
+      break;
+    default:
+      return QWidget::eventFilter(watched, event);
+  }
+  if (qobject_cast<QMenu*>(watched) || qobject_cast<QMenuBar*>(watched)) return false;
+  hands_.key(keyName(key));
+  return true;
+}
+
+// As the Up and Down keys, where they move something.
+bool Window::wheel(int way) {
+  const form::Control* focused = screen().focused();
+  if (focused == nullptr) return false;
+  const Kind kind = focused->kind();
+  const bool moves =
+      kind == Kind::grid || kind == Kind::list || kind == Kind::chooser || kind == Kind::choice || kind == Kind::month;
+  if (moves) hands_.key(way > 0 ? "Up" : "Down");
+  return moves;
+}
+
+}  // namespace quillon::desktop

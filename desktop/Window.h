@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QWidget>
+#include <vector>
+
+#include "desktop/ControlView.h"
+#include "desktop/Hands.h"
+
+class QAction;
+class QMenu;
+class QMenuBar;
+
+namespace quillon::desktop {
+
+class Front;
+
+// A screen as a window of the desktop.
+class Window final : public QWidget {
+ public:
+  // `parent`: the modal screen's window that it was opened from; null for most.
+  Window(Front& front, form::Screen& screen, Window* parent);
+
+  form::Screen& screen() const { return hands_.screen(); }
+  // Shows what the screen is now, and the window itself, once it is new.
+  void sync();
+  // Nothing else can be used while it is there. Before it is shown.
+  void makeModal();
+  void bringFront();
+  // The screen is closed; the window goes without a question.
+  void leave();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  struct Entry {
+    QAction* action;
+    form::Control* control;
+  };
+
+  void buildMenus(form::Control& holder);
+  void buildMenu(QMenu& menu, form::Control& control);
+  void addShortcuts(form::Control& holder);
+  bool wheel(int way);
+  ControlView* viewOf(const form::Control& control) const;
+  void placeFirst();
+
+  Hands hands_;
+  QMenuBar* menus_ = nullptr;
+  std::vector<Entry> entries_;
+  std::vector<Entry> dropDowns_;
+  ViewPtr root_;
+  bool leaving_ = false, wasShown_ = false;
+};
+
+}  // namespace quillon::desktop
