@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <ranges>
+#include <stdexcept>
 
 #include "base/Text.h"
 #include "form/Ending.h"
@@ -38,7 +39,9 @@ App::~App() {
 }
 
 void App::settle() {
-  if (database_ != nullptr) database_->settle();
+  if (database_ == nullptr) return;
+  if (database_->inTransaction()) throw std::logic_error("somebody would wait for a person within a transaction");
+  database_->settle();
 }
 
 void App::setDatabase(store::Database* database) {

@@ -62,7 +62,8 @@ class App {
   void setDatabase(store::Database* database);
   store::Database& database() const;  // Error when no company is open
   bool hasDatabase() const { return database_ != nullptr; }
-  // Publishes what the store gathered; done when a command ends. A person who lets somebody wait calls it before.
+  // Publishes what the store gathered; done when a command ends. A person who lets somebody wait calls it before:
+  // within a transaction nobody may be asked, which is a fault of the program (std::logic_error).
   void settle();
   // A read-only cursor on a table that codes and names are looked up in; lives until the company is closed.
   store::Cursor& lookUp(std::string_view table);

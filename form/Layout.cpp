@@ -1,13 +1,27 @@
 #include "form/Layout.h"
 
 #include <algorithm>
+#include <set>
 
+#include "base/Text.h"
 #include "form/App.h"
 #include "form/Grid.h"
 #include "store/Cursor.h"
 
 namespace quillon::form {
 namespace {
+
+// Raises a name that stands there twice.
+void requireNames(const Control& control, std::set<std::string>& names) {
+  if (!control.name().empty() && !names.insert(foldCase(control.name())).second)
+    throw Error("Two controls are named '" + control.name() + "'");
+  for (const auto& child : control.children()) requireNames(*child, names);
+}
+
+bool holds(const Control& control, std::string_view name) {
+  return equalFolded(control.name(), name) ||
+         std::ranges::any_of(control.children(), [&](const auto& child) { return holds(*child, name); });
+}
 
 std::string fieldName(const store::Field& field) { return field.definition().name; }
 
@@ -35,6 +49,10 @@ BindingPtr bindingOf(App& app, const store::Field& field, ConverterPtr converter
 std::string controlNameOf(std::string_view field) {
   if (field.size() > 2 && field.ends_with("ID")) field.remove_suffix(2);
   return std::string(field);
+}
+
+bool Layout::isNamed(std::string_view name) const {
+  return std::ranges::any_of(loose_, [&](const auto& control) { return holds(*control, name); });
 }
 
 Control& Layout::make(Kind kind, std::string name, std::string caption) {
@@ -79,7 +97,8 @@ Control& Layout::memo(std::string caption, const store::Field& field) {
 
 Control& Layout::code(std::string caption, const store::Field& idField, CodeOf code) {
   const std::string name = fieldName(idField);
-  Control& control = make(Kind::edit, "edit" + controlNameOf(name), std::move(caption));
+  const std::string shown = "edit" + controlNameOf(name);
+  Control& control = make(Kind::edit, isNamed(shown) ? "edit" + code.shownField : shown, std::move(caption));
   control.bind(codeBinding(screen_.app(), idField.cursor(), name, std::move(code)));
   return control;
 }
@@ -248,6 +267,8 @@ std::unique_ptr<Control> Layout::finish() {
   auto root = std::make_unique<Control>(Kind::group, std::string());
   for (std::unique_ptr<Control>& control : loose_) root->adopt(std::move(control));
   loose_.clear();
+  std::set<std::string> names;
+  requireNames(*root, names);
   return root;
 }
 

@@ -18,7 +18,7 @@ class Screen;
 //
 // A function makes a control that stands nowhere yet; row, group, page and the like put it in its place. What stands in
 // none of them is put below the last. Names follow from the field where none is given: edit, chk, cbo or grd, and the
-// field's name without "ID" at its end.
+// field's name without "ID" at its end; a second code on one id is named after what it shows. A name stands once.
 class Layout {
  public:
   explicit Layout(Screen& screen) : screen_(screen) {}
@@ -42,7 +42,7 @@ class Layout {
   Control& choice(std::string name, std::string caption, Variable& variable, ConverterPtr choices);
   Control& list(std::string name, std::string caption, Variable& variable, ConverterPtr choices);
   Control& code(std::string name, std::string caption, Variable& variable, CodeOf code);
-  // editPeriod and editYear, side by side.
+  // editGLPeriod and editGLYear, side by side.
   Control& period(std::string caption, Variable& period, Variable& year);
   Control& date(std::string name, std::string caption, Variable& variable);
   Control& month(std::string name, Variable& date);
@@ -100,12 +100,14 @@ class Layout {
   }
   template <typename... Controls>
   Control& pages(Controls&... controls) {
-    return place(Kind::pages, "", {&controls...});
+    return place(Kind::pages, "", {&controls...}).named("pagPages");
   }
   template <typename... Controls>
   Control& steps(Controls&... controls) {
-    return place(Kind::steps, "", {&controls...});
+    return place(Kind::steps, "", {&controls...}).named("pagSteps");
   }
+  // What stands on its two sides shares the width as the person draws it.
+  Control& splitter(Control& left, Control& right) { return place(Kind::splitter, "", {&left, &right}); }
   template <typename... Controls>
   Control& menu(std::string caption, Controls&... controls) {
     return place(Kind::menu, std::move(caption), {&controls...});
@@ -119,11 +121,12 @@ class Layout {
   }
   Control& toolbarOf(const std::vector<Control*>& controls) { return place(Kind::toolbar, "", controls); }
 
-  // For the screen: what was told, in one group.
+  // For the screen: what was told, in one group. Error when a name stands there twice.
   std::unique_ptr<Control> finish();
 
  private:
   Control& make(Kind kind, std::string name, std::string caption);
+  bool isNamed(std::string_view name) const;
   Control& bound(Kind kind, std::string prefix, std::string caption, const store::Field& field, ConverterPtr converter);
   Control& variable(Kind kind, std::string name, std::string caption, Variable& variable, ConverterPtr converter);
   Control& place(Kind kind, std::string caption, const std::vector<Control*>& controls);

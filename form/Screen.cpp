@@ -7,6 +7,7 @@
 #include "form/App.h"
 #include "form/Ending.h"
 #include "form/Grid.h"
+#include "form/Registry.h"
 #include "form/Table.h"
 
 namespace quillon::form {
@@ -191,7 +192,19 @@ void Screen::show(const Open& open) {
     visible_ = true;
   }
   minimised = false;
+  if (!open.page.empty()) turnTo(open.page);
   if (!open.focus.empty()) goTo(form::focus(open.focus));
+}
+
+void Screen::turnTo(std::string_view page) {
+  const auto isIt = [&](const auto& some) {
+    return equalFolded(plainCaption(some->caption()), page) || equalFolded(some->name(), page);
+  };
+  Control* pages = search(
+      *root_, [&](const Control& control) { return turns(control) && std::ranges::any_of(control.children(), isIt); });
+  if (pages == nullptr) throw Error("'" + name_ + "' has no page '" + std::string(page) + "'");
+  pages->page = static_cast<int>(std::ranges::find_if(pages->children(), isIt) - pages->children().begin());
+  focusFirst();
 }
 
 // Undoes what is being edited, in the details first, and lets go of the tables, whatever goes wrong on the way.

@@ -28,7 +28,9 @@ struct Open {
   bool newRow = false;
   std::map<std::string, store::Value> locate = {};  // field and value of the row to stand on
   std::string filter = {};                          // the clause of a jump
-  std::string focus = {}, page = {}, title = {};
+  std::string focus = {};                           // control or field
+  std::string page = {};                            // caption of the page to turn to
+  std::string title = {};
   std::map<std::string, store::Value> values = {};  // what else this screen takes
   std::any draft = {};                              // a document drafted elsewhere
 };
@@ -114,6 +116,7 @@ class Screen {
 
  private:
   void openTables();
+  void turnTo(std::string_view page);
 
   App& app_;
   const ScreenEntry* entry_ = nullptr;

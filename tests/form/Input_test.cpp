@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "form/Transaction.h"
 #include "support/ScriptedPerson.h"
 #include "support/SimProcess.h"
 #include "support/ToyScreens.h"
@@ -249,6 +250,46 @@ TEST_F(InputTest, AScriptThatBreaksOffLeavesTheProgramUsable) {
   EXPECT_THROW(click("btnMore"), std::logic_error);  // nobody serves the modal screen
   EXPECT_EQ(app_.modal(), nullptr);
   EXPECT_TRUE(set("editCode", "C").ok);
+}
+
+class TfrmTwice final : public Screen {
+ public:
+  using Screen::Screen;
+  std::string title() override { return "Twice"; }
+  static inline bool named = true;
+
+ private:
+  void build(Layout& l) override {
+    const CodeOf number{.table = "ToyPart", .idField = "ID", .shownField = "ID", .unknown = "?"};
+    const CodeOf name{.table = "ToyPart", .idField = "ID", .shownField = "Code", .unknown = "?"};
+    Control& left = l.group("Numbers", l.code("No.:", tblToyLine["PartID"], number));
+    Control& right = l.group("Names", l.code("Name:", tblToyLine["PartID"], name));
+    l.pages(left, right);
+    Control& again = l.check("Again", tblToyDoc["Done"]);
+    l.splitter(again, named ? l.check("Again", tblToyDoc["Done"]).named("chkAgain") : l.check("", tblToyDoc["Done"]));
+  }
+
+  Table tblToyDoc{*this, "ToyDoc"};
+  Table tblToyLine{*this, "ToyLine"};
+};
+
+TEST_F(InputTest, ANameStandsOnceAndAScreenOpensOnThePageAskedFor) {
+  registry_.add({.className = "TfrmTwice", .make = [](App& app) { return std::make_unique<TfrmTwice>(app); }});
+  Screen& twice = app_.open("TfrmTwice", {.page = "names"});
+  ASSERT_NE(twice.find("editPart"), nullptr);
+  EXPECT_EQ(twice.focused(), twice.find("editCode")) << "the second on one id";
+  EXPECT_EQ(twice.find("pagPages")->page, 1);
+  EXPECT_THROW(app_.open("TfrmTwice", {.page = "Colours"}), Error);
+  app_.dismiss(twice);
+  TfrmTwice::named = false;
+  EXPECT_THROW(app_.open("TfrmTwice"), Error);
+}
+
+TEST_F(InputTest, NobodyIsAskedWithinATransaction) {
+  const auto ask = [&] { transact(process_.database(), {"ToyDoc"}, [&] { app_.runModal("TfrmToyPick"); }); };
+  EXPECT_THROW(app_.run(*toy_, "ask", ask), std::logic_error);
+  EXPECT_FALSE(process_.database().inTransaction());
+  EXPECT_EQ(app_.modal(), nullptr);
 }
 
 // A command that opens another company stands in its own screen when the company ends.

@@ -120,3 +120,23 @@
 2> {"click":"frmJVs.mnuNew"}
 2> {"state":"frmJV"}
 2< {"state":{"controls":{"editJVNumber":{"value":"1004"}}}}
+
+# While somebody is asked in the middle of a save, others save to the same tables.
+> {"sql":"UPDATE Company SET WPeriodFromYYYY = 2027, WPeriodFromPP = 1"}
+| 0 | 5
+| 1 | -5
+2> {"set":"frmJV.grdJVDet[{1}].GLAccount","value":"1000"}
+2> {"set":"frmJV.grdJVDet[{1}].GLAmount","value":"{2}"}
+2> {"grid":"frmJV.grdJVDet","do":"append"}
+|
+2> {"click":"frmJV.btnOK"}
+2< {"waiting":{"dialog":{"caption":"Warning"}}}
+> {"sql":"INSERT INTO JVDet (JVID, Seq, GLAccountID) VALUES (60, 1, 1)"}
+> {"click":"frmJVs.mnuNew"}
+> {"set":"frmJV.editTransDescription","value":"meanwhile"}
+> {"set":"frmJV.grdJVDet[0].GLAccount","value":"1000"}
+> {"click":"frmJV.btnNew"}
+< {"ok":true,"messages":[]}
+> {"click":"frmJV.btnCancel"}
+2> {"answer":"OK"}
+2< {"closed":["frmJV"]}
