@@ -1,5 +1,6 @@
 #include "form/Converter.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -55,6 +56,9 @@ std::optional<std::string> plainNumber(std::string_view typed, const Separators&
   return (negative ? "-" : "") + plain;
 }
 
+bool isControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
+bool isBetweenLines(char c) { return c == '\r' || c == '\n' || c == '\t'; }
+
 std::string quoted(std::string_view typed) { return "'" + std::string(trim(typed)) + "'"; }
 
 class TextConverter final : public Converter {
@@ -62,7 +66,10 @@ class TextConverter final : public Converter {
   explicit TextConverter(int size) : size_(static_cast<std::size_t>(size)) {}
   std::string show(const Value& value) const override { return value.asText(); }
   Value read(std::string_view typed) const override {
-    if (typed.empty()) return {};
+    if (trim(typed).empty()) return {};
+    const bool lines = size_ == 0;
+    if (std::ranges::any_of(typed, [&](char c) { return isControl(c) && !(lines && isBetweenLines(c)); }))
+      throw Error("The text has a character that cannot be typed here, such as a line's end");
     if (size_ > 0 && lengthInCharacters(typed) > size_)
       throw Error("The text is too long: at most " + std::to_string(size_) + " characters fit");
     return Value(typed);

@@ -32,7 +32,7 @@ class Converter {
 };
 using ConverterPtr = std::shared_ptr<const Converter>;
 
-// Text of at most `size` characters (0: any number).
+// Text of at most `size` characters in one line, or of any number in several (0). Blanks alone are none.
 ConverterPtr textConverter(int size);
 // Whole numbers from `least` to `most`; `words` refuse anything else (empty: words of our own).
 ConverterPtr wholeConverter(const Formats& formats, std::int64_t least, std::int64_t most, std::string words = {});

@@ -10,6 +10,7 @@ void FilterScreen::reset() {
 }
 
 void FilterScreen::shown(const Open& /*open*/) {
+  clearsJump_ = false;
   before_.clear();
   for (const Variable* variable : variables_) before_.push_back(variable->value);
 }
@@ -18,8 +19,15 @@ void FilterScreen::btnOKClick() {
   const std::string filter = expression();
   Screen* list = app().find(list_.substr(1));
   if (list == nullptr || !list->visible()) list = &app().open(list_);
-  dynamic_cast<ListScreen&>(*list).setFilter(filter);
+  auto& rows = dynamic_cast<ListScreen&>(*list);
+  if (clearsJump_) rows.setJump("");
+  rows.setFilter(filter);
   setResult(true);
+}
+
+void FilterScreen::btnResetClick() {
+  reset();
+  clearsJump_ = true;
 }
 
 // Every other way out is Cancel.
@@ -33,6 +41,13 @@ Control& FilterScreen::buttons(Layout& l) {
   Control& cancel = l.button("btnCancel", "Cancel", &FilterScreen::btnCancelClick).abandons();
   Control& clear = l.button("btnReset", "&Reset", &FilterScreen::btnResetClick).abandons();
   return l.row(ok, cancel, clear);
+}
+
+ConverterPtr orAllConverter(const Choices& choices) {
+  Choices all;
+  all.emplace_back(store::Value(), "All");
+  all.insert(all.end(), choices.begin(), choices.end());
+  return choicesConverter(std::move(all));
 }
 
 ConverterPtr yesNoAllConverter() {

@@ -15,7 +15,7 @@ class FilterScreen : public Screen {
   FilterScreen(App& app, std::string list) : Screen(app), list_(std::move(list)) {}
 
   void reset();  // clears every condition
-  void btnResetClick() { reset(); }
+  void btnResetClick();
 
  protected:
   // The conditions that are filled in, each in parentheses, joined by " AND ".
@@ -33,8 +33,11 @@ class FilterScreen : public Screen {
   std::string list_;
   std::vector<Variable*> variables_;
   std::vector<store::Value> before_;  // what Cancel puts back
+  bool clearsJump_ = false;
 };
 
+// "All", which is null, and the choices behind it.
+ConverterPtr orAllConverter(const Choices& choices);
 // Yes, No, All; All is null.
 ConverterPtr yesNoAllConverter();
 // Joins what is not empty by " AND ".

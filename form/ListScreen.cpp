@@ -99,6 +99,7 @@ void ListScreen::find(const std::string& typed) {
 void ListScreen::shown(const Open& open) {
   setFocus(gridOf(rows()));
   rows().refresh();
+  if (!open.filter.empty()) resetFilter();
   jump_ = open.filter;
   applyFilter();
   for (const auto& [field, value] : open.locate) rows().locate(field, {value});

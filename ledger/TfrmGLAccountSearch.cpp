@@ -1,4 +1,5 @@
 // Finds an account by its number or its name.
+#include "form/FilterScreen.h"
 #include "form/PickerScreen.h"
 #include "ledger/Accounts.h"
 #include "ledger/MakeScreens.h"
@@ -16,7 +17,7 @@ class TfrmGLAccountSearch final : public form::PickerScreen {
  private:
   void build(form::Layout& l) override {
     l.row(findBox(l, "Account &no.:", editGLAccount), findBox(l, "&Name:", editAccountName));
-    l.chooser("cboAccountType", "&Type:", cboAccountType, accountTypes());
+    l.chooser("cboAccountType", "&Type:", cboAccountType, form::orAllConverter(accountTypes()->choices()));
     pickGrid(l, l.columns(l.column("Account no.", tblGLAccnt["GLAccount"]), l.column("Name", tblGLAccnt["AccountName"]),
                           l.column("Type", tblGLAccnt["AccountType"], accountTypes())));
     buttons(l, l.button("btnGLAccounts", "&Accounts...", [this] {

@@ -17,7 +17,7 @@ class TfrmGLAccountsFilter final : public form::FilterScreen {
 
  private:
   void build(form::Layout& l) override {
-    l.chooser("cboAccountType", "&Type:", type_, accountTypes());
+    l.chooser("cboAccountType", "&Type:", type_, form::orAllConverter(accountTypes()->choices()));
     l.choice("radSuspended", "Suspended", suspended_, form::yesNoAllConverter());
     buttons(l);
   }

@@ -19,13 +19,12 @@ class TfrmJVsFilter final : public form::FilterScreen {
  private:
   // The value of a source is its condition.
   static form::ConverterPtr sources() {
-    return form::choicesConverter({{Value(), "All"},
-                                   {Value("(Source = 'AP') AND (TransType = 'Inv')"), "AP Invoices"},
-                                   {Value("(Source = 'AP') AND (TransType = 'Chq')"), "AP Payments"},
-                                   {Value("(Source = 'AR') AND (TransType = 'Inv')"), "AR Invoices"},
-                                   {Value("(Source = 'AR') AND (TransType = 'Pmt')"), "AR Payments"},
-                                   {Value("(Source = 'GL')"), "GL JVs"},
-                                   {Value("(Source = 'IN')"), "Inv Adjustments"}});
+    return form::orAllConverter({{Value("(Source = 'AP') AND (TransType = 'Inv')"), "AP Invoices"},
+                                 {Value("(Source = 'AP') AND (TransType = 'Chq')"), "AP Payments"},
+                                 {Value("(Source = 'AR') AND (TransType = 'Inv')"), "AR Invoices"},
+                                 {Value("(Source = 'AR') AND (TransType = 'Pmt')"), "AR Payments"},
+                                 {Value("(Source = 'GL')"), "GL JVs"},
+                                 {Value("(Source = 'IN')"), "Inv Adjustments"}});
   }
 
   void build(form::Layout& l) override {

@@ -21,12 +21,16 @@
    "editGLAccount":{"value":""},"chkSuspended":{"value":"No",
    "hint":"Check here to prevent further transactions from being entered"},
    "radAccountType":{"value":"","choices":["Asset","Liability","Revenue","Expense","Equity"]},
-   "chkRetainedEarnings":{"visible":false}}}}
+   "chkRetainedEarnings":{"visible":false},"pagPages":{"page":0,"pages":["General","Notes"]}}}}
+> {"set":"frmGLAccount.pagPages","value":"Notes"}
+> {"set":"frmGLAccount.editGLAccount","value":"  "}
 > {"click":"frmGLAccount.btnOK"}
 < {"ok":false,"messages":[{"kind":"error","text":"Field 'Account no.' must have a value"}],
    "focus":"frmGLAccount.editGLAccount"}
 > {"set":"frmGLAccount.editGLAccount","value":"12345678901"}
 < {"ok":false,"messages":[{"text":"The text is too long: at most 10 characters fit"}]}
+> {"set":"frmGLAccount.editGLAccount","value":"30\u000000"}
+< {"ok":false,"messages":[{"text":"The text has a character that cannot be typed here, such as a line's end"}]}
 > {"set":"frmGLAccount.editGLAccount","value":"3000"}
 > {"click":"frmGLAccount.btnOK"}
 < {"ok":false,"messages":[{"kind":"error","text":"Field 'Account Name' must have a value"}],
@@ -37,11 +41,11 @@
    "focus":"frmGLAccount.radAccountType"}
 > {"set":"frmGLAccount.radAccountType","value":"Equity"}
 > {"set":"frmGLAccount.chkRetainedEarnings","value":true}
-> {"set":"frmGLAccount.memoNotes","value":"Closed into at year end"}
+> {"set":"frmGLAccount.memoNotes","value":"Closed into\nat year end"}
 > {"click":"frmGLAccount.btnOK"}
 < {"closed":["frmGLAccount"],"messages":[{"kind":"information","text":"Tip: Remember to update any custom financial statements for new or changed account numbers.\r\rYou can use AutoCreate to recreate statements with the latest accounts\ror you can modify more complex statements."}]}
 > {"sql":"SELECT * FROM GLAccnt"}
-< {"rows":[[1,"3000","Retained Earnings","Closed into at year end",5,true,false]]}
+< {"rows":[[1,"3000","Retained Earnings","Closed into\nat year end",5,true,false]]}
 
 # The tip does not come again, the list moves to what was saved, and numbers go on behind the highest.
 > {"sql":"INSERT INTO GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (40, '1000', 'Zebra Bank', 1)"}
@@ -110,7 +114,7 @@
 > {"click":"frmGLAccounts.mnuFilter"}
 < {"waiting":{"modal":"frmGLAccountsFilter"}}
 > {"state":"frmGLAccountsFilter"}
-< {"state":{"title":"GL Accounts Filter","controls":{"cboAccountType":{"caption":"&Type:","value":""},
+< {"state":{"title":"GL Accounts Filter","controls":{"cboAccountType":{"caption":"&Type:","value":"All"},
    "radSuspended":{"choices":["Yes","No","All"],"value":"All"}}}}
 > {"set":"frmGLAccountsFilter.cboAccountType","value":"Asset"}
 > {"set":"frmGLAccountsFilter.radSuspended","value":"No"}
@@ -173,7 +177,7 @@
 > {"set":"frmGLAccountSearch.cboAccountType","value":"Asset"}
 > {"state":"frmGLAccountSearch"}
 < {"state":{"controls":{"grdGLAccnt":{"total":2}}}}
-> {"set":"frmGLAccountSearch.cboAccountType","value":""}
+> {"set":"frmGLAccountSearch.cboAccountType","value":"All"}
 > {"click":"frmGLAccountSearch.btnGLAccounts"}
 < {"waiting":{"modal":"frmGLAccounts"}}
 > {"state":"frmGLAccounts"}
