@@ -34,7 +34,8 @@ class TfrmImportJVData final : public form::Screen {
   void btnOKClick();
   void btnCancelClick() { setResult(false); }
   void checkFileName();
-  void importRows();
+  void importRows(const std::vector<std::uint64_t>& lines);
+  void take(store::Cursor& row, std::uint64_t line);
   std::string unknownCode(store::Cursor& row);
 
   form::Variable fileName_;
@@ -76,10 +77,10 @@ void TfrmImportJVData::btnOKClick() {
   status_ = "Importing to memory";
   makeImportTable(database());
   try {
-    loadVoucherFile(database(), fileName_.value.asText(), [this](std::uint64_t done, std::uint64_t total) {
+    const auto progress = [this](std::uint64_t done, std::uint64_t total) {
       app().person().progress({.text = status_, .done = static_cast<long>(done), .total = static_cast<long>(total)});
-    });
-    importRows();
+    };
+    importRows(loadVoucherFile(database(), fileName_.value.asText(), progress));
   } catch (...) {
     dropImportTable(database());
     status_.clear();
@@ -89,7 +90,8 @@ void TfrmImportJVData::btnOKClick() {
   setResult(true);
 }
 
-void TfrmImportJVData::importRows() {
+// `lines` of the file that the rows come from.
+void TfrmImportJVData::importRows(const std::vector<std::uint64_t>& lines) {
   status_ = "Importing";
   store::Query qryImport(
       database(),
@@ -100,23 +102,34 @@ void TfrmImportJVData::importRows() {
       "LEFT OUTER JOIN GLAcSub2 S2 ON S2.SubAccount = I.SubAccount2 "
       "LEFT OUTER JOIN GLAcSub3 S3 ON S3.SubAccount = I.SubAccount3");
   qryImport.open();
-  const auto total = static_cast<long>(qryImport.recordCount());
+  const std::size_t total = lines.size();
   const store::Database::BulkScope bulk(database());
-  long done = 0;
+  std::size_t done = 0;
   for (qryImport.first(); !qryImport.eof(); qryImport.next()) {
-    if (++done % 256 == 0) app().person().progress({.text = status_, .done = done, .total = total});
+    const std::uint64_t line = lines.at(done);
+    if (++done % 256 == 0)
+      app().person().progress({.text = status_, .done = static_cast<long>(done), .total = static_cast<long>(total)});
     // Yes leaves the row out; No ends the import, and the rows already added stay.
     if (const std::string unknown = unknownCode(qryImport); !unknown.empty()) {
       database().settle();
       if (!app().person().confirm(unknown, form::Tone::warning, form::Button::no)) break;
       continue;
     }
-    VoucherLine line{.account = qryImport.value("GLAccountID"), .subaccounts = {}, .amount = qryImport.value("Amount")};
-    for (int level = 1; level <= kSubaccountLevels; ++level)
-      line.subaccounts[level - 1] = qryImport.value(subaccountField(level));
-    taker_->addLine(line);
+    take(qryImport, line);
   }
   database().settle();
+}
+
+// A row that the voucher refuses ends the import: the person hears which it is.
+void TfrmImportJVData::take(store::Cursor& row, std::uint64_t line) {
+  VoucherLine added{.account = row.value("GLAccountID"), .subaccounts = {}, .amount = row.value("Amount")};
+  for (int level = 1; level <= kSubaccountLevels; ++level)
+    added.subaccounts[level - 1] = row.value(subaccountField(level));
+  try {
+    taker_->addLine(added);
+  } catch (const form::Refusal& refusal) {
+    refuseLine(line, refusal.what());
+  }
 }
 
 // What is said about the first code of a row that is not known; empty when all are.

@@ -47,10 +47,6 @@ std::vector<std::string> cellsOf(std::string_view line) {
   }
 }
 
-[[noreturn]] void refuseLine(std::uint64_t line, const std::string& what) {
-  throw Error("Line " + std::to_string(line) + ": " + what);
-}
-
 Value amountOf(const std::string& text, std::uint64_t line) {
   if (text.empty()) return {};
   const std::optional<Money> amount = Money::parse(text);
@@ -92,6 +88,10 @@ void addRow(store::Cursor& rows, const std::vector<std::string>& cells, const st
 
 }  // namespace
 
+void refuseLine(std::uint64_t line, const std::string& what) {
+  throw Error("Line " + std::to_string(line) + ": " + what);
+}
+
 void makeImportTable(store::Database& database) {
   try {
     store::Query(database, "DROP TABLE IF EXISTS \"\\Memory\\JVDataImport\"").execute();
@@ -109,14 +109,16 @@ void dropImportTable(store::Database& database) {
   store::Query(database, "DROP TABLE IF EXISTS \"\\Memory\\JVDataImport\"").execute();
 }
 
-void loadVoucherFile(store::Database& database, const std::string& path,
-                     const std::function<void(std::uint64_t done, std::uint64_t total)>& progress) {
+std::vector<std::uint64_t> loadVoucherFile(
+    store::Database& database, const std::string& path,
+    const std::function<void(std::uint64_t done, std::uint64_t total)>& progress) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw Error("The file '" + path + "' cannot be read");
   const std::uint64_t total = std::filesystem::file_size(path);
   store::Cursor rows(database, kImportTable);
   rows.open();
   std::optional<std::array<std::size_t, 5>> places;
+  std::vector<std::uint64_t> lines;
   std::string text;
   std::uint64_t done = 0;
   for (std::uint64_t line = 1; std::getline(file, text); ++line) {
@@ -125,14 +127,17 @@ void loadVoucherFile(store::Database& database, const std::string& path,
     if (line == 1 && text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
     if (!isValidUtf8(text) || text.find('\0') != std::string::npos)
       refuseLine(line, "The file is not a text in UTF-8; save it as UTF-8 and import it again");
-    if (!places)
+    if (!places) {
       places = readHeader(cellsOf(text));
-    else if (!trim(text).empty())
+    } else if (!trim(text).empty()) {
       addRow(rows, cellsOf(text), *places, line);
+      lines.push_back(line);
+    }
     if (line % 256 == 0) progress(done, total);
   }
   if (!places) throw Error("The file is empty");
   if (file.bad()) throw Error("The file '" + path + "' cannot be read to its end");
+  return lines;
 }
 
 }  // namespace quillon::ledger

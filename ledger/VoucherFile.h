@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace quillon::store {
 class Database;
@@ -16,11 +17,15 @@ inline constexpr const char* kImportTable = "\\Memory\\JVDataImport";
 void makeImportTable(store::Database& database);
 void dropImportTable(store::Database& database);
 
+// Raises what is wrong with a line of the file: "Line 7: ...".
+[[noreturn]] void refuseLine(std::uint64_t line, const std::string& what);
+
 // Loads a text file of voucher lines into that table: UTF-8, fields separated by tabs, the first line with the names of
 // the fields Account, SubAccount1, SubAccount2, SubAccount3 and Amount in any order and case; fields may stand in
 // quotation marks, and a row may leave out empty ones at its end. Error names line and field; the table is then to be
-// dropped. `progress` hears of bytes.
-void loadVoucherFile(store::Database& database, const std::string& path,
-                     const std::function<void(std::uint64_t done, std::uint64_t total)>& progress);
+// dropped. Gives the line of each row. `progress` hears of bytes.
+std::vector<std::uint64_t> loadVoucherFile(
+    store::Database& database, const std::string& path,
+    const std::function<void(std::uint64_t done, std::uint64_t total)>& progress);
 
 }  // namespace quillon::ledger

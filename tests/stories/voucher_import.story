@@ -69,6 +69,8 @@
 > {"answer":"Yes"}
 |
 < {"waiting":{"dialog":{"text":"Account '' does not exist.\rData for this account cannot be imported.\r\rDo you want to continue?"}}}
+2> {"sql":"INSERT INTO JVDet (JVID, Seq, GLAccountID) VALUES (77, 1, 1)"}
+2< {"changed":1}
 > {"answer":"No"}
 < {"ok":true,"messages":[],"closed":["frmImportJVData"],"focus":"frmJV.grdJVDet[0].GLAccount"}
 > {"sql":"SELECT Seq, GLAmount FROM JVDet WHERE Seq > 3"}
@@ -77,11 +79,11 @@
 < {"state":{"controls":{"lblTotals":{"caption":"Debits: 15.50   Credits: 10.50CR   Diff: 5.00CR"},"grdJVDet":{"total":4}}}}
 
 # A row that the voucher's own rules refuse ends it too; nothing of it stays.
-= lines.txt ["Account\tSubAccount1\tSubAccount2\tSubAccount3\tAmount\n1000\t\t\t\t-5\n6000\t\t\t\t1\n"]
+= lines.txt ["Account\tSubAccount1\tSubAccount2\tSubAccount3\tAmount\n1000\t\t\t\t-5\n\n6000\t\t\t\t1\n"]
 > {"click":"frmJV.mnuImportJVData"}
 > {"set":"frmImportJVData.editFileName","value":"{folder}/lines.txt"}
 > {"click":"frmImportJVData.btnOK"}
-< {"ok":false,"messages":[{"kind":"error","text":"GL Account has been suspended"}],"closed":[]}
+< {"ok":false,"messages":[{"kind":"error","text":"Line 4: GL Account has been suspended"}],"closed":[]}
 > {"click":"frmImportJVData.btnCancel"}
 > {"state":"frmJV"}
 < {"state":{"controls":{"lblTotals":{"caption":"Debits: 15.50   Credits: 15.50CR"},"grdJVDet":{"total":5}}}}
@@ -98,4 +100,4 @@
 < {"state":{"controls":{"lblTotals":{"caption":"Debits: 50,015.50   Credits: 50,015.50CR"},"grdJVDet":{"total":100005}}}}
 > {"click":"frmJV.btnCancel"}
 > {"sql":"SELECT count(*), max(Seq) FROM JVDet"}
-< {"rows":[[5,5]]}
+< {"rows":[[6,5]]}
