@@ -2,6 +2,8 @@
 //
 // Keeps: a saved voucher balances and its period is open; a posted voucher is read-only. Cancel puts the lines back as
 // they were before the first change (form::LineSnapshot).
+#include <map>
+
 #include "form/Grid.h"
 #include "form/RecordScreen.h"
 #include "ledger/Accounts.h"
@@ -21,10 +23,12 @@ using form::grid;
 using form::refuse;
 using store::Value;
 
+// What OK & New carries over.
+constexpr const char* kKeptFields[] = {"GLYear", "GLPeriod", "TransDate"};
+
 constexpr const char* kPosted =
     "Posted JVs cannot be changed...\r\rTo make changes you need to unpost the JV using the button at the top "
-    "right\r(not "
-    "available for JVs from a prior closed year, but you can re-open the year).";
+    "right\r(not available for JVs from a prior closed year, but you can re-open the year).";
 
 class TfrmJV final : public form::RecordScreen, public VoucherLineTaker {
  public:
@@ -63,6 +67,7 @@ class TfrmJV final : public form::RecordScreen, public VoucherLineTaker {
   int nextSeq_ = 1;
   Money oldAmount_;  // of the line being edited or deleted
   bool copied_ = false, importing_ = false;
+  std::map<std::string, Value> kept_;  // for the next voucher, of the one just saved
 };
 
 TfrmJV::TfrmJV(shell::Session& session)
@@ -168,6 +173,7 @@ void TfrmJV::tblJVNewRecord() {
   tblJV["TransType"] = "JV";
   tblJV["GLPeriod"] = period.number;
   tblJV["GLYear"] = period.year;
+  for (const auto& [field, value] : std::exchange(kept_, {})) tblJV[field] = value;
   debits_ = credits_ = {};
   nextSeq_ = 1;
   copied_ = false;
@@ -183,6 +189,9 @@ void TfrmJV::tblJVBeforePost() {
   if (isPosted()) return;
   if (tblJV["GLPeriod"].isNull()) refuse("Field 'Period' must have a value", focus("GLPeriod"));
   if (tblJV["GLYear"].isNull()) refuse("Field 'Year of Period' must have a value", focus("GLYear"));
+  // Posting could write no history without them, of this voucher and of all that wait with it.
+  if (tblJV["JVNumber"].isNull()) refuse("Field 'JV no.' must have a value", focus("JVNumber"));
+  if (tblJV["TransDate"].isNull()) refuse("Field 'Date' must have a value", focus("TransDate"));
   shell::requireOpenPeriod(session_, {tblJV["GLYear"].asInt(), tblJV["GLPeriod"].asInt()}, focus("GLPeriod"));
   if (tblJVDet.isEmpty()) refuse("Amounts and GL Accounts have not been entered", grid(tblJVDet));
   if (debits_ == Money())
@@ -268,11 +277,8 @@ std::string TfrmJV::totalsText() const {
 
 void TfrmJV::btnOKNewClick() {
   save();
-  const Value year = tblJV.value("GLYear"), period = tblJV.value("GLPeriod"), date = tblJV.value("TransDate");
+  for (const char* field : kKeptFields) kept_[field] = tblJV.value(field);
   startNew();
-  tblJV["GLYear"] = year;
-  tblJV["GLPeriod"] = period;
-  tblJV["TransDate"] = date;
   goTo(focus("GLPeriod"));
 }
 

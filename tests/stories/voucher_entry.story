@@ -101,6 +101,13 @@
 > {"click":"frmJV.btnOK"}
 < {"ok":false,"messages":[{"text":"Field 'Year of Period' must have a value"}],"focus":"frmJV.editGLYear"}
 > {"set":"frmJV.editGLYear","value":"25"}
+| editJVNumber | 1001 | JV no.
+| editTransDate | 03/05/26 | Date
+> {"set":"frmJV.{1}","value":""}
+> {"click":"frmJV.btnOK"}
+< {"ok":false,"messages":[{"text":"Field '{3}' must have a value"}],"focus":"frmJV.{1}"}
+> {"set":"frmJV.{1}","value":"{2}"}
+|
 > {"click":"frmJV.btnOK"}
 < {"ok":false,"messages":[{"kind":"error","text":"Current fiscal year is not yet defined...\rSee \"Your Company\""}],
    "focus":"frmJV.editGLPeriod"}
@@ -211,16 +218,20 @@
 < {"state":{"title":"New Journal Voucher","cursor":"insert","controls":{"editJVNumber":{"value":"1002"},
    "editGLPeriod":{"value":"3"},"editTransDate":{"data":"2026-03-09"},"grdJVDet":{"total":0},
    "lblTotals":{"caption":"Debits: 0.00   Credits: 0.00"}}}}
+> {"close":"frmJV"}
+< {"closed":["frmJV"],"waiting":null}
+> {"click":"frmJVs.mnuNew"}
 > {"set":"frmJV.editTransDescription","value":"Opening"}
 > {"state":"frmJV"}
-< {"state":{"title":"JV 1002"}}
+< {"state":{"title":"JV 1003"}}
 > {"set":"frmJV.grdJVDet[0].GLAccount","value":"1000"}
 > {"click":"frmJV.btnCancel"}
 < {"closed":["frmJV"],"focus":"frmJVs.grdJV[0].GLPeriod"}
-> {"sql":"SELECT JVID FROM JVDet WHERE JVID = 2"}
+> {"sql":"SELECT JVID FROM JVDet WHERE JVID = 3"}
 < {"rows":[]}
 > {"sql":"SELECT NextJVID, NextJVNumber FROM JVCtl"}
-< {"rows":[[3,1003]]}
+< {"rows":[[4,1004]]}
+> {"sql":"UPDATE JVCtl SET NextJVID = 3, NextJVNumber = 1003"}
 
 # The same number in the same period; the company's default period.
 > {"sql":"UPDATE Company SET DefaultPeriodYYYY = 2026, DefaultPeriodPP = 4"}
