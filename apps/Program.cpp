@@ -6,14 +6,12 @@
 #include <fstream>
 
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "ledger/Screens.h"
 #include "shell/Start.h"
 
 namespace quillon::apps {
 namespace {
-
-// They belong to parts of the program that are not there yet.
-constexpr std::array<std::string_view, 3> kNotHere = {"--printer", "--print-to", "--paper"};
 
 // The first line of a file.
 std::string passwordIn(const std::string& path) {
@@ -22,6 +20,19 @@ std::string passwordIn(const std::string& path) {
   if (!std::getline(file, line)) throw Error("cannot read a password from " + path);
   if (line.ends_with('\r')) line.pop_back();
   return line;
+}
+
+platform::Paper paperOf(std::string_view option, const std::string& value) {
+  if (equalFolded(value, "a4")) return platform::Paper::a4;
+  if (equalFolded(value, "letter")) return platform::Paper::other;
+  throw UsageError(std::string(option) + " takes letter or a4" + (option == "--printer" ? ", or none" : "") + ", not " +
+                   value);
+}
+
+// A printer of its own, with a name that says what paper is in it; or none.
+platform::Printer printerOf(std::string_view option, const std::string& value) {
+  if (equalFolded(value, "none")) return {};
+  return {.name = foldCase(value), .paper = paperOf(option, value)};
 }
 
 void take(ProgramOptions& options, std::string_view option, const std::string& value) {
@@ -36,6 +47,12 @@ void take(ProgramOptions& options, std::string_view option, const std::string& v
     if (!options.credentials) options.credentials.emplace();
     (option == "--user" ? options.credentials->userName : options.credentials->password) =
         option == "--user" ? value : passwordIn(value);
+  } else if (option == "--printer") {
+    options.given.printer = printerOf(option, value);
+  } else if (option == "--print-to") {
+    options.given.printTo = value;
+  } else if (option == "--paper") {
+    options.given.paper = paperOf(option, value);
   } else {
     options.given.today = Date::parseIso(value);
     if (!options.given.today) throw UsageError("--today takes a day as YYYY-MM-DD, not " + value);
@@ -45,8 +62,9 @@ void take(ProgramOptions& options, std::string_view option, const std::string& v
 }  // namespace
 
 ProgramOptions readProgramOptions(Arguments arguments) {
-  constexpr std::array<std::string_view, 6> kKnown = {"--today",    "--country", "--date-format",
-                                                      "--settings", "--user",    "--password-file"};
+  constexpr std::array<std::string_view, 9> kKnown = {"--settings", "--user",     "--password-file",
+                                                      "--today",    "--country",  "--date-format",
+                                                      "--printer",  "--print-to", "--paper"};
   ProgramOptions options;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string_view word = arguments[i];
@@ -56,8 +74,6 @@ ProgramOptions readProgramOptions(Arguments arguments) {
     }
     const std::size_t mark = std::min(word.find('='), word.size());
     const std::string_view option = word.substr(0, mark);
-    if (std::ranges::count(kNotHere, option))
-      throw Error("this version does not have the option " + std::string(option));
     if (!std::ranges::count(kKnown, option)) throw UsageError("there is no option " + std::string(option));
     if (mark < word.size())
       take(options, option, std::string(word.substr(mark + 1)));

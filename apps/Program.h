@@ -21,8 +21,8 @@ struct ProgramOptions {
 };
 
 // Reads the options that all programs with screens have: --settings, --user and --password-file, --today, --country,
-// --date-format, each as "--today=X" or "--today X". UsageError, Error for a password file that cannot be read, or for
-// those that this version does not have.
+// --date-format, --printer, --print-to and --paper, each as "--today=X" or "--today X". UsageError, and Error for a
+// password file that cannot be read.
 ProgramOptions readProgramOptions(Arguments arguments);
 
 // The program put together: the desktop, the store, all screens, and the main window, before whoever sits in front.

@@ -24,7 +24,7 @@ namespace {
 constexpr Command kCommands[] = {
     {"drive",
      "[FOLDER] [--settings DIR] [--user NAME --password-file FILE] [--today YYYY-MM-DD] [--country NAME] "
-     "[--date-format FMT]",
+     "[--date-format FMT] [--printer none|letter|a4] [--print-to DIR] [--paper letter|a4]",
      "the program without a window, driven by lines of JSON; docs/DRIVE.md tells them", driveCommand},
     {"create", "FOLDER", "make a new company: its tables, without data", createCommand},
     {"sql", "FOLDER [STATEMENT] [--json] [--keep-going]", "run statements, from standard input without STATEMENT",

@@ -67,9 +67,10 @@ ShortDateFormat GivenDesktop::shortDateFormat() {
 DateTime GivenDesktop::now() { return given_.today ? DateTime{*given_.today, {}} : desktop_.now(); }
 
 std::optional<Printer> GivenDesktop::defaultPrinter() {
-  if (!given_.printer) return desktop_.defaultPrinter();
-  if (given_.printer->name.empty()) return std::nullopt;
-  return given_.printer;
+  std::optional<Printer> printer = given_.printer ? given_.printer : desktop_.defaultPrinter();
+  if (!printer || printer->name.empty()) return std::nullopt;
+  if (given_.paper) printer->paper = *given_.paper;
+  return printer;
 }
 
 std::vector<std::string> GivenDesktop::printerNames() {

@@ -7,16 +7,17 @@ namespace quillon::platform {
 // What is given in place of the desktop's own answer. What is empty comes from the desktop.
 struct Given {
   // All of the program's own folders: the settings lie in it, "Public" and "Priv" below it.
-  std::optional<std::string> folder;
-  std::optional<std::string> country;
-  std::optional<Date> today;
+  std::optional<std::string> folder = {};
+  std::optional<std::string> country = {};
+  std::optional<Date> today = {};
   // Its names of months and days become numbers as those of the desktop's format do.
-  std::optional<std::string> dateFormat;
+  std::optional<std::string> dateFormat = {};
   // The only printer; one without a name is none.
-  std::optional<Printer> printer;
+  std::optional<Printer> printer = {};
+  std::optional<Paper> paper = {};  // of the default printer
   // Where print jobs land: a copy of the job's whole file for each printed copy, named "0001 Title pages 2-3.pdf" and
   // numbered on. What lies there is never replaced.
-  std::optional<std::string> printTo;
+  std::optional<std::string> printTo = {};
 };
 
 // A desktop with some answers given, as scripts do by the options of quillonctl. `desktop` must outlive it.

@@ -97,7 +97,7 @@ void DrivePerson::attend(const Request& request) {
   owner_ = mine;
   try {
     if (request.verb == "quit") {
-      if (!request.about().truth) throw RequestRefused("\"quit\" takes true");
+      if (!request.flag("quit")) throw RequestRefused("\"quit\" takes true");
       quit(request.flag("force"));
     } else if (request.verb == "options") {
       setOptions(request.about());

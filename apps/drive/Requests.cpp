@@ -176,7 +176,8 @@ Done serveState(Program& program, const Request& request, Reply& reply) {
   return {};
 }
 
-Done serveScreens(Program& program, const Request&, Reply& reply) {
+Done serveScreens(Program& program, const Request& request, Reply& reply) {
+  if (!request.flag("screens")) throw RequestRefused("\"screens\" takes true");
   reply.members = "\"screens\":" + screensOf(program.app());
   return {};
 }

@@ -47,6 +47,7 @@ TEST(GivenDesktop, AnswersWhatWasGivenAndAsksTheDesktopForTheRest) {
   EXPECT_EQ(given.now(), desktop.now());
   EXPECT_FALSE(given.defaultPrinter());
   EXPECT_EQ(desktop.defaultPrinter()->name, "Office");
+  EXPECT_EQ(GivenDesktop(desktop, {.paper = Paper::a4}).defaultPrinter()->paper, Paper::a4);
 
   sim::writeFile(folder + "/a.pdf", "%PDF one");
   int pauses = 0;

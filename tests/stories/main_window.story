@@ -68,5 +68,7 @@
 < {"ok":false}
 > {"quit":false}
 < {"ok":false}
+> {"screens":7}
+< {"ok":false,"error":{"text":"\"screens\" takes true or false"}}
 > {"quit":true}
 < {"ok":true,"waiting":null,"closed":["..."]}
