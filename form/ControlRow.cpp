@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/Errors.h"
 #include "form/App.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
@@ -59,6 +60,9 @@ void openExclusively(App& app, const ControlRow& control, store::Cursor& cursor)
 void takeNumbers(App& app, const ControlRow& control, const std::function<void(store::Cursor& row)>& take) {
   store::Cursor row(app.database(), control.table, "tbl" + control.table);
   openExclusively(app, control, row);
+  // Without it numbers would begin anew, and meet those that documents have.
+  if (row.isEmpty())
+    throw Error("The table '" + control.table + "' has lost its row of next numbers. Please restore it from a backup.");
   row.edit();
   take(row);
   row.post();

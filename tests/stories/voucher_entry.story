@@ -365,3 +365,9 @@
 > {"click":"frmJV.btnOK"}
 > {"sql":"SELECT Source, TransType, TransDescription, AutoReverse FROM JV WHERE JVID = 3"}
 < {"rows":[["AP","Chq","Corrected",true]]}
+
+# Without the row of next numbers none is given that a voucher may have already.
+> {"sql":"DELETE FROM JVCtl"}
+> {"click":"frmJVs.mnuNew"}
+< {"ok":false,"messages":[{"text":"The table 'JVCtl' has lost its row of next numbers. Please restore it from a backup."}],
+   "opened":[]}
