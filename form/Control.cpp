@@ -15,6 +15,23 @@ std::string_view nameOf(Kind kind) {
   return position < kNames.size() ? kNames[position] : "pageview";
 }
 
+bool takesFocus(Kind kind) {
+  switch (kind) {
+    case Kind::edit:
+    case Kind::memo:
+    case Kind::check:
+    case Kind::chooser:
+    case Kind::choice:
+    case Kind::list:
+    case Kind::grid:
+    case Kind::month:
+    case Kind::button:
+      return true;
+    default:
+      return false;
+  }
+}
+
 Control::Control(Kind kind, std::string name) : kind_(kind), name_(std::move(name)) {}
 Control::~Control() = default;
 

@@ -42,6 +42,7 @@ enum class Kind {
   pageview,  // prepared pages
 };
 std::string_view nameOf(Kind kind);
+bool takesFocus(Kind kind);
 
 // What a command does with what is being typed or edited when it starts.
 enum class Pending {

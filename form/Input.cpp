@@ -61,6 +61,7 @@ void Input::begin(Screen& screen) {
 
 Ended Input::focus(Screen& screen, Control& control) {
   requireUsable(screen, control);
+  if (!takesFocus(control.kind())) throw Error("'" + commandName(screen, control) + "' takes no focus");
   if (screen.focused() == &control) return {.command = commandName(screen, control)};
   return app_.run(screen, commandName(screen, control), [&] {
     take(screen);
@@ -228,7 +229,6 @@ Ended Input::turn(Screen& screen, Control& control, int page) {
 Ended Input::close(Screen& screen) {
   require(screen);
   return app_.run(screen, screen.name(), [&] {
-    screen.dropTyped();
     if (!app_.close(screen)) throw Abort();
   });
 }

@@ -58,7 +58,12 @@ void RecordScreen::startNew() {
 }
 
 bool RecordScreen::isUnsaved() const {
-  return std::ranges::any_of(tables(), [](const Table* table) { return table->isOpen() && table->modified(); }) ||
+  const auto typesInto = [this](const Table* table) {
+    return typed() && target() != nullptr && target()->binding() != nullptr && target()->binding()->cursor() == table;
+  };
+  return std::ranges::any_of(
+             tables(),
+             [&](const Table* table) { return table->isOpen() && (table->modified() || typesInto(table)); }) ||
          std::ranges::any_of(snapshots_, [](const LineSnapshot* lines) { return lines->changed(); });
 }
 
@@ -84,9 +89,10 @@ void RecordScreen::postRecord() {
       return record().post();
     } catch (const store::StoreError& error) {
       if (error.code() != store::Code::keyViolation) throw;
-      const bool idIsTaken = takesId && isUsed(database(), {table, plan_.key, {}}, record().value(plan_.key));
-      if (idIsTaken && tries < kIdTries) continue;
-      if (plan_.keyViolation.empty()) throw;
+      const bool idIsTaken = isNew() && isUsed(database(), {table, plan_.key, {}}, record().value(plan_.key));
+      if (takesId && idIsTaken && tries < kIdTries) continue;
+      // The words are about what a person typed.
+      if (idIsTaken || plan_.keyViolation.empty()) throw;
       refuse(plan_.keyViolation, focus(plan_.keyFocus));
     }
   }
@@ -134,6 +140,7 @@ bool RecordScreen::mayClose() {
                                               .standard = Button::yes});
     if (answer == Button::cancel) return false;
     if (answer == Button::yes) {
+      takeTyped();
       save();
       return true;
     }

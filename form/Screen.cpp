@@ -22,23 +22,6 @@ Control* search(Control& control, const Test& test) {
   return nullptr;
 }
 
-bool takesFocus(Kind kind) {
-  switch (kind) {
-    case Kind::edit:
-    case Kind::memo:
-    case Kind::check:
-    case Kind::chooser:
-    case Kind::choice:
-    case Kind::list:
-    case Kind::grid:
-    case Kind::month:
-    case Kind::button:
-      return true;
-    default:
-      return false;
-  }
-}
-
 bool pathFrom(Control& from, const Control& to, std::vector<Control*>& path) {
   for (const auto& child : from.children()) {
     path.push_back(child.get());

@@ -136,6 +136,13 @@ TEST_F(InputTest, ClosingLosesNothingWithoutAQuestion) {
   toy_ = &app_.open("TfrmToy");
   EXPECT_TRUE(input_.close(*toy_).ok) << "nothing changed";
   EXPECT_EQ(person_.takeHeard(), "");
+  toy_ = &app_.open("TfrmToy");
+  person_.answers = {Button::cancel, Button::yes};
+  input_.type(*toy_, "Q");
+  EXPECT_TRUE(input_.close(*toy_).aborted) << "typed and not taken is a change, too";
+  EXPECT_EQ(toy_->typed(), "Q");
+  EXPECT_TRUE(input_.close(*toy_).ok);
+  EXPECT_EQ(stored("ToyDoc", "Code"), "Q B ");
 }
 
 TEST_F(InputTest, CancelPutsSavedLinesBack) {

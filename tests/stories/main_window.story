@@ -47,6 +47,8 @@
 < {"ok":false,"error":{"text":"No screen 'frmJVs' is open","exists":["frmQuillon"]}}
 > {"set":"frmQuillon.lblCompanyName","value":"x"}
 < {"ok":false,"error":{"text":"Nothing can be typed into 'frmQuillon.lblCompanyName'"}}
+> {"type":"frmQuillon.lblCompanyName","keys":"x"}
+< {"ok":false,"error":{"text":"'frmQuillon.lblCompanyName' takes no focus"}}
 > {"state":"frmQuillon","from":-1}
 < {"ok":false}
 > {"key":"Ctrl+F"}
