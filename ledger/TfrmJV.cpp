@@ -118,7 +118,7 @@ void TfrmJV::build(form::Layout& l) {
         l.button("btnCancel", "Cancel", &TfrmJV::btnCancelClick).abandons());
   l.menu("&Lines", l.entry("mnuNew", "&New", &TfrmJV::btnNewClick).enabledWhen(mayChange),
          l.entry("mnuDelete", "&Delete", &TfrmJV::btnDeleteClick).enabledWhen(mayChange).abandons(),
-         l.entry("mnuImportJVData", "&Import JV Data", &TfrmJV::mnuImportJVDataClick).enabledWhen(mayChange));
+         l.entry("mnuImportJVData", "&Import JV Data", &TfrmJV::mnuImportJVDataClick).enabledWhen(mayChange).saves());
 }
 
 form::Control& TfrmJV::headerFields(form::Layout& l) {

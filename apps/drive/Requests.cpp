@@ -133,6 +133,8 @@ Done locate(Program& program, const Target& target, const Json* values) {
       throw RequestRefused("There is no field " + quoted(name), names);
     }
     fields += (fields.empty() ? "" : ";") + name;
+    if (value.is(Json::Kind::object) || value.is(Json::Kind::array))
+      throw RequestRefused("\"values\" takes texts, numbers, true, false and null");
     std::string cell;
     if (value.is(Json::Kind::null))
       appendCell(cell, {});
@@ -140,7 +142,11 @@ Done locate(Program& program, const Target& target, const Json* values) {
       cell = value.truth ? "true" : "false";
     else
       appendEscaped(cell, value.text);
-    wanted.push_back(valueOfCell(cell, cursor.field(position).definition()));
+    try {
+      wanted.push_back(valueOfCell(cell, cursor.field(position).definition()));
+    } catch (const Error& error) {
+      throw RequestRefused("The field " + quoted(name) + ": " + error.what());
+    }
   }
   return program.input().locate(*target.screen, *target.control, fields, wanted);
 }

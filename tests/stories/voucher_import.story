@@ -78,6 +78,14 @@
 > {"state":"frmJV"}
 < {"state":{"controls":{"lblTotals":{"caption":"Debits: 15.50   Credits: 10.50CR   Diff: 5.00CR"},"grdJVDet":{"total":4}}}}
 
+# A line that is being entered comes first.
+> {"grid":"frmJV.grdJVDet","do":"append"}
+> {"set":"frmJV.grdJVDet[4].GLAmount","value":"3"}
+> {"click":"frmJV.mnuImportJVData"}
+< {"ok":false,"messages":[{"text":"Field 'GL Account' must have a value...\rMake changes or press Esc to undo"}],
+   "opened":[],"focus":"frmJV.grdJVDet[4].GLAccount"}
+> {"key":"Esc"}
+
 # A row that the voucher's own rules refuse ends it too; nothing of it stays.
 = lines.txt ["Account\tSubAccount1\tSubAccount2\tSubAccount3\tAmount\n1000\t\t\t\t-5\n\n6000\t\t\t\t1\n"]
 > {"click":"frmJV.mnuImportJVData"}

@@ -29,6 +29,12 @@
    {"path":"&Sort by > Period &descending","checked":true},{"path":"&Sort by > &JV no."},
    {"path":"&Sort by > D&escription"}]}}
 
+| {"JVNumber":{}} | \"values\" takes texts, numbers, true, false and null
+| {"JVNumber":"x"} | The field 'JVNumber': a whole number is needed
+> {"grid":"frmJVs.grdJV","do":"locate","values":{1}}
+< {"ok":false,"error":{"text":"{2}"}}
+|
+
 # Sorting keeps the row.
 | mnuSortPeriod | 1003 | 3001 | 3002
 | mnuSortJVNo | 1001 | 1002 | 1003
