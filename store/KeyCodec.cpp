@@ -54,6 +54,10 @@ void invertFrom(std::size_t start, std::string& bytes) {
   for (std::size_t i = start; i < bytes.size(); ++i) bytes[i] = static_cast<char>(~bytes[i]);
 }
 
+[[noreturn]] void raiseDamagedKey() {
+  throw StoreError(Code::damaged, "A key of an index is damaged; repair the table");
+}
+
 }  // namespace
 
 KeyCodec::KeyCodec(const TableDef& table, const IndexDef& index)
@@ -128,8 +132,26 @@ void KeyCodec::appendRow(std::string& key, RowId row) {
 }
 
 std::size_t KeyCodec::fieldBytes(std::string_view key) {
-  if (key.size() < kRowBytes) throw StoreError(Code::damaged, "A key of an index is damaged; repair the table");
+  if (key.size() < kRowBytes) raiseDamagedKey();
   return key.size() - kRowBytes;
+}
+
+std::size_t KeyCodec::leadingBytes(std::string_view key, std::size_t fields) const {
+  const std::size_t end = fieldBytes(key);
+  std::size_t at = 0;
+  for (std::size_t i = 0; i < fields; ++i) {
+    const Part& part = parts_[i];
+    const char inverted = part.descending ? '\xFF' : '\0';
+    const bool present = at < end && (key[at] ^ inverted) == kPresent;
+    ++at;
+    if (!present) continue;
+    if (part.definition.type == FieldType::string)
+      at = std::min(key.find(static_cast<char>(kTextEnd ^ inverted), at), end) + 1;
+    else
+      at += widthOf(part.definition.type);
+  }
+  if (at > end) raiseDamagedKey();
+  return at;
 }
 
 RowId KeyCodec::rowOf(std::string_view key) {

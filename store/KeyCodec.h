@@ -51,6 +51,8 @@ class KeyCodec {
   static RowId rowOf(std::string_view key);
   // Length of the key without the row id.
   static std::size_t fieldBytes(std::string_view key);
+  // Length of the first `fields` fields of a key of this index. damaged where they are not there.
+  std::size_t leadingBytes(std::string_view key, std::size_t fields) const;
   // The fields of the key without the row id.
   static std::string_view fieldsOf(std::string_view key) { return key.substr(0, fieldBytes(key)); }
   static void appendRow(std::string& key, RowId row);

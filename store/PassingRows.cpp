@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "store/Errors.h"
+#include "store/table/RowReader.h"
 #include "store/table/Table.h"
 
 namespace quillon::store {
@@ -14,11 +15,6 @@ constexpr std::size_t kFromCandidates = 64;    // rows given at least, now that 
 constexpr std::size_t kCountChunk = 4096;      // the same for a count
 constexpr std::uint64_t kCandidates = 16'384;  // brought into an order at most
 constexpr std::uint64_t kMostIds = 1'000'000;  // kept at a time for a count
-
-[[noreturn]] void raiseIndexDamaged(const Table& table) {
-  throw StoreError(Code::damaged, "An index of table '" + table.name() +
-                                      "' names a record that is not there. Run Pack/Repair on the company.");
-}
 
 }  // namespace
 
@@ -77,10 +73,8 @@ PassingRows::Chunk PassingRows::walk(bool forward, const From& from, std::size_t
   sink.clear();
   Chunk chunk;
   TreeWalk walk(order_ < 0 ? table_.rows() : table_.index(order_));
-  TreeWalk rows(table_.rows());
-  std::string rowKey;
+  RowReader rows(table_);
   std::size_t looked = 0;
-  RowId last = 0;
   for (bool found = seekFrom(walk, forward, from, low_, high_);; found = forward ? walk.next() : walk.prior()) {
     if (!found || !inside(walk.key())) {
       chunk.ended = true;
@@ -88,18 +82,7 @@ PassingRows::Chunk PassingRows::walk(bool forward, const From& from, std::size_t
     }
     if (chunk.added == most || looked++ >= (chunk.added > 0 ? kEnough : kChunk)) return chunk;
     const RowId row = KeyCodec::rowOf(walk.key());
-    std::string_view payload;
-    if (order_ < 0) {
-      payload = walk.payload();
-    } else {
-      rowKey.assign(walk.key().substr(KeyCodec::fieldBytes(walk.key())));
-      // Rows entered one behind the other often follow each other in an index too.
-      const bool beside = row == last + 1 ? rows.next() : row + 1 == last && rows.prior();
-      if ((!beside || rows.key() != rowKey) && (!rows.seek(rowKey) || rows.key() != rowKey)) raiseIndexDamaged(table_);
-      last = row;
-      payload = rows.payload();
-    }
-    const std::string_view record = table_.record(payload, scratch_);
+    const std::string_view record = order_ < 0 ? table_.record(walk.payload(), scratch_) : rows.read(row);
     const Test result = test(row, record, chunk.added);
     if (result == Test::raises) return chunk;
     if (result == Test::passes) {
@@ -152,12 +135,11 @@ bool PassingRows::readCandidates(bool forward, const From& from, std::size_t wan
   if (2 * count > (wanted > 0 && count > wanted ? ahead / count * wanted : ahead)) return false;
   const RowFilter::Range& range = filter_.range(index);
   if (range.nothing) return true;
-  std::string record;
+  RowReader rows(table_);
   std::vector<std::string> keys;
   for (const RowId row : idsOf(index, range.low, range.high)) {
-    if (!table_.readRow(row, record)) raiseIndexDamaged(table_);
     std::string& key = keys.emplace_back();
-    keyOf(row, record, key);
+    keyOf(row, rows.read(row), key);
     const bool reached =
         from.bounded || (forward ? key > from.key : key < from.key) || (from.inclusive && key == from.key);
     if (!inside(key) || !reached) keys.pop_back();
@@ -167,7 +149,7 @@ bool PassingRows::readCandidates(bool forward, const From& from, std::size_t wan
   std::size_t added = 0;
   for (const std::string& key : keys) {
     const RowId row = KeyCodec::rowOf(key);
-    if (!table_.readRow(row, record)) raiseIndexDamaged(table_);
+    const std::string_view record = rows.read(row);
     const Test result = test(row, record, added);
     if (result == Test::raises) break;
     if (result == Test::fails) continue;

@@ -16,8 +16,6 @@ constexpr double kHashCost = 0.4;             // of a row put into a hash
 constexpr double kGuess = 0.01;               // share of rows that an equality leaves, where it is not known
 constexpr std::uint64_t kHashedPages = 8192;  // a table up to this size (32 MiB) is hashed with its records
 
-bool isRange(Op op) { return op == Op::less || op == Op::lessEqual || op == Op::greater || op == Op::greaterEqual; }
-
 // The one type in which a column and a value are equal or not.
 Type commonType(Type a, Type b) {
   if (a == b || b == Type::null) return a;
@@ -26,95 +24,16 @@ Type commonType(Type a, Type b) {
   return Type::dateTime;
 }
 
-[[noreturn]] void raiseIndexDamaged(const std::string& table) {
-  throw StoreError(Code::damaged, "An index of table '" + table +
-                                      "' names a record that is not there. Run Pack/Repair on the company.");
-}
-
 }  // namespace
-
-bool Access::isText(int field) const {
-  return table_.definition().fields[static_cast<std::size_t>(field)].type == FieldType::string;
-}
-
-int Access::equalities(int index, bool& range) const {
-  const IndexDef& definition = table_.definition().indexes[static_cast<std::size_t>(index)];
-  int count = 0;
-  range = false;
-  for (const IndexPart& part : definition.parts) {
-    const auto of = [&](bool wanted) {
-      return std::any_of(terms_.begin(), terms_.end(), [&](const Term& term) {
-        return term.field == part.field && term.value && (wanted ? term.op == Op::equal : isRange(term.op));
-      });
-    };
-    if (of(true)) {
-      ++count;
-      continue;
-    }
-    range = of(false) && !(definition.caseInsensitive && isText(part.field));
-    break;
-  }
-  return count;
-}
-
-bool Access::bounds(int index, Frame& frame, std::string& low, std::string& high) const {
-  const IndexDef& definition = table_.definition().indexes[static_cast<std::size_t>(index)];
-  const KeyCodec& codec = table_.codec(index);
-  std::vector<Value> values;
-  bool range = false;
-  const auto equal = static_cast<std::size_t>(equalities(index, range));
-  for (std::size_t i = 0; i < equal; ++i)
-    for (const Term& term : terms_)
-      if (term.field == definition.parts[i].field && term.op == Op::equal && term.value) {
-        values.push_back(valueOf(term.value->eval(frame)));
-        break;
-      }
-  try {
-    codec.encodePrefix(values, low);
-  } catch (const StoreError& error) {
-    if (error.code() != Code::badValue) throw;
-    return false;  // no row has a value that its field cannot hold
-  }
-  high = KeyCodec::successor(low);
-  if (!range) return true;
-  const IndexPart& part = definition.parts[equal];
-  for (const Term& term : terms_) {
-    if (term.field != part.field || !isRange(term.op)) continue;
-    const Datum limit = term.value->eval(frame);
-    if (limit.isNull()) return false;
-    values.resize(equal);
-    values.push_back(valueOf(limit));
-    std::string bound;
-    try {
-      codec.encodePrefix(values, bound);
-    } catch (const StoreError& error) {
-      if (error.code() != Code::badValue) throw;
-      continue;  // between two values of the field: left to the test of the rows
-    }
-    const bool from = (term.op == Op::greater || term.op == Op::greaterEqual) != part.descending;
-    if (from) {
-      low = std::max(low, bound);
-    } else if (bound = KeyCodec::successor(bound); !bound.empty()) {
-      high = high.empty() ? bound : std::min(high, bound);
-    }
-  }
-  return true;
-}
-
-std::uint64_t Access::countBetween(int index, const std::string& low, const std::string& high) const {
-  Tree& tree = table_.index(index);
-  const std::uint64_t above = high.empty() ? tree.count() : tree.rank(high);
-  return above - std::min(above, tree.rank(low));
-}
 
 void Access::forEachListed(Frame& frame, const Term& term, const std::function<void(const Datum&)>& each) const {
   if (term.members) return term.members->forEach(frame, each);
   for (std::size_t i = 1; i < term.list->size(); ++i) each((*term.list)[i]->eval(frame));
 }
 
-// An index that is searched for each value of a list, where that finds fewer rows than `best`; returns how many. The
-// values of a sub-select are looked at for the first source only, where the search is made once; a sample tells how
-// many rows they have.
+// An index that is searched for each value of a list, where that costs less than the way chosen, which finds `best`
+// rows; returns how many. The values of a sub-select are looked at for the first source only, where the search is made
+// once; a sample tells how many rows they have.
 double Access::chooseList(Frame& frame, double best) {
   constexpr std::size_t kSample = 16;
   const auto rows = static_cast<double>(table_.rowCount());
@@ -128,9 +47,9 @@ double Access::chooseList(Frame& frame, double best) {
       std::size_t values = 0;
       forEachListed(frame, term, [&](const Datum&) { ++values; });
       const auto count = static_cast<double>(values);
-      if (count > rows * kIndexShare + 1) continue;
+      if (count * kSearchCost > rows * kRowCost) continue;
       double found = std::min(rows, count * rows * kGuess);
-      if (term.members) {
+      if (source_ == 0) {
         std::size_t at = 0;
         std::size_t sampled = 0;
         std::uint64_t sum = 0;
@@ -141,9 +60,8 @@ double Access::chooseList(Frame& frame, double best) {
           ++sampled;
         });
         found = sampled == 0 ? 0 : static_cast<double>(sum) * count / static_cast<double>(sampled);
-        if (found > rows * kIndexShare) continue;
       }
-      if (kind_ != Kind::scan && found >= best) continue;
+      if (count * kSearchCost + found * kSearchCost / 2 >= cost(best)) continue;
       kind_ = Kind::list;
       index_ = index;
       listTerm_ = t;
@@ -215,10 +133,16 @@ double Access::choose(double outerRows, Frame& frame) {
   return outerRows * (unique || kind_ == Kind::hash ? 1 : each);
 }
 
-bool Access::stand(Frame& frame, RowId row, std::string_view payload, const std::function<bool()>& callback) {
+// Of the chosen way, once, where it finds so many rows.
+double Access::cost(double found) const {
+  if (kind_ == Kind::scan) return static_cast<double>(table_.rowCount()) * kRowCost;
+  return kSearchCost + found * kSearchCost / 2;
+}
+
+bool Access::stand(Frame& frame, RowId row, std::string_view record, const std::function<bool()>& callback) {
   SourceRow& here = frame.rows[static_cast<std::size_t>(source_)];
   here.row = row;
-  here.view.emplace(table_.layout(), table_.record(payload, scratch_));
+  here.view.emplace(table_.layout(), record);
   return callback();
 }
 
@@ -238,24 +162,15 @@ bool Access::forEach(Frame& frame, const std::function<bool()>& row) {
 bool Access::scan(Frame& frame, const std::function<bool()>& row) {
   TreeWalk walk(table_.rows());
   for (bool found = walk.first(); found; found = walk.next())
-    if (!stand(frame, KeyCodec::rowOf(walk.key()), walk.payload(), row)) return false;
+    if (!stand(frame, KeyCodec::rowOf(walk.key()), table_.record(walk.payload(), scratch_), row)) return false;
   return true;
 }
 
 bool Access::fetch(Frame& frame, std::vector<RowId>& ids, const std::function<bool()>& row) {
   if (!std::is_sorted(ids.begin(), ids.end())) std::sort(ids.begin(), ids.end());
   ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
-  TreeWalk walk(table_.rows());
-  std::string key;
-  for (const RowId id : ids) {
-    key.clear();
-    KeyCodec::appendRow(key, id);
-    // The next one needs no search: what was found together often stands together.
-    const bool next = walk.valid() && walk.next() && walk.key() == key;
-    if (!next && (!walk.seek(key) || walk.key() != key)) raiseIndexDamaged(table_.name());
-    if (!stand(frame, id, walk.payload(), row)) return false;
-  }
-  return true;
+  return RowReader(table_).readEach(ids,
+                                    [&](RowId id, std::string_view record) { return stand(frame, id, record, row); });
 }
 
 bool Access::byIndex(Frame& frame, const std::function<bool()>& row) {
@@ -330,32 +245,17 @@ bool Access::byHash(Frame& frame, const std::function<bool()>& row) {
   return true;
 }
 
-bool Access::forEachInOrder(Frame& frame, int index, const std::function<bool()>& row) {
-  std::string low, high;
-  if (!bounds(index, frame, low, high)) return true;
-  TreeWalk walk(table_.index(index));
-  TreeWalk rows(table_.rows());
-  std::string key;
-  for (bool found = walk.seek(low); found && (high.empty() || walk.key() < high); found = walk.next()) {
-    const RowId id = KeyCodec::rowOf(walk.key());
-    key.clear();
-    KeyCodec::appendRow(key, id);
-    if (!rows.seek(key) || rows.key() != key) raiseIndexDamaged(table_.name());
-    if (!stand(frame, id, rows.payload(), row)) return false;
-  }
-  return true;
+std::string Access::nameOf(int index) const {
+  const std::string& name = table_.definition().indexes[static_cast<std::size_t>(index)].name;
+  return name.empty() ? "the primary index" : "index " + name;
 }
 
 std::string Access::explain() const {
-  const auto indexed = [&] {
-    const std::string& name = table_.definition().indexes[static_cast<std::size_t>(index_)].name;
-    return name.empty() ? std::string("the primary index") : "index " + name;
-  };
   switch (kind_) {
     case Kind::index:
-      return "search " + table_.name() + " by " + indexed();
+      return "search " + table_.name() + " by " + nameOf(index_);
     case Kind::list:
-      return "search " + table_.name() + " by " + indexed() + " for each value of a list";
+      return "search " + table_.name() + " by " + nameOf(index_) + " for each value of a list";
     case Kind::hash:
       return "hash " + table_.name();
     default:

@@ -100,9 +100,13 @@ void placeConditions(std::vector<Level>& levels, const Expression* where, const 
   for (std::size_t i = 0; i < levels.size(); ++i) {
     Level& level = levels[i];
     std::vector<Access::Term> terms;
-    for (const Expression* condition : level.join == JoinKind::left ? level.matching : level.conditions)
-      termsOf(condition, static_cast<int>(i), terms);
-    level.access = std::make_unique<Access>(*level.table, static_cast<int>(i), std::move(terms));
+    const auto& conditions = level.join == JoinKind::left ? level.matching : level.conditions;
+    for (std::size_t c = 0; c < conditions.size(); ++c) {
+      const std::size_t before = terms.size();
+      termsOf(conditions[c], static_cast<int>(i), terms);
+      for (std::size_t t = before; t < terms.size(); ++t) terms[t].condition = c;
+    }
+    level.access = std::make_unique<Access>(*level.table, static_cast<int>(i), std::move(terms), conditions.size());
   }
 }
 
@@ -116,8 +120,7 @@ bool SelectPlan::Core::join(Frame& frame, std::size_t level, const std::function
     matched = true;
     return !allHold(here.conditions, frame) || join(frame, level + 1, row);
   };
-  const bool ordered = level == 0 && orderIndex >= 0;
-  if (!(ordered ? here.access->forEachInOrder(frame, orderIndex, meets) : here.access->forEach(frame, meets)))
+  if (!(level == 0 && order ? here.access->forEachInOrder(frame, *order, meets) : here.access->forEach(frame, meets)))
     return false;
   if (here.join != JoinKind::left || matched) return true;
   frame.rows[level].view.reset();

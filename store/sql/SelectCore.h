@@ -34,7 +34,10 @@ struct SelectPlan::Core {
   ExpressionPtr having;
   bool distinct = false;
   bool unionAll = false;  // how it joins those before it
-  int orderIndex = -1;    // the index whose order is the order wanted
+  // Of the only source: the indexes that give the order wanted, or a minimum or maximum first, and the one that this
+  // run goes by.
+  std::vector<Access::Order> orders;
+  const Access::Order* order = nullptr;
 
   // Calls for each joined row that meets all conditions. False from the callback ends it.
   bool join(Frame& frame, std::size_t level, const std::function<bool()>& row);

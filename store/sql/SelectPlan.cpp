@@ -300,36 +300,40 @@ void SelectPlan::bindOrder(const Select& select, Binder& binder, const std::map<
     order_.push_back(std::move(term));
   }
   binder.setAliases(nullptr);
-  // With TOP, an index in the wanted order spares reading and sorting the rest.
+  findOrders();
+}
+
+// The indexes that give the rows of the only source in the order wanted, or the minimum or maximum wanted first.
+void SelectPlan::findOrders() {
   Core& core = *cores_[0];
-  if (!select.top || order_.empty() || cores_.size() > 1 || core.levels.size() != 1 || core.grouped || core.distinct)
+  if (cores_.size() > 1 || core.levels.size() != 1 || core.distinct || core.levels[0].derived) return;
+  std::vector<Access::Wanted> wanted;
+  int source = 0;
+  int field = 0;
+  const auto want = [&](const Expression& expression, bool descending) {
+    if (!expression.column(source, field) || expression.type == Type::blob) return false;
+    wanted.push_back({field, descending, expression.type == Type::text});
+    return true;
+  };
+  const Access& access = *core.levels[0].access;
+  if (core.grouped) {
+    const Grouping& grouping = core.grouping;
+    if (!core.groupBy.empty() || grouping.aggregates.size() != 1 || !grouping.firstValues.empty() ||
+        grouping.rowSources != 0)
+      return;
+    const Aggregate& aggregate = grouping.aggregates[0];
+    const bool max = aggregate.kind == AggregateKind::max;
+    if ((!max && aggregate.kind != AggregateKind::min) || !aggregate.argument || !want(*aggregate.argument, max))
+      return;
+    core.orders = access.orders(wanted, false);
+    for (Access::Order& order : core.orders) order.plain = order.present = true;
     return;
-  const auto& indexes = core.levels[0].table->definition().indexes;
-  for (std::size_t i = 0; i < indexes.size() && !ordered_; ++i) {
-    const IndexDef& index = indexes[i];
-    bool range = false;
-    const auto equal = static_cast<std::size_t>(core.levels[0].access->equalities(static_cast<int>(i), range));
-    bool fits = index.parts.size() >= order_.size();
-    std::size_t part = 0;
-    for (std::size_t t = 0; t < order_.size() && fits; ++t) {
-      int source = 0;
-      int field = 0;
-      const Expression& expression =
-          order_[t].expression ? *order_[t].expression : *core.items[static_cast<std::size_t>(order_[t].column)];
-      fits = expression.column(source, field);
-      // Leading fields that an equality holds fixed do not disturb the order.
-      while (fits && part < equal && part < index.parts.size() && index.parts[part].field != field) ++part;
-      fits = fits && part < index.parts.size() && index.parts[part].field == field &&
-             index.parts[part].descending == order_[t].descending &&
-             (expression.type != Type::text || index.caseInsensitive == nocase_) && expression.type != Type::blob;
-      ++part;
-    }
-    // Rows equal in the order wanted come by row id; behind further fields of the index they would not.
-    fits = fits && (part == index.parts.size() || (index.unique && part >= index.parts.size()));
-    if (!fits) continue;
-    core.orderIndex = static_cast<int>(i);
-    ordered_ = true;
   }
+  const bool plain = std::all_of(order_.begin(), order_.end(), [&](const OrderTerm& term) {
+    return want(term.expression ? *term.expression : *core.items[static_cast<std::size_t>(term.column)],
+                term.descending);
+  });
+  if (plain && !order_.empty()) core.orders = access.orders(wanted, nocase_);
 }
 
 Table* SelectPlan::liveTable() const {

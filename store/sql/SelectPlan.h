@@ -57,12 +57,13 @@ class SelectPlan {
   void bindFrom(const Select& select, Scope& scope, Core& core);
   void bindItems(const Select& select, Core& core, Binder& binder);
   void bindOrder(const Select& select, Binder& binder, const std::map<std::string, const Expr*>& aliases);
+  void findOrders();
   void unifyUnion();
   void nameColumns();
   std::uint64_t limit(Frame* outer) const;
-  void runCore(Core& core, Frame& frame, const std::function<bool(Frame&)>& row);
+  static void chooseWays(Core& core, std::uint64_t most, Frame& frame);
+  void runCore(Core& core, Frame& frame, std::uint64_t most, const std::function<bool(Frame&)>& row);
   void runGrouped(Core& core, Frame& frame, const std::function<bool(Frame&)>& row);
-  bool endpoint(Core& core, Frame& frame, const std::function<bool()>& take);
   void sortKey(Frame& frame, const std::vector<Datum>& row, std::string& key) const;
 
   Compiler& compiler_;
@@ -73,7 +74,6 @@ class SelectPlan {
   std::vector<SelectColumn> columns_;
   std::vector<OrderTerm> order_;
   bool nocase_ = false;
-  bool ordered_ = false;  // the rows come in the right order by themselves
   ExpressionPtr top_;
   std::vector<RowId>* liveRows_ = nullptr;
 };

@@ -40,7 +40,7 @@ void SelectPlan::run(Frame* outer, const RowSink& sink) {
   const std::uint64_t most = limit(outer);
   if (most == 0) return;
   std::uint64_t given = 0;
-  const bool sorts = !order_.empty() && !ordered_;
+  const auto sorts = [&] { return !order_.empty() && !cores_[0]->order; };
   Sorter sorter([&] { return compiler_.database().session().scratch(); }, kSortMemory);
   std::unordered_set<std::string> seen;
   std::string key, bytes;
@@ -59,7 +59,7 @@ void SelectPlan::run(Frame* outer, const RowSink& sink) {
     frame.outer = outer;
     frame.rows.resize(core.levels.size());
     for (std::size_t s = 0; s < core.levels.size(); ++s) frame.rows[s].table = core.levels[s].table;
-    runCore(core, frame, [&](Frame& at) {
+    runCore(core, frame, most, [&](Frame& at) {
       row.clear();
       for (const ExpressionPtr& item : core.items) row.push_back(item->eval(at));
       if (once) {
@@ -67,7 +67,7 @@ void SelectPlan::run(Frame* outer, const RowSink& sink) {
         for (const Datum& value : row) appendIdentity(value, bytes);
         if (!seen.insert(bytes).second) return true;
       }
-      if (sorts) {
+      if (sorts()) {
         sortKey(at, row, key);
         bytes.clear();
         if (liveRows_) row.push_back(Datum::ofWhole(static_cast<std::int64_t>(at.rows[0].row)));
@@ -80,7 +80,7 @@ void SelectPlan::run(Frame* outer, const RowSink& sink) {
       return more;
     });
   }
-  if (!sorts) return;
+  if (!sorts()) return;
   sorter.forEach([&](std::string_view payload) {
     readRow(payload, row);
     if (liveRows_) {
@@ -99,7 +99,18 @@ std::vector<RowId> SelectPlan::liveRows() {
   return rows;
 }
 
-void SelectPlan::runCore(Core& core, Frame& frame, const std::function<bool(Frame&)>& row) {
+// The ways to the rows, by the counts of the moment; `most`: rows of the result.
+void SelectPlan::chooseWays(Core& core, std::uint64_t most, Frame& frame) {
+  core.order = nullptr;
+  if (!core.orders.empty()) {
+    core.order = core.levels[0].access->chooseOrder(core.orders, core.grouped ? 1 : most, frame);
+    return;
+  }
+  double rows = 1;
+  for (Level& level : core.levels) rows = level.access->choose(rows, frame);
+}
+
+void SelectPlan::runCore(Core& core, Frame& frame, std::uint64_t most, const std::function<bool(Frame&)>& row) {
   for (Level& level : core.levels)
     if (level.derived) {
       TableFill fill(*level.table);
@@ -113,9 +124,7 @@ void SelectPlan::runCore(Core& core, Frame& frame, const std::function<bool(Fram
   if (core.grouped) return runGrouped(core, frame, row);
   const auto holds = [&](const Expression* condition) { return condition->eval(frame).isTrue(); };
   if (!std::all_of(core.constants.begin(), core.constants.end(), holds)) return;
-  double rows = 1;
-  if (core.orderIndex < 0)
-    for (Level& level : core.levels) rows = level.access->choose(rows, frame);
+  chooseWays(core, most, frame);
   core.join(frame, 0, [&] { return row(frame); });
 }
 
@@ -124,8 +133,7 @@ void SelectPlan::runGrouped(Core& core, Frame& frame, const std::function<bool(F
   const auto holds = [&](const Expression* condition) { return condition->eval(frame).isTrue(); };
   if (core.groupBy.empty()) groups.at({}, frame, false);
   if (std::all_of(core.constants.begin(), core.constants.end(), holds)) {
-    double rows = 1;
-    for (Level& level : core.levels) rows = level.access->choose(rows, frame);
+    chooseWays(core, 1, frame);
     std::string key;
     const auto take = [&] {
       key.clear();
@@ -133,61 +141,19 @@ void SelectPlan::runGrouped(Core& core, Frame& frame, const std::function<bool(F
       groups.add(groups.at(key, frame, true), frame);
       return true;
     };
-    if (!endpoint(core, frame, take)) core.join(frame, 0, take);
+    // A minimum or maximum stands at one end of an index: the first value that is there is the only one that matters.
+    core.join(frame, 0, [&] {
+      if (!core.order) return take();
+      if (core.grouping.aggregates[0].argument->eval(frame).isNull()) return true;
+      take();
+      return false;
+    });
   }
   groups.forEach(frame, [&] {
     frame.texts.clear();
     if (core.having && !core.having->eval(frame).isTrue()) return true;
     return row(frame);
   });
-}
-
-// MIN or MAX of a field behind leading fields that equalities hold fixed stands at one end of an index. True: `take`
-// was called for the one row that matters, if there is one.
-bool SelectPlan::endpoint(Core& core, Frame& frame, const std::function<bool()>& take) {
-  if (core.levels.size() != 1 || !core.groupBy.empty() || core.grouping.aggregates.size() != 1 ||
-      !core.grouping.firstValues.empty() || core.grouping.rowSources != 0)
-    return false;
-  const Aggregate& aggregate = core.grouping.aggregates[0];
-  int source = 0;
-  int field = 0;
-  if ((aggregate.kind != AggregateKind::min && aggregate.kind != AggregateKind::max) || !aggregate.argument ||
-      !aggregate.argument->column(source, field))
-    return false;
-  Level& level = core.levels[0];
-  const auto& terms = level.access->terms();
-  if (terms.size() != level.conditions.size() || std::any_of(terms.begin(), terms.end(), [](const Access::Term& term) {
-        return !term.value || term.op != Op::equal;
-      }))
-    return false;
-  const auto& indexes = level.table->definition().indexes;
-  for (std::size_t i = 0; i < indexes.size(); ++i) {
-    bool range = false;
-    const auto equal = static_cast<std::size_t>(level.access->equalities(static_cast<int>(i), range));
-    const IndexDef& index = indexes[i];
-    if (equal != terms.size() || index.caseInsensitive || index.parts.size() <= equal ||
-        index.parts[equal].field != field)
-      continue;
-    std::string low, high;
-    if (!level.access->bounds(static_cast<int>(i), frame, low, high)) return true;
-    // Behind the nulls in an ascending field, before them in a descending one.
-    const bool descending = index.parts[equal].descending;
-    const std::string values = low + (descending ? '\xFE' : '\x01');
-    const std::string end = KeyCodec::successor(values);
-    TreeWalk walk(level.table->index(static_cast<int>(i)));
-    const bool atStart = (aggregate.kind == AggregateKind::min) != descending;
-    const bool found = atStart ? walk.seek(values) : end.empty() ? walk.last() : walk.seekBefore(end);
-    if (!found || !walk.key().starts_with(values)) return true;
-    std::string record;
-    const RowId row = KeyCodec::rowOf(walk.key());
-    if (!level.table->readRow(row, record)) return false;
-    frame.rows[0].row = row;
-    frame.rows[0].view.emplace(level.table->layout(), std::string_view(record));
-    take();
-    frame.rows[0].view.reset();
-    return true;
-  }
-  return false;
 }
 
 void SelectPlan::explain(std::vector<std::string>& lines, int indent) {
@@ -198,24 +164,20 @@ void SelectPlan::explain(std::vector<std::string>& lines, int indent) {
     Frame frame;
     frame.rows.resize(core->levels.size());
     for (std::size_t s = 0; s < core->levels.size(); ++s) frame.rows[s].table = core->levels[s].table;
-    double rows = 1;
+    chooseWays(*core, limit(nullptr), frame);
     for (Level& level : core->levels) {
       if (level.derived) {
         lines.push_back(space + "make " + level.table->name() + " from");
         level.derived->explain(lines, indent + 1);
       }
-      rows = level.access->choose(rows, frame);
-      std::string line = core->orderIndex >= 0
-                             ? "walk " + level.table->name() + " in the order of index " +
-                                   level.table->definition().indexes[static_cast<std::size_t>(core->orderIndex)].name
-                             : level.access->explain();
+      std::string line = core->order ? level.access->explain(*core->order) : level.access->explain();
       if (level.join == JoinKind::left) line += ", or no row";
       lines.push_back(space + line);
     }
     if (core->grouped) lines.push_back(space + (core->groupBy.empty() ? "aggregate" : "group"));
     if (core->distinct) lines.push_back(space + "distinct");
   }
-  if (!order_.empty() && !ordered_) lines.push_back(space + "sort");
+  if (!order_.empty() && !cores_[0]->order) lines.push_back(space + "sort");
   if (top_) lines.push_back(space + "top");
 }
 

@@ -245,7 +245,7 @@ class ThreeWays {
   void notePlan(const std::string& plan) {
     seen_.indexed += plan.find("search ") != std::string::npos;
     seen_.hashed += plan.find("hash ") != std::string::npos;
-    seen_.ordered += plan.find("in the order of index") != std::string::npos;
+    seen_.ordered += plan.find("in the order of ") != std::string::npos;
   }
 
   QueryPair whole(const std::string& table) const {

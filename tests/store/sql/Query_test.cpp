@@ -252,14 +252,67 @@ TEST_F(QueryTest, TablesInMemoryAreTablesForCursorsToo) {
   EXPECT_EQ(run("SELECT ID INTO \"\\Memory\\Few\" FROM Cust WHERE ID = 1"), 1u);
 }
 
+// Beside a copy without indexes, with more equal rows than are read backwards at once.
+TEST_F(QueryTest, OrdersAndEndsOfAnIndexAreThoseOfASort) {
+  run("CREATE TABLE Ties (N Integer, K SmallInt, S VARCHAR(4))");
+  for (int i = 0; i < 300; ++i)
+    run("INSERT INTO Ties VALUES (" + std::to_string(i * 7 % 11) + ", " +
+        (i % 10 == 0 ? "NULL" : std::to_string(i * i % 3)) + ", '" +
+        (i % 4 == 0   ? "B"
+         : i % 3 == 0 ? "b"
+                      : "a") +
+        "')");
+  run("SELECT * INTO Bare FROM Ties");
+  for (const char* index : {"ByK ON Ties (K)", "ByKN ON Ties (K DESC, N)", "ByS ON Ties (S) NOCASE"})
+    run(std::string("CREATE INDEX ") + index);
+  const auto rows = [&](const std::string& text) {
+    std::string all;
+    Query query(anna_->database, text);
+    for (query.open(); !query.eof(); query.next(), all += '\n')
+      for (int i = 0; i < query.fieldCount(); ++i) all += query.field(i).value().toText() + ' ';
+    return all;
+  };
+  int ordered = 0;
+  for (const std::string where :
+       {"", " WHERE K = 1", " WHERE K < 1.5", " WHERE K >= 0 AND N > 4", " WHERE K IS NULL"}) {
+    for (const char* what : {"MIN(K)", "MAX(K)", "MIN(N)", "MAX(N)", "MAX(S)"})
+      EXPECT_EQ(rows(std::string("SELECT ") + what + " FROM Ties" + where),
+                rows(std::string("SELECT ") + what + " FROM Bare" + where))
+          << what << where;
+    for (const char* order :
+         {"K", "K DESC", "N DESC", "K, N DESC", "K DESC, N", "K DESC, N DESC", "S DESC NOCASE", "S"})
+      for (const char* top : {"", " TOP 1", " TOP 110"}) {
+        const std::string tail = where + " ORDER BY " + order + top;
+        EXPECT_EQ(rows("SELECT * FROM Ties" + tail), rows("SELECT * FROM Bare" + tail)) << tail;
+        ordered += rows("EXPLAIN SELECT * FROM Ties" + tail).find("in the order of") != std::string::npos;
+      }
+  }
+  EXPECT_GT(ordered, 40);
+}
+
 TEST_F(QueryTest, ExplainTellsTheIndexThatServes) {
   const auto plan = [&](const std::string& text) {
     std::string all;
     for (const std::string& line : Query(anna_->database, text).explain()) all += line + "\n";
     return all;
   };
-  EXPECT_THAT(plan("SELECT * FROM Cust WHERE Name = 'Name3'"), testing::HasSubstr("ByName"));
-  EXPECT_THAT(plan("SELECT * FROM Cust WHERE Notes = 'x'"), testing::Not(testing::HasSubstr("ByName")));
+  const auto is = [](const char* text) { return testing::StartsWith(text); };
+  EXPECT_THAT(plan("SELECT * FROM Cust WHERE Name = 'Name3'"), is("search Cust by index ByName"));
+  EXPECT_THAT(plan("SELECT * FROM Cust WHERE Notes = 'x'"), is("walk Cust\n"));
+  EXPECT_THAT(plan("SELECT MIN(ID) FROM Cust"), is("take the first row of Cust by the primary index"));
+  EXPECT_THAT(plan("SELECT MAX(ID) FROM Cust WHERE ID < 9"), is("take the last row of Cust by the primary index"));
+  EXPECT_THAT(plan("SELECT MIN(ID), MAX(ID) FROM Cust"), is("walk Cust\n"));
+  EXPECT_EQ(plan("SELECT * FROM Cust ORDER BY ID DESC TOP 3"),
+            "walk Cust backwards in the order of the primary index\ntop\n");
+  EXPECT_EQ(plan("SELECT * FROM Cust ORDER BY ID DESC"), "walk Cust backwards in the order of the primary index\n");
+  // A few rows are found by their index and sorted rather than met in another one's order.
+  EXPECT_EQ(plan("SELECT * FROM Cust WHERE ID = 3 ORDER BY Name"), "search Cust by the primary index\nsort\n");
+  for (const char* beyond : {"ID > 1000", "ID > 99999999999", "ID < -2147483648.5", "ID > 149.5"})
+    EXPECT_THAT(plan(std::string("SELECT * FROM Cust WHERE ") + beyond), is("search Cust by the primary index"))
+        << beyond;
+  EXPECT_THAT(plan("SELECT * FROM Cust WHERE ID IN (SELECT ID FROM Cust WHERE ID < 3)"),
+              is("search Cust by the primary index for each value of a list"));
+  EXPECT_THAT(plan("SELECT * FROM Cust WHERE ID IN (SELECT ID FROM Cust WHERE ID < 60)"), is("walk Cust\n"));
   Query query(anna_->database, "EXPLAIN SELECT * FROM Cust WHERE ID = 3");
   EXPECT_TRUE(query.givesRows());
   query.open();
