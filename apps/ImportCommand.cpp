@@ -24,8 +24,6 @@
 namespace quillon::apps {
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
 class ImportFile {
  public:
   explicit ImportFile(const std::string& path) : path_(path) {

@@ -6,10 +6,12 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "apps/LocalEnvironment.h"
 #include "apps/ValueText.h"
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "store/Database.h"
 #include "store/Errors.h"
 #include "store/Query.h"
@@ -52,19 +54,23 @@ struct Fault {
   store::sql::Place place;
 };
 
+Fault faultAt(const store::sql::Place& place, std::string_view text, int code) {
+  return {"Line " + std::to_string(place.line) + ", column " + std::to_string(place.column) + ": " + std::string(text),
+          code, place};
+}
+
 // A statement is parsed by itself; people look for the fault in the whole script.
 Fault placed(const store::StatementError& error, store::sql::Place start) {
-  store::sql::Place place{start.line + error.line() - 1,
-                          error.line() == 1 ? start.column + error.column() - 1 : error.column()};
-  const std::string text = error.what();
-  const std::size_t said = text.find(": ");
-  return {"Line " + std::to_string(place.line) + ", column " + std::to_string(place.column) + text.substr(said),
-          error.number(), place};
+  const store::sql::Place place{start.line + error.line() - 1,
+                                error.line() == 1 ? start.column + error.column() - 1 : error.column()};
+  const std::string_view text = error.what();
+  return faultAt(place, text.substr(text.find(": ") + 2), error.number());
 }
 
 class Runner {
  public:
-  Runner(store::Database& database, bool json) : database_(database), json_(json) {}
+  // `many`: the script has more than one statement, so that an error says which.
+  Runner(store::Database& database, bool json, bool many) : database_(database), json_(json), many_(many) {}
 
   // Whether it was done.
   bool run(const store::sql::StatementText& statement) {
@@ -78,7 +84,7 @@ class Runner {
               ",\"column\":" + std::to_string(fault->place.column) + "}}\n";
       std::cout << line;
     }
-    std::string line;
+    std::string line = many_ ? "Statement " + std::to_string(number_) + ": " : "";
     for (const char c : fault->text) line += c == '\n' || c == '\r' ? ' ' : c;
     std::cerr << "quillonctl: " << line << '\n';
     return false;
@@ -92,9 +98,9 @@ class Runner {
     } catch (const store::StatementError& error) {
       return placed(error, statement.place);
     } catch (const store::StoreError& error) {
-      return Fault{error.what(), error.number(), statement.place};
+      return faultAt(statement.place, error.what(), error.number());
     } catch (const Error& error) {
-      return Fault{error.what(), 0, statement.place};
+      return faultAt(statement.place, error.what(), 0);
     }
   }
 
@@ -148,7 +154,7 @@ class Runner {
   }
 
   store::Database& database_;
-  const bool json_;
+  const bool json_, many_;
   int number_ = 0;
 };
 
@@ -162,9 +168,12 @@ ExitStatus sqlCommand(Arguments arguments) {
   environment.get().files.makeFolder(options.folder);
   store::Session session(environment.get());
   store::Database database(session, options.folder);
-  Runner runner(database, options.json);
+  std::string_view script = *options.script;
+  if (script.starts_with(kByteOrderMark)) script.remove_prefix(kByteOrderMark.size());
+  const auto statements = store::sql::splitStatements(script);
+  Runner runner(database, options.json, statements.size() > 1);
   bool done = true;
-  for (const store::sql::StatementText& statement : store::sql::splitStatements(*options.script)) {
+  for (const store::sql::StatementText& statement : statements) {
     if (!runner.run(statement)) done = false;
     if (!done && !options.keepGoing) break;
   }

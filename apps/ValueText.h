@@ -16,6 +16,9 @@ struct FieldDef;
 // false, blobs as hexadecimal digits.
 namespace quillon::apps {
 
+// What some programs put before a text in a file to tell that it is UTF-8.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 // A cell: null is \N; a tab, a line end and a backslash inside a text are \t, \r, \n and \\.
 void appendCell(std::string& line, const store::Value& value);
 void appendEscaped(std::string& line, std::string_view text);

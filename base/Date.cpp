@@ -62,7 +62,7 @@ Date Date::fromDays(std::int32_t days) {
 }
 
 std::optional<Date> Date::parseIso(std::string_view text) {
-  const auto year = takeDigits(text, 1, 4);
+  const auto year = takeDigits(text, 4, 4);
   if (!year || !takeMark(text, '-')) return std::nullopt;
   const auto month = takeDigits(text, 1, 2);
   if (!month || !takeMark(text, '-')) return std::nullopt;

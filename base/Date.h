@@ -19,7 +19,7 @@ class Date {
   static std::optional<Date> make(int year, unsigned month, unsigned day);
   // Days since 1970-01-01. Error outside the years 1 to 9999.
   static Date fromDays(std::int32_t days);
-  // Year, month and day joined by '-'; the year has up to four digits, month and day one or two.
+  // Year, month and day joined by '-'; the year has four digits, month and day one or two.
   static std::optional<Date> parseIso(std::string_view text);
 
   int year() const { return static_cast<int>(parts().year()); }

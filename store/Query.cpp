@@ -65,7 +65,19 @@ bool Query::givesRows() {
 void Query::open() {
   if (isOpen()) return;
   if (!givesRows()) throw StoreError(Code::badStatement, "'" + name() + "' is no SELECT and gives no rows.");
-  live_ ? openLive() : openSnapshot();
+  atPlace([&] { live_ ? openLive() : openSnapshot(); });
+}
+
+// An error of the tables is told at the place of the statement where it has none of its own.
+template <typename Action>
+void Query::atPlace(Action&& action) {
+  try {
+    action();
+  } catch (const StoreError& error) {
+    const sql::Statement& statement = parsed();
+    sql::refuseAt(statement.table.empty() ? statement.place : statement.tablePlace, error);
+    throw;
+  }
 }
 
 void Query::close() {
@@ -170,9 +182,12 @@ std::uint64_t Query::execute() {
     sql::runDefinition(home_, statement);
     return 0;
   }
-  sql::Prepared::Run run(prepared());
-  const std::uint64_t rows = run.change().run();
-  run.done();
+  std::uint64_t rows = 0;
+  atPlace([&] {
+    sql::Prepared::Run run(prepared());
+    rows = run.change().run();
+    run.done();
+  });
   return rows;
 }
 

@@ -23,9 +23,10 @@ struct Statement;
 // by the table's own rules. A row that no longer fits a live result stays in it until it is opened again. `execute`
 // runs any other statement. A statement is all or nothing.
 //
-// Errors: StatementError with line and column; those of the tables, among them recordLocked when a row to be changed is
-// locked, keyViolation, required, badValue. The text is parsed once; tables and types are looked up again, and the plan
-// is made again, only when a table's definition or a parameter's type has changed. Between runs it has no table open.
+// Errors: StatementError with line and column, also for those of the tables that a statement meets, among them
+// recordLocked when a row to be changed is locked, keyViolation, required, badValue, tableInUse. The text is parsed
+// once; tables and types are looked up again, and the plan is made again, only when a table's definition or a
+// parameter's type has changed. Between runs it has no table open.
 class Query : public Cursor {
  public:
   Query(Database& database, std::string text = {}, std::string name = {});
@@ -46,6 +47,8 @@ class Query : public Cursor {
   std::vector<std::string> explain();
 
  private:
+  template <typename Action>
+  void atPlace(Action&& action);
   const sql::Statement& parsed();
   sql::Prepared& prepared();
   void openSnapshot();

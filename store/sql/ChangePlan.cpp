@@ -54,10 +54,10 @@ struct Places {
     try {
       action();
     } catch (const StoreError& error) {
-      if (error.code() != Code::badValue && error.code() != Code::required) throw;
-      const auto field = std::find(fields.begin(), fields.end(), change.refused());
-      refuse(field == fields.end() ? row : values[static_cast<std::size_t>(field - fields.begin())], error.code(),
-             error.what());
+      const bool ofField = error.code() == Code::badValue || error.code() == Code::required;
+      const auto field = ofField ? std::find(fields.begin(), fields.end(), change.refused()) : fields.end();
+      refuseAt(field == fields.end() ? row : values[static_cast<std::size_t>(field - fields.begin())], error);
+      throw;
     }
   }
 };
@@ -324,12 +324,12 @@ std::uint64_t selectInto(Database& database, const Statement& statement, const P
   });
   try {
     definition.validate();
+    if (home.exists(definition.name)) home.dropTable(definition.name);
+    home.createTable(definition);
   } catch (const StoreError& error) {
-    refuseDefinition(select.intoPlace, error);
+    refuseAt(select.intoPlace, error);
     throw;
   }
-  if (home.exists(definition.name)) home.dropTable(definition.name);
-  home.createTable(definition);
   const int marker = 0;
   Table& table = home.openTable(definition.name, &marker, false);
   try {

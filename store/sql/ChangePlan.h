@@ -33,8 +33,8 @@ class ChangePlan {
 std::uint64_t selectInto(Database& database, const Statement& statement, const Parameters& parameters);
 // The statements of definitions (Definitions.cpp).
 void runDefinition(Database& database, const Statement& statement);
-// Raises the error again at the place of the table's name, where the text is to blame for it.
-void refuseDefinition(const Place& place, const StoreError& error);
+// Raises the error again at a place, unless it has one or no statement is to blame: the disk is, or damage.
+void refuseAt(const Place& place, const StoreError& error);
 std::vector<std::string> explainStatement(Database& database, const Statement& statement, const Parameters& parameters);
 
 }  // namespace quillon::store::sql

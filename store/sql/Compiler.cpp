@@ -7,6 +7,7 @@
 #include "base/Text.h"
 #include "store/Database.h"
 #include "store/Errors.h"
+#include "store/sql/ChangePlan.h"
 #include "store/sql/Expression.h"
 #include "store/table/Table.h"
 
@@ -88,8 +89,9 @@ Table& Compiler::table(const std::string& name, const Place& place) {
     opened_.push_back({database, table.name(), table.number()});
     return table;
   } catch (const StoreError& error) {
-    if (error.code() != Code::noSuchTable) throw;
-    refuse(place, Code::noSuchTable, "there is no table '" + name + "'.");
+    if (error.code() == Code::noSuchTable) refuse(place, Code::noSuchTable, "there is no table '" + name + "'.");
+    refuseAt(place, error);
+    throw;
   }
 }
 

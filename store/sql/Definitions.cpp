@@ -168,19 +168,20 @@ void define(Database& database, const Statement& statement) {
 
 }  // namespace
 
-void refuseDefinition(const Place& place, const StoreError& error) {
-  constexpr Code kOfText[] = {Code::badDefinition, Code::tableExists, Code::noSuchField, Code::limitReached};
-  if (std::find(std::begin(kOfText), std::end(kOfText), error.code()) != std::end(kOfText))
+void refuseAt(const Place& place, const StoreError& error) {
+  constexpr Code kOfStatement[] = {Code::badDefinition, Code::tableExists,   Code::noSuchField,   Code::limitReached,
+                                   Code::badValue,      Code::required,      Code::keyViolation,  Code::tableInUse,
+                                   Code::recordLocked,  Code::recordChanged, Code::badTransaction};
+  if (dynamic_cast<const StatementError*>(&error)) return;
+  if (std::find(std::begin(kOfStatement), std::end(kOfStatement), error.code()) != std::end(kOfStatement))
     refuse(place, error.code(), error.what());
 }
 
 void runDefinition(Database& database, const Statement& statement) {
   try {
     define(database, statement);
-  } catch (const StatementError&) {
-    throw;
   } catch (const StoreError& error) {
-    refuseDefinition(statement.tablePlace, error);
+    refuseAt(statement.tablePlace, error);
     throw;
   }
 }

@@ -17,7 +17,7 @@ SELECT * FROM Item WHERE ItemID > 3
 
 -- The second row is refused, and the first is not there.
 INSERT INTO Item (Code) VALUES ('D'), ('A')
-! 9729 0:0 Code
+! 9729 1:40 Code
 
 INSERT INTO Item (Code) VALUES ('D'), (null)
 ! 9007 1:40 Code
@@ -69,7 +69,7 @@ UPDATE Item SET Kind = 1, Kind = 2
 ! 9020 1:27 twice
 
 UPDATE Item SET Code = 'X'
-! 9729 0:0 Code
+! 9729 1:8 Code
 
 UPDATE Item SET Code = 'much too long' WHERE ItemID = 1
 ! 9006 1:24 too long
@@ -132,7 +132,7 @@ DROP TABLE "\Memory\Copy"
 SELECT * INTO Copied FROM Item;
 CREATE UNIQUE NOCASE INDEX ByCode ON Copied (Code);
 INSERT INTO Copied (ItemID, Code) VALUES (50, 'a')
-! 9729 0:0 Code
+! 9729 1:43 Code
 
 CREATE INDEX ByCode ON Copied (Price)
 ! 9005 1:1 already
@@ -146,7 +146,7 @@ DROP INDEX ByCode ON Copied
 
 INSERT INTO Copied (ItemID, Code) VALUES (50, 'a');
 CREATE UNIQUE NOCASE INDEX ByCode ON Copied (Code)
-! 9729 0:0 Code
+! 9729 1:38 Code
 
 ALTER TABLE Copied ADD Extra Integer, DROP COLUMN Notes, MODIFY COLUMN Kind Integer;
 SELECT * FROM Copied
@@ -156,7 +156,7 @@ SELECT * FROM Copied
 = 50|'a'|null|null|null|null|null
 
 ALTER TABLE Copied MODIFY COLUMN Code Integer
-! 9006 0:0
+! 9006 1:13
 
 ALTER TABLE Copied DROP COLUMN None1
 ! 9002 1:32 None1

@@ -77,6 +77,13 @@ SELECT D = '2012-03-01', D < '2012-10-1', D > '2011-12-31', D IN ('2012-3-01'), 
 SELECT EXTRACT(Year from D), EXTRACT(Month FROM D), EXTRACT(day from D), EXTRACT(Year FROM null), D, T, S FROM Days
 = 2012|3|1|null|2012-03-01|09:05:00|2012-03-01 14:30:00
 
+-- A year has four digits: which century two of them mean is for a person who types to say.
+SELECT D FROM Days WHERE D >= '12-1-1'
+! 9006 1:31 '12-1-1'
+
+INSERT INTO Days (D) VALUES ('12-1-1')
+! 9006 1:30 '12-1-1'
+
 -- Also where it stands first, and in a difference of days.
 SELECT D - '2012-02-01', '2012-3-31' - D, COALESCE('2000-1-1', D), CASE WHEN false THEN '2000-1-1' ELSE D END FROM Days
 = 29|30|2000-01-01|2012-03-01
