@@ -99,6 +99,14 @@ void Database::createTables(std::span<const TableDef> definitions) {
   if (!inMemory()) alone.emplace(*protocol_, CommitProtocol::Quiet::Journal::asItIs);
   for (const TableDef& definition : definitions)
     if (exists(definition.name)) throw StoreError(Code::tableExists, "Table '" + definition.name + "' exists already.");
+  // Where remains of an earlier table lie, the removal of its .DAT file may not be safe yet: it must not come back
+  // beside the companions of the new one.
+  const auto remains = [&](const TableDef& definition, Role role) {
+    return files_.exists(findFile(files_, folder_, definition.name + kExtensions[role]));
+  };
+  if (std::any_of(definitions.begin(), definitions.end(),
+                  [&](const TableDef& definition) { return remains(definition, kBlb) || remains(definition, kIdx); }))
+    files_.syncFolder(folder_);
   std::vector<std::string> written;
   for (const TableDef& definition : definitions)
     TableFiles::prepare(files_, folder_, definition.name, newFileId(definition.name), definition.encode(),

@@ -50,6 +50,7 @@ struct Task {
   bool gathers() const { return deed == Deed::lockedGroup || deed == Deed::bulkGroup; }
   const CompanyState& before() const { return states.front(); }
   const CompanyState& after() const { return states.back(); }
+  const char* name() const;
   std::string describe() const;
 };
 
@@ -57,6 +58,7 @@ struct WorkShape {
   int mostTasks = 3;
   int processes = 1;
   bool others = false;  // another process has Cust and Det open: no whole-table deeds on them
+  bool drops = false;   // begins by dropping a table
 };
 
 // What a seed stands for: a company, the settings of its processes, and tasks.

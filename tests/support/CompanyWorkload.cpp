@@ -1,5 +1,6 @@
 // The work that a seed stands for, and the states that it may leave.
 #include <algorithm>
+#include <utility>
 
 #include "support/CompanyWork.h"
 #include "support/SeededRandom.h"
@@ -38,7 +39,7 @@ class Maker {
     fill("Cust", long_ ? 8 + random_.below(16) : 1 + random_.below(4));
     fill("Det", long_ ? 8 + random_.below(30) : 1 + random_.below(5));
     fill("Ctl", 1);
-    if (random_.oneIn(3)) fill("Extra", random_.below(3));
+    if (shape_.drops || random_.oneIn(3)) fill("Extra", random_.below(3));
     work.start = state_;
     const std::size_t count = 1 + random_.below(static_cast<std::size_t>(shape_.mostTasks));
     for (std::size_t i = 0; i < count; ++i) {
@@ -121,6 +122,7 @@ class Maker {
                                Deed::transaction, Deed::rolledBack,  Deed::bulkGroup,   Deed::takeNumber,
                                Deed::checkpoint,  Deed::reopen,      Deed::createTable, Deed::dropTable,
                                Deed::emptyTable,  Deed::lockedGroup, Deed::repairTable, Deed::optimizeTable};
+    if (std::exchange(shape_.drops, false)) return Deed::dropTable;
     while (true) {
       Deed chosen = kUsual[random_.below(std::size(kUsual))];
       if (maintained_ && random_.oneIn(2)) chosen = random_.oneIn(2) ? Deed::repairTable : Deed::optimizeTable;
@@ -206,8 +208,10 @@ Workload Workload::make(std::uint64_t seed, const WorkShape& shape) { return Mak
 
 Workload Workload::first(std::uint64_t seed) { return Maker(seed, {}).first(); }
 
+const char* Task::name() const { return kDeedNames[static_cast<std::size_t>(deed)]; }
+
 std::string Task::describe() const {
-  std::string text = kDeedNames[static_cast<std::size_t>(deed)];
+  std::string text = name();
   if (!table.empty()) text += " " + table;
   if (pauses) text += " in parts";
   for (const RowChange& change : changes) {
