@@ -239,6 +239,9 @@ std::string Journal::recordHead(const JournalSpot& spot, std::uint64_t commit, c
 JournalSpot Journal::append(const JournalSpot& spot, std::uint64_t commit, const std::vector<JournalTable>& tables,
                             const std::vector<JournalPage>& pages,
                             const std::function<const std::byte*(std::size_t)>& data) {
+  if (tables.size() > kMaxTables)
+    throw StoreError(Code::limitReached, "A change over more than " + std::to_string(kMaxTables) +
+                                             " tables cannot be saved. Make it in parts.");
   std::string buffer = recordHead(spot, commit, tables, pages);
   const std::uint64_t length = loadAt<std::uint64_t>(reinterpret_cast<const std::byte*>(buffer.data()), 40);
   std::uint64_t dataSize = 0;

@@ -21,9 +21,9 @@ inline constexpr std::size_t kMaxTreeEntry = 1320;  // key and payload together
 // Keeps: keys strictly ascending; counts exact (up to 2^32 - 1 below one inner entry); every page has at least one
 // entry. Pages are joined with a neighbour when they fall below a quarter.
 //
-// Errors: `limitReached` for a key or an entry beyond the bounds above; those of PageFile; `damaged` naming the page
-// whose bytes make no sense. A change that raises for want of space or of a readable page has changed nothing (clear
-// excepted).
+// Errors: `limitReached` for a key or an entry beyond the bounds above, and for one entry too many; those of PageFile;
+// `damaged` naming the page whose bytes make no sense. A change that raises for want of space or of a readable page has
+// changed nothing (clear excepted).
 class Tree {
  public:
   // `root` (0: the tree is empty) lives in the table's meta page and is changed when the root moves.
@@ -50,6 +50,7 @@ class Tree {
   void shrinkRoot(TreePath& path);
   void addToAncestors(TreePath& path, int change);
   void makeWritable(TreePath& path);
+  [[noreturn]] void raiseFull() const;
   void collect(PageNo number, unsigned level, std::vector<PageNo>& pages);
 
   PageFile& file_;

@@ -134,7 +134,13 @@ void requireShort(const PageFile& file, std::string_view key, std::string_view p
     throw StoreError(Code::limitReached, "An entry of '" + file.name() + "' is too long. Shorten its texts.");
 }
 
+constexpr std::uint32_t kMostRows = ~std::uint32_t{0};  // below one inner entry
+
 }  // namespace
+
+void Tree::raiseFull() const {
+  throw StoreError(Code::limitReached, "'" + file_.name() + "' has as many entries as an index can have.");
+}
 
 bool Tree::insert(std::string_view key, std::string_view payload) { return put(key, payload, false); }
 
@@ -158,6 +164,7 @@ bool Tree::put(std::string_view key, std::string_view payload, bool replacing) {
     replaceAt(path, cell);
     return true;
   }
+  if (path.depth() > 1 && TreePage(path[0].data, file_).rows(path[0].index) == kMostRows) raiseFull();
   const unsigned index = path.back().index;
   TreePageEditor leaf(path.back().data, file_);
   if (!leaf.fits(cell.size())) {
@@ -236,8 +243,9 @@ void Tree::split(TreePath& path, const TreeCell& leafCell, bool replacing) {
     index = path[top - 1].index + 1;
     if (TreePage(path[top - 1].data, file_).fits(cell.size())) break;
   }
-  if (top == 0 && TreePage(path[0].data, file_).level() + 1 >= kMaxTreeDepth)
-    throw StoreError(Code::limitReached, "'" + file_.name() + "' has reached the largest depth of an index.");
+  if (top == 0 && (TreePage(path[0].data, file_).level() + 1 >= kMaxTreeDepth ||
+                   std::max(splits[0].leftRows, splits[0].rightRows) > kMostRows))
+    raiseFull();
 
   PageRef root;
   try {

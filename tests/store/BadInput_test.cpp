@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <filesystem>
 
+#include "store/journal/Journal.h"
 #include "store/pages/Page.h"
 #include "store/vfs/DiskFileSystem.h"
 #include "store/vfs/IoErrors.h"
@@ -20,6 +21,20 @@ using testing::HasSubstr;
 constexpr std::array<const char*, 4> kFiles = {"Cust.DAT", "Cust.IDX", "Cust.BLB", "Quillon.JNL"};
 
 class BadInputTest : public CompanyTest {};
+
+TEST_F(BadInputTest, ACommitThatNoReaderWouldTakeIsRefused) {
+  Journal journal(*tool_, kFolder, 1);
+  journal.readHead();
+  const JournalSpot start = journal.startSpot();
+  const auto append = [&](std::size_t tables) {
+    journal.append(start, start.commit + 1, std::vector<JournalTable>(tables), {}, {});
+  };
+  EXPECT_EQ(errorOf([&] { append(4097); })->code(), Code::limitReached);
+  JournalRecord record;
+  EXPECT_FALSE(journal.readRecord(start, record));
+  append(4096);
+  EXPECT_TRUE(journal.readRecord(start, record) && journal.recordIsWhole(record));
+}
 
 // The first bytes of a file, with their checksum, as a later version would write them.
 std::string newer(std::string bytes, bool journal) {

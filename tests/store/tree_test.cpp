@@ -211,6 +211,36 @@ TEST(Tree, AnEntryBeyondTheBoundsIsRefused) {
   grove.expectHolds(model);
 }
 
+// The counts are forged: entries by the thousand millions are none for a test.
+TEST(Tree, AnEntryThatCouldNotBeCountedIsRefused) {
+  for (const std::uint32_t rows : {~0u, 1u << 31}) {
+    Grove grove;
+    Model model;
+    const auto rootIsInner = [&] { return pageLevel(grove.file.read(grove.root).data()) > 0; };
+    const auto forge = [&](std::uint32_t count) {
+      const PageRef root = grove.file.write(grove.root);
+      for (unsigned i = 0; i < pageCount(root.data()); ++i)
+        TreePageEditor(root.writable(), grove.file).setRows(i, count);
+    };
+    std::optional<Code> refused;
+    for (std::uint64_t i = 0; !refused && i < 100; ++i) {
+      const std::string key = std::string(600, 'k') + rowId(i);
+      if (i > 0 && rootIsInner()) forge(rows);
+      try {
+        grove.tree.insert(key, "");
+      } catch (const StoreError& error) {
+        refused = error.code();
+      }
+      if (!refused) model[key] = "";
+    }
+    EXPECT_EQ(refused, Code::limitReached);
+    std::size_t entries = 0;
+    TreeWalk walk(grove.tree);
+    for (bool more = walk.seek(""); more; more = walk.next()) entries += model.count(std::string(walk.key()));
+    EXPECT_EQ(entries, model.size());
+  }
+}
+
 TEST(Tree, AFullDiskLeavesTheTreeAsItWas) {
   Random random(7);
   for (int trial = 0; trial < 12; ++trial) {
