@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "base/Errors.h"
+#include "bench/Timing.h"
 
 namespace quillon::bench {
 
@@ -13,6 +14,8 @@ Options readOptions(int count, char** words, std::string_view program, const std
     const std::string_view word = words[i];
     if (word == "--tsv") {
       options.tabs = true;
+    } else if (word == "--cpu") {
+      Stopwatch::clock = CLOCK_PROCESS_CPUTIME_ID;
     } else if (word == "--rows" && i + 1 < count) {
       options.rows = std::atoll(words[++i]);
     } else if (word == "--only" && i + 1 < count) {
@@ -24,7 +27,7 @@ Options readOptions(int count, char** words, std::string_view program, const std
   constexpr std::int64_t kLeastRows = 1000;
   const bool known = options.only.empty() || std::find(names.begin(), names.end(), options.only) != names.end();
   if (options.rows >= kLeastRows && known) return options;
-  std::string usage = std::string(program) + " [--tsv] [--rows N] [--only NAME], N from 1000 up; names:";
+  std::string usage = std::string(program) + " [--tsv] [--cpu] [--rows N] [--only NAME], N from 1000 up; names:";
   for (const std::string_view name : names) usage += " " + std::string(name);
   throw Error(usage);
 }

@@ -13,7 +13,7 @@ struct Options {
   std::string only;  // one measurement's name; empty: all
 };
 
-// Reads a program's words. Raises Error with the usage when they do not fit.
+// Reads a program's words; --cpu sets the clock of all stopwatches. Raises Error with the usage when they do not fit.
 Options readOptions(int count, char** words, std::string_view program, const std::vector<std::string_view>& names);
 
 }  // namespace quillon::bench
