@@ -35,9 +35,11 @@ std::string keyName(std::string_view typed) {
   return key;
 }
 
-// The letter behind the mark, folded; empty without one.
+// The letter behind the mark, folded; empty without one. A doubled mark is a character of the caption.
 std::string accessKey(std::string_view caption) {
-  const std::size_t mark = caption.find('&');
+  std::size_t mark = caption.find('&');
+  while (mark != std::string_view::npos && caption.substr(mark + 1).starts_with('&'))
+    mark = caption.find('&', mark + 2);
   return mark == std::string_view::npos ? std::string() : foldCase(firstCharacters(caption.substr(mark + 1), 1));
 }
 

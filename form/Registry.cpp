@@ -23,8 +23,10 @@ std::string foldedPath(std::string_view path) {
 
 std::string plainCaption(std::string_view caption) {
   std::string plain;
-  for (const char c : caption)
-    if (c != '&') plain += c;
+  for (std::size_t i = 0; i < caption.size(); ++i) {
+    if (caption[i] == '&' && ++i == caption.size()) break;  // what stands behind the mark is told as it is, a mark too
+    plain += caption[i];
+  }
   if (plain.ends_with("...")) plain.resize(plain.size() - 3);
   return plain;
 }

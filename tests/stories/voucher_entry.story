@@ -210,8 +210,8 @@
 
 # Saved: the next one has the same period and date and a number of its own.
 > {"set":"frmJV.editTransDate","value":"2026-03-09"}
-> {"click":"frmJV.btnOKNew"}
-< {"focus":"frmJV.editGLPeriod","messages":[],"closed":[]}
+> {"key":"Alt+W"}
+< {"focus":"frmJV.editGLPeriod","messages":[],"closed":[],"finished":[{"command":"frmJV.btnOKNew"}]}
 > {"sql":"SELECT JVID, JVNumber, GLYear, GLPeriod, Source, TransType, Posted, AutoReverse, JVAmount FROM JV"}
 < {"rows":[[1,1001,2026,3,"GL","JV",false,false,1010.125]]}
 > {"state":"frmJV"}
