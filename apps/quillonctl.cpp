@@ -26,7 +26,10 @@ constexpr Command kCommands[] = {
      "[FOLDER] [--settings DIR] [--user NAME --password-file FILE] [--today YYYY-MM-DD] [--country NAME] "
      "[--date-format FMT] [--printer none|letter|a4] [--print-to DIR] [--paper letter|a4]",
      "the program without a window, driven by lines of JSON; docs/DRIVE.md tells them", driveCommand},
-    {"create", "FOLDER", "make a new company: its tables, without data", createCommand},
+    {"create",
+     "FOLDER [--sample | --name TEXT --chart service|trade|manufacturing [--year YYYY] [--currency NAME]] "
+     "[--country NAME] [--today YYYY-MM-DD]",
+     "make a new company: its tables without data, or set up for work, or the sample company", createCommand},
     {"sql", "FOLDER [STATEMENT] [--json] [--keep-going]", "run statements, from standard input without STATEMENT",
      sqlCommand},
     {"import", "FOLDER TABLE FILE", "add the rows of a file with tabs between its cells to a table; all or none",

@@ -4,6 +4,7 @@
 
 #include "form/Binding.h"
 #include "form/Converter.h"
+#include "shell/AccountType.h"
 
 namespace quillon::form {
 class App;
@@ -15,7 +16,7 @@ namespace quillon::ledger {
 
 inline constexpr int kSubaccountLevels = 3;
 
-enum class AccountType { asset = 1, liability, revenue, expense, equity };
+using shell::AccountType;
 form::ConverterPtr accountTypes();
 
 // "GLAcSub1" to "GLAcSub3".

@@ -1,9 +1,8 @@
 // Picks a date. Asked for with the value "date" (null: today); confirmed, its result has it too.
-#include <array>
-
 #include "form/App.h"
 #include "form/Screen.h"
 #include "shell/MakeScreens.h"
+#include "shell/MonthNames.h"
 #include "shell/Session.h"
 
 namespace quillon::shell {
@@ -55,10 +54,7 @@ void TfrmCalendar::shown(const form::Open& open) {
 }
 
 std::string TfrmCalendar::monthText() const {
-  static constexpr std::array<const char*, 12> kMonths = {"January",   "February", "March",    "April",
-                                                          "May",       "June",     "July",     "August",
-                                                          "September", "October",  "November", "December"};
-  return kMonths[date().month() - 1] + (", " + date().toIso().substr(0, 4));
+  return monthName(static_cast<int>(date().month())) + (", " + date().toIso().substr(0, 4));
 }
 
 void TfrmCalendar::btnOKClick() {

@@ -1,0 +1,269 @@
+#include "shell/SampleVouchers.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+#include "base/Rounding.h"
+
+namespace quillon::shell {
+namespace {
+
+// How busy the months are, in per cent of an average one.
+constexpr std::array<int, 12> kSeason = {80, 86, 97, 104, 111, 105, 92, 88, 106, 114, 121, 96};
+// How the foreign currency stands, in thousandths of its usual rate.
+constexpr std::array<int, 12> kCourse = {1000, 1004, 1011, 1007, 998, 993, 989, 996, 1003, 1012, 1018, 1009};
+
+constexpr Money units(std::int64_t whole) { return Money::fromRaw(whole * Money::kScale); }
+// Hundredths of a unit.
+constexpr Money hundredths(std::int64_t count) { return Money::fromRaw(count * (Money::kScale / 100)); }
+std::int64_t countOf(Money amount) { return amount.raw() / (Money::kScale / 100); }
+Money percent(Money amount, int rate) { return hundredths((countOf(amount) * rate + 50) / 100); }
+Money converted(Money foreign, double rate) { return Money::fromDouble(round2(foreign.toDouble() * rate)); }
+
+class Year {
+ public:
+  Year(int year, int taxRate, double usualRate) : year_(year), taxRate_(taxRate), usualRate_(usualRate) {}
+  std::vector<SampleVoucher> take();
+
+ private:
+  using Lines = std::vector<SampleLine>;
+
+  void open();
+  void month();
+  void sell(int day, int share);
+  void buyMaterials(int day, int about);
+  void produce();
+  void pay(int day);
+  void payBills();
+  void collect();
+  void depreciate();
+  void accrue();
+  void buyAbroad();
+  void revalue();
+  void eachQuarter();
+
+  // Adds a voucher; the line that balances it is booked to `against`.
+  void book(int day, const char* description, Lines lines, const char* against, bool autoReverse = false);
+  // Around so many units in an average month, to the hundredth and a little different each time.
+  Money about(int average);
+  Money tax(Money net) const { return percent(net, taxRate_); }
+  double rate() const { return sampleRate(usualRate_, month_); }
+  int lastDay() const { return static_cast<int>(Date(year_, static_cast<unsigned>(month_), 1).lastOfMonth().day()); }
+  Money balance(const char* account) const {
+    const auto found = balances_.find(account);
+    return found == balances_.end() ? Money() : found->second;
+  }
+
+  int year_, taxRate_, month_ = 1, turn_ = 0;
+  double usualRate_;
+  std::vector<SampleVoucher> vouchers_;
+  std::map<std::string, Money> balances_;  // without what is reversed
+  Money sold_, bought_, made_;             // in this month: without tax, with tax, cost of wages in the workshop
+  Money owing_ = units(52000), owed_ = units(24600);  // by customers and to vendors, of the month before
+};
+
+void Year::book(int day, const char* description, Lines lines, const char* against, bool autoReverse) {
+  std::erase_if(lines, [](const SampleLine& line) { return line.amount == Money(); });
+  Money rest;
+  for (const SampleLine& line : lines) rest -= line.amount;
+  if (rest != Money()) lines.push_back({.account = against, .amount = rest});
+  if (lines.empty()) return;
+  if (!autoReverse)
+    for (const SampleLine& line : lines) balances_[line.account] += line.amount;
+  vouchers_.push_back({Date(year_, static_cast<unsigned>(month_), static_cast<unsigned>(day)), description, autoReverse,
+                       std::move(lines)});
+}
+
+Money Year::about(int average) {
+  ++turn_;
+  const int odd = (turn_ * 3719 + month_ * 517) % 9973;  // differs from turn to turn
+  return hundredths(static_cast<std::int64_t>(average) * kSeason[static_cast<std::size_t>(month_ - 1)] +
+                    odd * average / 9000);
+}
+
+void Year::open() {
+  book(1, "Opening balances",
+       {{.account = "1000", .amount = units(300)},
+        {.account = "1010", .amount = units(42500)},
+        {.account = "1100", .amount = owing_},
+        {.account = "1200", .amount = units(19800)},
+        {.account = "1220", .amount = units(31400)},
+        {.account = "1500", .amount = units(14500)},
+        {.account = "1510", .amount = units(-5200)},
+        {.account = "1520", .amount = units(36000)},
+        {.account = "1530", .amount = units(-14800)},
+        {.account = "1540", .amount = units(88000)},
+        {.account = "1550", .amount = units(-31500)},
+        {.account = "2000", .amount = -owed_},
+        {.account = "2100", .amount = taxRate_ > 0 ? units(-3900) : Money()},
+        {.account = "2200", .amount = units(-5300)},
+        {.account = "2500", .amount = units(-60000)},
+        {.account = "3000", .amount = units(-80000)}},
+       "3900");
+}
+
+void Year::sell(int day, int share) {
+  const Money ofTables = about(390 * share), ofChairs = about(250 * share), net = ofTables + ofChairs;
+  sold_ += net;
+  book(day, "Sales on account",
+       {{.account = "1100", .amount = net + tax(net)},
+        {.account = "4000", .department = showroom, .product = tables, .amount = -ofTables},
+        {.account = "4000", .department = showroom, .product = chairs, .amount = -ofChairs}},
+       "2100");
+}
+
+void Year::buyMaterials(int day, int average) {
+  const Money net = about(average);
+  bought_ += net + tax(net);
+  book(day, "Timber, fittings and varnish",
+       {{.account = "1200", .amount = net}, {.account = "2100", .amount = tax(net)}}, "2000");
+}
+
+// The workshop's output at its cost, and what of it was sold.
+void Year::produce() {
+  const Money used = percent(balance("1200"), 54), applied = percent(made_, 122);
+  book(lastDay(), "Production of the month",
+       {{.account = "1220", .amount = used + applied}, {.account = "1200", .amount = -used}}, "5500");
+  book(lastDay(), "Cost of sales", {{.account = "5000", .amount = percent(sold_, 62)}}, "1220");
+}
+
+void Year::pay(int day) {
+  const Money inWorkshop = about(6200), inOffice = units(3100), inShowroom = units(2400);
+  const Money gross = inWorkshop + inOffice + inShowroom, employer = percent(gross, 7);
+  made_ += inWorkshop;
+  book(day, "Payroll",
+       {{.account = "5300", .department = workshop, .amount = inWorkshop},
+        {.account = "6000", .department = office, .amount = inOffice},
+        {.account = "6000", .department = showroom, .amount = inShowroom},
+        {.account = "6050", .department = office, .amount = employer},
+        {.account = "2200", .amount = -(percent(gross, 22) + employer)}},
+       "1010");
+}
+
+void Year::payBills() {
+  const Money power = about(620), calls = hundredths(24000 + month_ * 37 % 11 * 125);
+  book(20, "Electricity, heat and water",
+       {{.account = "6150", .department = workshop, .amount = percent(power, 70)},
+        {.account = "6150", .department = showroom, .amount = power - percent(power, 70)},
+        {.account = "2100", .amount = tax(power)}},
+       "1010");
+  book(22, "Telephone and internet",
+       {{.account = "6200", .department = office, .amount = calls}, {.account = "2100", .amount = tax(calls)}}, "1010");
+  book(28, "Payments to vendors",
+       {{.account = "2000", .amount = owed_}, {.account = "5100", .amount = -percent(owed_, 1)}}, "1010");
+  book(lastDay(), "Bank charges", {{.account = "6700", .department = office, .amount = hundredths(3850)}}, "1010");
+}
+
+void Year::collect() {
+  const Money early = percent(owing_, 60), late = percent(owing_, 38);
+  book(8, "Receipts from customers",
+       {{.account = "1100", .amount = -early}, {.account = "4200", .amount = percent(early, 1)}}, "1010");
+  book(24, "Receipts from customers", {{.account = "1100", .amount = -late}}, "1010");
+}
+
+void Year::depreciate() {
+  book(lastDay(), "Depreciation",
+       {{.account = "5430", .department = workshop, .amount = units(950)},
+        {.account = "6850", .department = office, .amount = units(600)},
+        {.account = "1550", .amount = units(-950)},
+        {.account = "1530", .amount = units(-420)}},
+       "1510");
+  book(lastDay(), "Insurance of the month", {{.account = "6300", .department = office, .amount = units(600)}}, "1300");
+}
+
+void Year::accrue() {
+  const Money power = about(310), commission = percent(sold_, 1);
+  book(lastDay(), "Accrued electricity and commissions",
+       {{.account = "6150", .department = workshop, .amount = power},
+        {.account = "6000", .department = showroom, .amount = commission},
+        {.account = "2300", .amount = -power}},
+       "2250", true);
+}
+
+// Accounts in foreign currency hold foreign units; the other side is in home units, and what is between them goes to
+// the gain or loss on exchange.
+void Year::buyAbroad() {
+  if (month_ % 3 == 1)
+    book(3, "Transfer to the foreign account",
+         {{.account = kForeignBank, .amount = units(6000)},
+          {.account = "1010", .amount = -converted(units(6000), rate())}},
+         "7000");
+  if (month_ % 3 == 2) {
+    const Money foreign = units(4700) + hundredths(month_ * 1275);
+    book(10, "Hardware from abroad",
+         {{.account = "1200", .amount = converted(foreign, rate())}, {.account = kForeignPayable, .amount = -foreign}},
+         "7000");
+  }
+  if (month_ % 3 == 0)
+    book(9, "Payment abroad", {{.account = kForeignPayable, .amount = -balance(kForeignPayable)}}, kForeignBank);
+}
+
+// At the end of a month they are brought to home units, until the next day.
+void Year::revalue() {
+  Lines lines;
+  for (const char* account : {kForeignBank, kForeignPayable})
+    lines.push_back({.account = account, .amount = converted(balance(account), rate()) - balance(account)});
+  book(lastDay(), "Revaluation of foreign currency", std::move(lines), "7000", true);
+}
+
+void Year::eachQuarter() {
+  if (month_ % 3 == 1)
+    book(25, "Tax on sales of the quarter", {{.account = "2100", .amount = -balance("2100")}}, "1010");
+  if (month_ % 3 != 0) return;
+  const Money interest = percent(-balance("2500"), 2);
+  book(27, "Bank loan",
+       {{.account = "2500", .amount = units(2500)}, {.account = "6750", .department = office, .amount = interest}},
+       "1010");
+  book(27, "Advertising", {{.account = "6450", .department = showroom, .amount = about(900)}}, "1010");
+  book(28, "Owners' drawings", {{.account = "3100", .amount = units(9000)}}, "1010");
+}
+
+void Year::month() {
+  sold_ = bought_ = made_ = {};
+  book(1, "Rent",
+       {{.account = "5410", .department = workshop, .amount = units(2600)},
+        {.account = "6100", .department = showroom, .amount = units(1400)}},
+       "1010");
+  if (month_ == 1) book(4, "Insurance for the year", {{.account = "1300", .amount = units(7200)}}, "1010");
+  // Before the first tax of the month's own sales.
+  eachQuarter();
+  book(15, "Payroll deductions", {{.account = "2200", .amount = -balance("2200")}}, "1010");
+  buyAbroad();
+  buyMaterials(5, 14200);
+  buyMaterials(19, 8800);
+  collect();
+  sell(12, 54);
+  sell(26, 46);
+  pay(15);
+  pay(lastDay());
+  payBills();
+  if (month_ == 6)
+    book(11, "Edge-banding machine",
+         {{.account = "1540", .amount = units(24000)}, {.account = "2100", .amount = tax(units(24000))}}, "1010");
+  produce();
+  depreciate();
+  accrue();
+  revalue();
+  owing_ = sold_ + tax(sold_);
+  owed_ = bought_;
+}
+
+std::vector<SampleVoucher> Year::take() {
+  open();
+  for (month_ = 1; month_ <= 12; ++month_) month();
+  std::ranges::stable_sort(vouchers_, {}, &SampleVoucher::date);
+  return std::move(vouchers_);
+}
+
+}  // namespace
+
+double sampleRate(double usual, int month) {
+  return round6(usual * kCourse.at(static_cast<std::size_t>(month - 1)) / 1000);
+}
+
+std::vector<SampleVoucher> sampleVouchers(int year, int taxRate, double usualRate) {
+  return Year(year, taxRate, usualRate).take();
+}
+
+}  // namespace quillon::shell
