@@ -92,7 +92,7 @@ class Control {
   const std::string& shortcut() const { return shortcut_; }
   Pending pending() const { return pending_; }
   bool isSecret() const { return secret_; }  // what stands in it is not shown: a password
-  bool isDefault() const { return default_; }
+  bool isDefault() const { return default_(); }
   Binding* binding() const { return binding_.get(); }
   Grid* grid() const { return grid_.get(); }
   PageSource* pages() const { return pages_; }
@@ -116,7 +116,8 @@ class Control {
   Control& key(std::string shortcut) { return shortcut_ = std::move(shortcut), *this; }
   Control& saves() { return pending_ = Pending::saves, *this; }
   Control& abandons() { return pending_ = Pending::abandons, *this; }
-  Control& standard() { return default_ = true, *this; }
+  Control& standard() { return default_ = Asked<bool>(true), *this; }
+  Control& standardWhen(std::function<bool()> condition) { return default_ = std::move(condition), *this; }
   Control& secret() { return secret_ = true, *this; }
   // Hears every key, with the text so far; for find boxes.
   Control& onTyping(std::function<void(const std::string&)> handler) { return typing_ = std::move(handler), *this; }
@@ -135,11 +136,11 @@ class Control {
   Kind kind_;
   std::string name_;
   Asked<std::string> caption_, hint_, explanation_;
-  Asked<bool> enabled_{true}, visible_{true}, readOnly_{false}, checked_{false};
+  Asked<bool> enabled_{true}, visible_{true}, readOnly_{false}, checked_{false}, default_{false};
   int width_ = 0, height_ = 0;
   std::string shortcut_;
   Pending pending_ = Pending::leaves;
-  bool default_ = false, secret_ = false;
+  bool secret_ = false;
   BindingPtr binding_;
   std::unique_ptr<Grid> grid_;
   PageSource* pages_ = nullptr;

@@ -108,6 +108,7 @@ class Layout {
   }
   // What stands on its two sides shares the width as the person draws it.
   Control& splitter(Control& left, Control& right) { return place(Kind::splitter, "", {&left, &right}); }
+  Control& stepsOf(const std::vector<Control*>& groups) { return place(Kind::steps, "", groups).named("pagSteps"); }
   template <typename... Controls>
   Control& menu(std::string caption, Controls&... controls) {
     return place(Kind::menu, std::move(caption), {&controls...});

@@ -6,6 +6,7 @@
 #include "form/App.h"
 #include "form/Grid.h"
 #include "form/RecordScreen.h"
+#include "form/WizardScreen.h"
 #include "store/Database.h"
 
 // A document with lines, a modal screen and a picker, each of a few controls: what screens do alike, and no business.
@@ -121,11 +122,56 @@ class TfrmToyPick final : public form::Screen {
   form::Table tblToyPart{*this, "ToyPart"};
 };
 
+// Three pages; the second is passed over while nothing is typed on the first.
+class TfrmToyWizard final : public form::WizardScreen {
+ public:
+  using WizardScreen::WizardScreen;
+  std::string title() override { return "Toy wizard"; }
+  form::Variable first, second;
+  std::string done;
+
+ private:
+  void buildPages(form::Layout& l) override {
+    const auto text = form::textConverter(9);
+    page(l,
+         {.caption = "One",
+          .checked =
+              [this] {
+                if (first.value == store::Value("bad")) form::refuse("This is bad", form::focus("editFirst"));
+              }},
+         l.edit("editFirst", "&First:", first, text));
+    page(l,
+         {.caption = "Two",
+          .entered = [this] { second.set("from " + first.value.toText()); },
+          .checked =
+              [this] {
+                if (second.value.isNull()) form::refuse("This is missing", form::focus("editSecond"));
+              },
+          .skipped = [this] { return first.value.isNull(); }},
+         l.edit("editSecond", "&Second:", second, text));
+    page(l, {.caption = "Three"}, l.label("All is told"), l.check("chkAll", "All", all_));
+  }
+  void finish() override {
+    if (first.value == store::Value("full")) throw Error("The disk is full");
+    done = "done with " + second.value.toText();
+  }
+  void shown(const form::Open& open) override {
+    for (form::Variable* some : {&first, &second, &all_}) some->reset();
+    done.clear();
+    WizardScreen::shown(open);
+  }
+
+  form::Variable all_;
+};
+
 inline void registerToys(form::Registry& registry) {
   using form::App;
   registry.add({.className = "TfrmToy", .make = [](App& app) { return std::make_unique<TfrmToy>(app); }});
   registry.add({.className = "TfrmToyPick", .opening = form::Opening::modal, .make = [](App& app) {
                   return std::make_unique<TfrmToyPick>(app);
+                }});
+  registry.add({.className = "TfrmToyWizard", .opening = form::Opening::modal, .make = [](App& app) {
+                  return std::make_unique<TfrmToyWizard>(app);
                 }});
 }
 
