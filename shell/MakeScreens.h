@@ -17,5 +17,6 @@ ScreenPtr makeCalendar(Session& session);
 ScreenPtr makeSplash(Session& session);
 ScreenPtr makeLogin(Session& session);
 ScreenPtr makeAbout(Session& session);
+ScreenPtr makeGettingStarted(Session& session);
 
 }  // namespace quillon::shell

@@ -24,6 +24,7 @@ constexpr Row kScreens[] = {
     {"TfrmSplash", makeSplash, Opening::companion, Lifetime::freed, false},
     {"TfrmLogin", makeLogin, Opening::companion, Lifetime::freed, false},
     {"TfrmAbout", makeAbout, Opening::companion, Lifetime::freed, false},
+    {"TfrmGettingStarted", makeGettingStarted},
 };
 
 }  // namespace
