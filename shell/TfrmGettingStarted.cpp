@@ -57,6 +57,7 @@ class TfrmGettingStarted final : public form::WizardScreen {
   void buildSummary(form::Layout& layout);
   void shown(const form::Open& open) override;
   void finish() override;
+  void closed() override;
 
   void takeCountry();
   void checkCompany();
@@ -92,6 +93,10 @@ TfrmGettingStarted::TfrmGettingStarted(Session& session) : WizardScreen(session.
   country_.change = [this](const Value& old) {
     if (country_.value.isNull()) country_.value = old;
     takeCountry();
+  };
+  year_.change = [this](const Value&) {
+    const int typed = year_.value.asInt();
+    if (const auto year = yearFromTwoDigits(typed); year && !year_.value.isNull()) year_.value = Value(*year);
   };
 }
 
@@ -129,8 +134,8 @@ void TfrmGettingStarted::buildBooks(form::Layout& l) {
     const int year = year_.value.asInt();
     return form::Choices{{Value(false), std::to_string(year)}, {Value(true), std::to_string(year + 1)}};
   };
-  const auto year = form::wholeConverter(app().formats(), kFirstFiscalYear - 1, kLastFiscalYear,
-                                         "Enter the year with four digits, such as 2026");
+  const auto year =
+      form::wholeConverter(app().formats(), 0, kLastFiscalYear, "Enter the year with two or four digits, up to 2050");
   page(l,
        {.caption = "First month of the books",
         .checked =
@@ -253,7 +258,7 @@ NewCompany TfrmGettingStarted::company() const {
   company.name = trimmed(name_);
   company.currency = trimmed(currency_);
   company.tax.reset();
-  if (isTaxed()) company.tax = NewTax{trimmed(taxName_), upper(trimmed(taxCode_)), taxRate_.value.asDouble()};
+  if (isTaxed()) company.tax = NewTax{trimmed(taxName_), trimmed(taxCode_), taxRate_.value.asDouble()};
   company.chart = chart();
   company.bankName = trimmed(bank_);
   company.warn = {warnFrom_.period(), warnTo_.period()};
@@ -334,8 +339,12 @@ void TfrmGettingStarted::checkOrder(const Limit& from, const Limit& to) {
 
 void TfrmGettingStarted::finish() {
   fillCompany(database(), company());
-  session_.tblCompany().refresh();
   app().refreshLookUps();
+}
+
+// Somebody else may have set it up meanwhile.
+void TfrmGettingStarted::closed() {
+  if (session_.hasCompany()) session_.tblCompany().refresh();
 }
 
 }  // namespace

@@ -60,14 +60,21 @@
 < {"focus":"frmGettingStarted.cboFirstMonth"}
 
 # The books.
-| 26 | Enter the year with four digits, such as 2026
-| 1987 | Enter the year with four digits, such as 2026
-| 2051 | Enter the year with four digits, such as 2026
-| x | Enter the year with four digits, such as 2026
+| 2051
+| -1
+| x
 > {"set":"frmGettingStarted.editFirstYear","value":"{1}"}
-< {"ok":false,"messages":[{"text":"{2}"}],"focus":"frmGettingStarted.editFirstYear"}
+< {"ok":false,"messages":[{"text":"Enter the year with two or four digits, up to 2050"}],"focus":"frmGettingStarted.editFirstYear"}
 > {"key":"Esc"}
 |
+| 26 | 2026
+| 0 | 2000
+| 99 | 1999
+> {"set":"frmGettingStarted.editFirstYear","value":"{1}"}
+> {"state":"frmGettingStarted"}
+< {"state":{"controls":{"editFirstYear":{"value":"{2}","data":{2}}}}}
+|
+| 100 | January
 | 1988 | January
 | 2050 | July
 > {"set":"frmGettingStarted.editFirstYear","value":"{1}"}
@@ -226,5 +233,5 @@
 < {"rows":[[0]]}
 
 # A company that is set up is entered at once.
-@ --country Canada --date-format MM/dd/yyyy
+@ empty --country Canada --date-format MM/dd/yyyy
 < {"waiting":null,"opened":[],"messages":[]}
