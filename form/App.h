@@ -71,6 +71,8 @@ class App {
 
   // Whether the person may use a screen: the field of Users and the name to show. Tells them when not.
   std::function<bool(const std::string& field, const std::string& displayName)> checkAccess;
+  // Shows a page of the manual, by its context number.
+  std::function<void(int context)> help;
 
   // What the menus do: access check included. The screen, or null when the person may not or it was modal.
   Screen* openFromMenu(std::string_view className);

@@ -98,6 +98,7 @@ class Control {
   PageSource* pages() const { return pages_; }
   const std::function<void()>& command() const { return command_; }
   const std::function<void(const std::string&)>& typing() const { return typing_; }
+  Control* list() const { return list_; }  // that the arrow keys move in, of a find box
   const std::vector<std::unique_ptr<Control>>& children() const { return children_; }
   int page = 0;  // of pages and steps: the one on view
 
@@ -121,7 +122,9 @@ class Control {
   Control& secret() { return secret_ = true, *this; }
   // Hears every key, with the text so far; for find boxes.
   Control& onTyping(std::function<void(const std::string&)> handler) { return typing_ = std::move(handler), *this; }
-  // Of a grid: what Enter and a double click do; of a month: a double click.
+  // Of a find box: the arrow keys move in that list of choices.
+  Control& movesIn(Control& list) { return list_ = &list, *this; }
+  // Of a grid: what Enter and a double click do; of a month or a list: a double click.
   Control& opens(std::function<void()> command) { return command_ = std::move(command), *this; }
 
   // For the layout.
@@ -144,6 +147,7 @@ class Control {
   BindingPtr binding_;
   std::unique_ptr<Grid> grid_;
   PageSource* pages_ = nullptr;
+  Control* list_ = nullptr;
   std::function<void()> command_;
   std::function<void(const std::string&)> typing_;
   std::vector<std::unique_ptr<Control>> children_;

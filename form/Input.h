@@ -27,8 +27,8 @@ class Input {
   Ended setCell(Screen& screen, Control& grid, std::uint64_t row, std::string_view column, std::string_view text);
   Ended click(Screen& screen, Control& control);
   Ended choose(Screen& screen, Control& control, const store::Value& value);  // check boxes, choosers, months
-  // The screen's shortcuts ("Ctrl+F"), access keys ("Alt+N"), "Enter", "Esc", "Tab", "Shift+Tab", "F2", "F5", "Insert",
-  // "Delete", "Up", "Down", "Left", "Right", "PgUp", "PgDn", "Home", "End", "Ctrl+Home", "Ctrl+End", "Space",
+  // The screen's shortcuts ("Ctrl+F"), access keys ("Alt+N"), "Enter", "Esc", "Tab", "Shift+Tab", "F1", "F2", "F5",
+  // "Insert", "Delete", "Up", "Down", "Left", "Right", "PgUp", "PgDn", "Home", "End", "Ctrl+Home", "Ctrl+End", "Space",
   // "Backspace", or a character. Error for a key that does nothing where the focus is.
   Ended key(Screen& screen, std::string_view key);
   Ended grid(Screen& screen, Control& grid, std::string_view action);  // append, insert, delete, up, down
@@ -51,6 +51,7 @@ class Input {
   Ended tab(Screen& screen, int step);
   Ended enter(Screen& screen);
   Ended openPicker(Screen& screen);
+  Ended openHelp(Screen& screen);
   std::optional<Ended> keyInGrid(Screen& screen, Control& control, const std::string& key);
   std::optional<Ended> keyInField(Screen& screen, Control& control, const std::string& key);
 

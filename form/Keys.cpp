@@ -104,6 +104,16 @@ std::optional<Date> dayBy(std::string_view key, Date day, Date today) {
   return std::nullopt;
 }
 
+// The choice that a key leads to; null for other keys, and where there is nothing to choose.
+std::optional<store::Value> choiceBy(std::string_view key, Binding& binding) {
+  const Choices choices = binding.choices();
+  if ((key != "up" && key != "down") || choices.empty()) return std::nullopt;
+  const auto found = std::ranges::find(choices, binding.data(), &Choices::value_type::first);
+  const std::ptrdiff_t at = found == choices.end() ? -1 : found - choices.begin();
+  const auto last = static_cast<std::ptrdiff_t>(choices.size()) - 1;
+  return choices[static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(at + (key == "down" ? 1 : -1), 0, last))].first;
+}
+
 }  // namespace
 
 Ended Input::key(Screen& screen, std::string_view typed) {
@@ -116,6 +126,7 @@ Ended Input::key(Screen& screen, std::string_view typed) {
   if (key == "esc") return escape(screen);
   if (key == "tab") return tab(screen, 1);
   if (key == "shift+tab") return tab(screen, -1);
+  if (key == "f1") return openHelp(screen);
   if (key == "f2") return openPicker(screen);
   if (key == "f5") {
     Control* refresh = screen.find("mnuRefresh");
@@ -211,6 +222,14 @@ Ended Input::openPicker(Screen& screen) {
   });
 }
 
+// What is typed stays as it is.
+Ended Input::openHelp(Screen& screen) {
+  return app_.run(screen, screen.name(), [&] {
+    if (!app_.help) throw Error("There is no manual");
+    app_.help(screen.entry().help);
+  });
+}
+
 std::optional<Ended> Input::keyInGrid(Screen& screen, Control& control, const std::string& key) {
   Grid& grid = *control.grid();
   if (grid.lines() && (key == "insert" || key == "delete") && !screen.typed()) return this->grid(screen, control, key);
@@ -242,14 +261,11 @@ std::optional<Ended> Input::keyInField(Screen& screen, Control& control, const s
     return choose(screen, control, !control.binding()->data().asBool());
   const bool chooses =
       control.kind() == Kind::chooser || control.kind() == Kind::choice || control.kind() == Kind::list;
-  if (chooses && (key == "up" || key == "down")) {
-    const Choices choices = control.binding()->choices();
-    if (choices.empty()) return std::nullopt;
-    const store::Value now = control.binding()->data();
-    const auto found = std::ranges::find(choices, now, &Choices::value_type::first);
-    std::ptrdiff_t at = found == choices.end() ? -1 : found - choices.begin();
-    at = std::clamp<std::ptrdiff_t>(at + (key == "down" ? 1 : -1), 0, static_cast<std::ptrdiff_t>(choices.size()) - 1);
-    return choose(screen, control, choices[static_cast<std::size_t>(at)].first);
+  if (chooses || control.list() != nullptr) {
+    Control& list = chooses ? control : *control.list();
+    const std::optional<store::Value> next = choiceBy(key, *list.binding());
+    if (next && chooses) return choose(screen, list, *next);
+    if (next) return app_.run(screen, screen.name() + "." + control.name(), [&] { list.binding()->put(*next); });
   }
   const Control* target = screen.target();
   if (key == "backspace" && target->binding()) {

@@ -37,6 +37,7 @@ void Registry::add(ScreenEntry entry) {
     screens_.push_back(std::move(entry));
     return;
   }
+  if (entry.help != 0) found->help = entry.help;
   if (entry.make) found->make = std::move(entry.make);
 }
 

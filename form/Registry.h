@@ -36,6 +36,7 @@ struct ScreenEntry {
   Lifetime lifetime = Lifetime::freed;
   bool many = false;      // several instances: frmPreview, frmPreview2, ...
   bool ofCompany = true;  // works on the company's tables: closed, and freed, with it
+  int help = 0;           // context number of its page in the manual; 0 is the contents
   // Null: not in this version.
   std::function<std::unique_ptr<Screen>(App&)> make = nullptr;
 

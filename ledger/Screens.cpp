@@ -15,6 +15,7 @@ struct Row {
   Opening opening = Opening::companion;
   Lifetime lifetime = Lifetime::freed;
   bool many = false;
+  int help = 200;
 };
 
 constexpr Row kScreens[] = {
@@ -25,11 +26,11 @@ constexpr Row kScreens[] = {
     // A picker leads to its list, and that to the picker again.
     {"TfrmGLAccountSearch", makeGLAccountSearch, Opening::companion, Lifetime::freed, true},
     {"TfrmGLAccountSubSearch", makeGLAccountSubSearch, Opening::companion, Lifetime::freed, true},
-    {"TfrmJVs", makeJVs, Opening::list},
-    {"TfrmJVsFilter", makeJVsFilter, Opening::companion, Lifetime::hidden},
-    {"TfrmJVsFind", makeJVsFind, Opening::companion, Lifetime::hidden},
-    {"TfrmJV", makeJV},
-    {"TfrmImportJVData", makeImportJVData},
+    {.className = "TfrmJVs", .make = makeJVs, .opening = Opening::list, .help = 210},
+    {"TfrmJVsFilter", makeJVsFilter, Opening::companion, Lifetime::hidden, false, 210},
+    {"TfrmJVsFind", makeJVsFind, Opening::companion, Lifetime::hidden, false, 210},
+    {.className = "TfrmJV", .make = makeJV, .help = 210},
+    {.className = "TfrmImportJVData", .make = makeImportJVData, .help = 210},
 };
 
 }  // namespace
@@ -40,6 +41,7 @@ void registerScreens(shell::Session& session) {
                             .opening = row.opening,
                             .lifetime = row.lifetime,
                             .many = row.many,
+                            .help = row.help,
                             .make = [&session, make = row.make](form::App&) { return make(session); }});
 }
 

@@ -1,3 +1,4 @@
+#include "platform/Desktop.h"
 #include "shell/Catalogue.h"
 #include "shell/MakeScreens.h"
 #include "shell/Security.h"
@@ -15,16 +16,17 @@ struct Row {
   Opening opening = Opening::companion;
   Lifetime lifetime = Lifetime::freed;
   bool ofCompany = true;
+  int help = 0;
 };
 
 // Those of the catalogue only get their maker here.
 constexpr Row kScreens[] = {
-    {"TfrmQuillon", makeMainWindow, Opening::plain, Lifetime::kept, false},
-    {"TfrmCalendar", makeCalendar, Opening::companion, Lifetime::kept, false},
-    {"TfrmSplash", makeSplash, Opening::companion, Lifetime::freed, false},
-    {"TfrmLogin", makeLogin, Opening::companion, Lifetime::freed, false},
-    {"TfrmAbout", makeAbout, Opening::companion, Lifetime::freed, false},
-    {"TfrmGettingStarted", makeGettingStarted},
+    {"TfrmQuillon", makeMainWindow, Opening::plain, Lifetime::kept, false, 100},
+    {"TfrmCalendar", makeCalendar, Opening::companion, Lifetime::kept, false, 104},
+    {"TfrmSplash", makeSplash, Opening::companion, Lifetime::freed, false, 100},
+    {"TfrmLogin", makeLogin, Opening::companion, Lifetime::freed, false, 103},
+    {"TfrmAbout", makeAbout, Opening::companion, Lifetime::freed, false, 510},
+    {.className = "TfrmGettingStarted", .make = makeGettingStarted, .help = 110},
 };
 
 }  // namespace
@@ -36,8 +38,10 @@ void registerScreens(Session& session) {
                             .opening = row.opening,
                             .lifetime = row.lifetime,
                             .ofCompany = row.ofCompany,
+                            .help = row.help,
                             .make = [&session, make = row.make](form::App&) { return make(session); }});
   session.app().calendar = "TfrmCalendar";
+  session.app().help = [&session](int context) { session.person().openOutside(session.desktop().helpPage(context)); };
   session.app().checkAccess = [&session](const std::string& field, const std::string& name) {
     return checkAccess(session, field, name);
   };

@@ -6,7 +6,6 @@
 #include "base/Text.h"
 #include "form/App.h"
 #include "form/Screen.h"
-#include "platform/Desktop.h"
 #include "platform/SettingsText.h"
 #include "shell/Companies.h"
 #include "shell/CompanySession.h"
@@ -59,7 +58,6 @@ class TfrmQuillon final : public form::Screen {
   void mnuSelectCompanyClick(int number);
   void mnuExitClick() { app().close(*this); }
   void mnuRestoreAllClick();
-  void mnuHelpClick(int context) { app().person().openOutside(session_.desktop().helpPage(context)); }
   void turn(Switch& some);
 
   Session& session_;
@@ -84,8 +82,8 @@ TfrmQuillon::TfrmQuillon(Session& session) : Screen(session.app()), session_(ses
       {"mnuToolbarText", [this] { turn(toolbarText_); }},
       {"mnuViewConfirmExit", [this] { turn(viewConfirmExit_); }},
       {"mnuRestoreAll", [this] { mnuRestoreAllClick(); }},
-      {"mnuHelp", [this] { mnuHelpClick(kHelpContents); }},
-      {"mnuTechnicalSupport", [this] { mnuHelpClick(kTechnicalSupport); }},
+      {"mnuHelp", [this] { app().help(kHelpContents); }},
+      {"mnuTechnicalSupport", [this] { app().help(kTechnicalSupport); }},
       {"mnuAbout", [this] { app().runModal("TfrmAbout"); }},
   };
 }
@@ -226,6 +224,7 @@ bool TfrmQuillon::mayClose() {
   const form::Screen* users = app().find("frmUsers");
   if (users != nullptr && users->visible() && !securityHasAdministrator(session_)) return false;
   closeForms(session_, "All unsaved changes must be resolved before closing Quillon");
+  app().dropScreens();
   if (viewConfirmExit_.on && !app().person().confirm("Close application?")) return false;
   session_.writeSettings([&](platform::SettingsText& settings) {
     if (!session_.dataFolder.empty()) settings.set("General", "Database", session_.dataFolder);

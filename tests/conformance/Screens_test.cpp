@@ -276,6 +276,9 @@ TEST_P(Screens, WhatIsNotBuiltSaysSo) {
   for (const form::ScreenEntry& entry : session_->registry().screens()) {
     SCOPED_TRACE(entry.className);
     EXPECT_TRUE(names.insert(foldCase(entry.className)).second) << "twice";
+    if (entry.help != 0) {
+      EXPECT_TRUE(desktop_.helpPage(entry.help).ends_with("/" + std::to_string(entry.help) + ".html")) << entry.help;
+    }
     if (entry.opening == form::Opening::filterFirst) {
       EXPECT_FALSE(entry.filterScreen.empty());
     }
