@@ -17,6 +17,7 @@ ScreenPtr makeCalendar(Session& session);
 ScreenPtr makeSplash(Session& session);
 ScreenPtr makeLogin(Session& session);
 ScreenPtr makeAbout(Session& session);
+ScreenPtr makeDialer(Session& session);
 ScreenPtr makeGettingStarted(Session& session);
 
 }  // namespace quillon::shell

@@ -23,6 +23,7 @@ struct Row {
 constexpr Row kScreens[] = {
     {"TfrmQuillon", makeMainWindow, Opening::plain, Lifetime::kept, false, 100},
     {"TfrmCalendar", makeCalendar, Opening::companion, Lifetime::kept, false, 104},
+    {"TfrmDialer", makeDialer, Opening::plain, Lifetime::kept, false, 105},
     {"TfrmSplash", makeSplash, Opening::companion, Lifetime::freed, false, 100},
     {"TfrmLogin", makeLogin, Opening::companion, Lifetime::freed, false, 103},
     {"TfrmAbout", makeAbout, Opening::companion, Lifetime::freed, false, 510},

@@ -1,0 +1,11 @@
+#pragma once
+
+namespace quillon::shell {
+
+class Session;
+
+// Asked before anything is printed: whether there is a printer. Where the desktop reports none, the person may know of
+// one, and that is remembered in their settings.
+bool printerInstalled(Session& session);
+
+}  // namespace quillon::shell
