@@ -1,6 +1,7 @@
 #include "shell/Companies.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "base/Text.h"
 #include "shell/CompanySession.h"
@@ -11,6 +12,7 @@ namespace quillon::shell {
 
 std::vector<std::string> companyNames(Session& session) {
   std::vector<std::string> names = session.settings().keys("Companies");
+  std::erase(names, "");  // a line by hand may have no key
   std::ranges::sort(names, [](const std::string& a, const std::string& b) { return compareFolded(a, b) < 0; });
   return names;
 }
@@ -19,7 +21,21 @@ std::string companyFolder(Session& session, const std::string& name) {
   return session.settings().text("Companies", name);
 }
 
+form::ConverterPtr companyChoices(Session& session) {
+  return form::choicesConverter([&session] {
+    form::Choices choices;
+    for (const std::string& name : session.companiesMenu) choices.emplace_back(store::Value(name), name);
+    return choices;
+  });
+}
+
 void rebuildCompaniesMenu(Session& session) { session.companiesMenu = companyNames(session); }
+
+std::string absoluteFolder(const std::string& folder) {
+  std::string path = std::filesystem::absolute(folder).lexically_normal().string();
+  while (path.size() > 1 && path.ends_with('/')) path.pop_back();
+  return path;
+}
 
 bool holdsCompany(Session& session, const std::string& folder) {
   store::FileSystem& files = session.store().environment().files;
@@ -30,7 +46,7 @@ bool holdsCompany(Session& session, const std::string& folder) {
 
 bool selectCompany(Session& session, const std::string& name) {
   const std::string folder = companyFolder(session, name);
-  if (name == kSampleData && !holdsCompany(session, folder))
+  if (equalFolded(name, kSampleData) && !holdsCompany(session, folder))
     return session.app().runModal("TfrmCompanyDatabase", {.values = {{"mode", "sample"}}}).confirmed;
   return enterCompany(session, name, folder);
 }

@@ -8,6 +8,7 @@
 #include "store/Database.h"
 #include "store/Errors.h"
 #include "store/schema/CompanySchema.h"
+#include "store/schema/CreateCompany.h"
 #include "store/vfs/File.h"
 
 namespace quillon::shell {
@@ -58,7 +59,7 @@ bool attachRepairing(Session& session, const std::string& start, const std::stri
 }
 
 bool isSampleData(Session& session, const std::string& name) {
-  if (name == kSampleData) return true;
+  if (equalFolded(name, kSampleData)) return true;
   store::Cursor& company = session.tblCompany();
   return !company.isEmpty() && company["CompanyName"].asText().starts_with(kSampleData);
 }
@@ -77,13 +78,26 @@ std::string otherVersion(Session& session) {
 
 }  // namespace
 
+bool worksOnFolders(Session& session) {
+  const auto& settings = session.settings();
+  if (settings.text("General", "RemoteAddress").empty() && settings.text("General", "RemoteHost").empty()) return true;
+  session.person().show(form::Tone::warning,
+                        "The settings name a remote store server (RemoteHost or RemoteAddress).\rThis version works on "
+                        "company folders only.\r\rRemove the setting to open a company: " +
+                            settings.path(),
+                        kTitle);
+  return false;
+}
+
 bool openCompany(Session& session, const std::string& name, const std::string& folder) {
+  if (!worksOnFolders(session)) return false;
   const std::string start = beginning(name, folder);
   if (!session.store().environment().files.folderExists(folder))
     return refused(session, start + "\rThe specified directory does not exist.");
   if (!holdsCompany(session, folder))
     return refused(session, start + "\rThe specified directory does not contain a database.");
   if (session.hasCompany()) closeCompany(session);
+  session.menusEnabled = false;  // until somebody has logged in
   session.dataFolder = folder;
   session.sampleDataOpen = false;
   try {
@@ -101,8 +115,17 @@ bool openCompany(Session& session, const std::string& name, const std::string& f
   return refused(session, version);
 }
 
+void createCompany(Session& session, const std::string& folder) {
+  if (session.hasCompany()) closeCompany(session);
+  session.menusEnabled = false;
+  store::Database database(session.store(), folder);
+  store::createCompanyTables(database);
+}
+
+// The dialler belongs to no company, but nobody goes on dialling a customer of another one.
 void closeForms(Session& session, const std::string& words) {
-  const bool all = session.app().closeAll();
+  form::Screen* dialer = session.app().find("frmDialer");
+  const bool all = session.app().closeAll() && (dialer == nullptr || session.app().close(*dialer));
   session.app().settle();
   if (!all) throw Error(words);
 }

@@ -18,6 +18,10 @@ ScreenPtr makeSplash(Session& session);
 ScreenPtr makeLogin(Session& session);
 ScreenPtr makeAbout(Session& session);
 ScreenPtr makeDialer(Session& session);
+ScreenPtr makeWelcome(Session& session);
+ScreenPtr makeCompanyDatabase(Session& session);
+ScreenPtr makeOrganizeCompanies(Session& session);
+ScreenPtr makeSelectCompany(Session& session);
 ScreenPtr makeGettingStarted(Session& session);
 
 }  // namespace quillon::shell

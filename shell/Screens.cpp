@@ -27,6 +27,10 @@ constexpr Row kScreens[] = {
     {"TfrmSplash", makeSplash, Opening::companion, Lifetime::freed, false, 100},
     {"TfrmLogin", makeLogin, Opening::companion, Lifetime::freed, false, 103},
     {"TfrmAbout", makeAbout, Opening::companion, Lifetime::freed, false, 510},
+    {"TfrmWelcome", makeWelcome, Opening::companion, Lifetime::freed, false, 101},
+    {"TfrmCompanyDatabase", makeCompanyDatabase, Opening::modal, Lifetime::freed, false, 102},
+    {"TfrmOrganizeCompanies", makeOrganizeCompanies, Opening::modal, Lifetime::freed, false, 102},
+    {"TfrmSelectCompany", makeSelectCompany, Opening::companion, Lifetime::freed, false, 102},
     {.className = "TfrmGettingStarted", .make = makeGettingStarted, .help = 110},
 };
 

@@ -1,5 +1,7 @@
 #include "shell/Start.h"
 
+#include "base/Text.h"
+#include "form/Ending.h"
 #include "platform/SettingsText.h"
 #include "shell/Companies.h"
 #include "shell/CompanySession.h"
@@ -11,13 +13,13 @@ namespace {
 
 bool onlySampleData(Session& session) {
   return session.companiesMenu.empty() ||
-         (session.companiesMenu.size() == 1 && session.companiesMenu[0] == kSampleData);
+         (session.companiesMenu.size() == 1 && equalFolded(session.companiesMenu[0], kSampleData));
 }
 
-// This version works on folders; the settings may ask for a server that another one reached.
-bool asksForServer(Session& session) {
-  const auto& settings = session.settings();
-  return !settings.text("General", "RemoteAddress").empty() || !settings.text("General", "RemoteHost").empty();
+// One that is given relative to where the program was started, so that it is found from elsewhere the next time.
+std::string folderToOpen(Session& session, const std::string& given) {
+  if (given.empty()) return session.settings().text("General", "Database");
+  return absoluteFolder(given);
 }
 
 void closeSplash(Session& session) {
@@ -35,23 +37,21 @@ void prepareStart(Session& session) {
 }
 
 bool enterAtStart(Session& session, const std::string& given, bool welcomes) {
-  if (asksForServer(session)) {
+  session.menusEnabled = false;
+  if (!worksOnFolders(session)) {
     closeSplash(session);
-    session.menusEnabled = false;
-    session.person().show(form::Tone::warning,
-                          "The settings name a remote store server (RemoteHost or RemoteAddress).\rThis version works "
-                          "on company folders only.\r\rRemove the setting to open a company: " +
-                              session.settings().path(),
-                          kTitle);
     return true;
   }
-  const std::string folder = given.empty() ? session.settings().text("General", "Database") : given;
+  const std::string folder = folderToOpen(session, given);
   if (welcomes && (onlySampleData(session) || folder.empty())) {
     closeSplash(session);
     return session.app().runModal("TfrmWelcome").confirmed;
   }
-  const bool opened = !folder.empty() && openCompany(session, {}, folder);
+  bool opened = false;
+  form::Ending ending;
+  ending.step([&] { opened = !folder.empty() && openCompany(session, {}, folder); });
   closeSplash(session);
+  ending.raise();
   session.menusEnabled = opened && login(session);
   if (session.menusEnabled) setUpIfNew(session, {});
   return true;

@@ -2,16 +2,18 @@
 #include "form/App.h"
 #include "form/Screen.h"
 #include "shell/MakeScreens.h"
+#include "shell/ProgramNames.h"
 #include "shell/Session.h"
 
 namespace quillon::shell {
-namespace {
 
-void buildNames(form::Layout& l) {
+void tellNames(form::Layout& l) {
   l.label("lblMaker", [] { return std::string("Marrowfield Software"); });
   l.label("lblProduct", [] { return std::string(kEdition); });
   l.label("lblVersion", [] { return std::string("Version ") + kVersion; });
 }
+
+namespace {
 
 class TfrmSplash final : public form::Screen {
  public:
@@ -19,7 +21,7 @@ class TfrmSplash final : public form::Screen {
   std::string title() override { return kTitle; }
 
  private:
-  void build(form::Layout& l) override { buildNames(l); }
+  void build(form::Layout& l) override { tellNames(l); }
 };
 
 class TfrmAbout final : public form::Screen {
@@ -29,7 +31,7 @@ class TfrmAbout final : public form::Screen {
 
  private:
   void build(form::Layout& l) override {
-    buildNames(l);
+    tellNames(l);
     l.label("lblDatabase", [this] { return "Database: " + session_.dataFolder; });
     l.label("lblSettings", [this] { return "Settings: " + session_.settings().path(); });
     l.button("btnOK", "OK", &TfrmAbout::btnOKClick).standard();

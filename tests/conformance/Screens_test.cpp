@@ -18,6 +18,7 @@
 #include "form/Table.h"
 #include "ledger/VoucherLines.h"
 #include "shell/Session.h"
+#include "shell/Start.h"
 #include "store/Query.h"
 #include "store/schema/CompanySchema.h"
 #include "store/schema/CreateCompany.h"
@@ -56,6 +57,7 @@ class Screens : public testing::TestWithParam<bool> {
     desktop_.given().today = Date(2026, 3, 5);
     shell::registerScreens(*session_);
     ledger::registerScreens(*session_);
+    shell::prepareStart(*session_);
     session_->attach(sim::kSharedFolder);
     main_ = &app().open("TfrmQuillon");
   }
