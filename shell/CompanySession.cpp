@@ -64,6 +64,16 @@ bool isSampleData(Session& session, const std::string& name) {
   return !company.isEmpty() && company["CompanyName"].asText().starts_with(kSampleData);
 }
 
+// Empty where the folder is a company's.
+std::string whyNoneIsThere(Session& session, const std::string& folder) {
+  try {
+    if (!session.store().environment().files.folderExists(folder)) return "The specified directory does not exist.";
+    return holdsCompany(session, folder) ? "" : "The specified directory does not contain a database.";
+  } catch (const Error& error) {
+    return error.what();
+  }
+}
+
 // Empty where this program can work on it.
 std::string otherVersion(Session& session) {
   store::Cursor& company = session.tblCompany();
@@ -92,10 +102,8 @@ bool worksOnFolders(Session& session) {
 bool openCompany(Session& session, const std::string& name, const std::string& folder) {
   if (!worksOnFolders(session)) return false;
   const std::string start = beginning(name, folder);
-  if (!session.store().environment().files.folderExists(folder))
-    return refused(session, start + "\rThe specified directory does not exist.");
-  if (!holdsCompany(session, folder))
-    return refused(session, start + "\rThe specified directory does not contain a database.");
+  if (const std::string why = whyNoneIsThere(session, folder); !why.empty())
+    return refused(session, start + "\r" + why);
   if (session.hasCompany()) closeCompany(session);
   session.menusEnabled = false;  // until somebody has logged in
   session.dataFolder = folder;

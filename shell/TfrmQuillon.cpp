@@ -159,9 +159,9 @@ void TfrmQuillon::addCompanies(form::Layout& l, std::vector<Control*>& entries) 
         &l.entry("mnuCompany" + std::to_string(i + 1), {}, [this, i] { mnuSelectCompanyClick(i); })
              .caption([this, i, count] { return i < count() ? session_.companiesMenu[i] : std::string(); })
              .visibleWhen([i, count] { return i < count(); }));
-  entries.push_back(&l.entry("mnuMoreCompanies", "&More...", [this] { app().runModal("TfrmSelectCompany"); })
-                         .visibleWhen([count] { return count() > kCompaniesShown; })
-                         .enabledWhen([this] { return isOffered("TfrmSelectCompany"); }));
+  entries.push_back(&l.entry("mnuMoreCompanies", "&More...", [this] {
+                        app().runModal("TfrmSelectCompany");
+                      }).visibleWhen([count] { return count() > kCompaniesShown; }));
 }
 
 // The toolbar: the buttons of one module, and the module to choose.
