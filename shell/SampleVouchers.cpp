@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <map>
 
 #include "base/Rounding.h"
@@ -85,7 +86,7 @@ Money Year::about(int average) {
 void Year::open() {
   book(1, "Opening balances",
        {{.account = "1000", .amount = units(300)},
-        {.account = "1010", .amount = units(42500)},
+        {.account = "1010", .amount = units(48500)},
         {.account = "1100", .amount = owing_},
         {.account = "1200", .amount = units(19800)},
         {.account = "1220", .amount = units(31400)},
@@ -184,13 +185,14 @@ void Year::accrue() {
 // Accounts in foreign currency hold foreign units; the other side is in home units, and what is between them goes to
 // the gain or loss on exchange.
 void Year::buyAbroad() {
+  // The like of 8,200 home units, in round foreign ones.
+  const Money supply = units(std::max(1L, std::lround(82 / usualRate_)) * 100);
   if (month_ % 3 == 1)
     book(3, "Transfer to the foreign account",
-         {{.account = kForeignBank, .amount = units(6000)},
-          {.account = "1010", .amount = -converted(units(6000), rate())}},
+         {{.account = kForeignBank, .amount = supply}, {.account = "1010", .amount = -converted(supply, rate())}},
          "7000");
   if (month_ % 3 == 2) {
-    const Money foreign = units(4700) + hundredths(month_ * 1275);
+    const Money foreign = percent(supply, 75 + month_);
     book(10, "Hardware from abroad",
          {{.account = "1200", .amount = converted(foreign, rate())}, {.account = kForeignPayable, .amount = -foreign}},
          "7000");
@@ -240,7 +242,7 @@ void Year::month() {
   payBills();
   if (month_ == 6)
     book(11, "Edge-banding machine",
-         {{.account = "1540", .amount = units(24000)}, {.account = "2100", .amount = tax(units(24000))}}, "1010");
+         {{.account = "1540", .amount = units(18000)}, {.account = "2100", .amount = tax(units(18000))}}, "1010");
   produce();
   depreciate();
   accrue();

@@ -10,6 +10,7 @@
 
 #include "shell/CountryDefaults.h"
 #include "shell/SampleCompany.h"
+#include "shell/SampleVouchers.h"
 #include "store/Cursor.h"
 #include "store/schema/CompanySchema.h"
 #include "store/schema/CreateCompany.h"
@@ -131,6 +132,29 @@ TEST(ChartOfAccounts, HasOneAccountForEachUseAndNoNumberOrNameTwice) {
       EXPECT_EQ(uses.size(), static_cast<std::size_t>(AccountUse::retainedEarnings));
       for (const auto& [use, count] : uses) EXPECT_EQ(count, 1) << static_cast<int>(use);
     }
+}
+
+// In every country: what is booked balances, and nobody hands out what is not there.
+TEST(SampleVouchers, BalanceAndStayBelievable) {
+  for (const CountryDefaults& country : knownCountries()) {
+    std::map<std::string, Money> balances;
+    Date last(2025, 1, 1);
+    for (const SampleVoucher& voucher : sampleVouchers(2025, static_cast<int>(country.taxRate), country.usDollar)) {
+      SCOPED_TRACE(std::string(country.name) + " " + voucher.date.toIso() + " " + voucher.description);
+      Money sum;
+      for (const SampleLine& line : voucher.lines) {
+        sum += line.amount;
+        if (!voucher.autoReverse) balances[line.account] += line.amount;
+      }
+      EXPECT_EQ(sum.raw(), 0);
+      EXPECT_GE(voucher.lines.size(), 2u);
+      EXPECT_GE(voucher.date, last) << "in the order of days";
+      last = voucher.date;
+      for (const char* asset : {"1010", kForeignBank, "1100", "1200", "1220", "1300"})
+        EXPECT_GE(balances[asset].raw(), 0) << asset;
+      for (const char* debt : {"2000", kForeignPayable, "2200", "2500"}) EXPECT_LE(balances[debt].raw(), 0) << debt;
+    }
+  }
 }
 
 TEST(Books, TellThePeriodOfADay) {

@@ -186,6 +186,7 @@
 > {"menu":"GL > Accounts"}
 < {"opened":["frmGLAccounts"]}
 > {"close":"frmGLAccounts"}
+= settings/Quillon.ini ["[Companies]\nPine Street Books={folder}/company\n"]
 @ empty --today 2026-03-05 --country Kenya --date-format MM/dd/yyyy
 < {"waiting":{"modal":"frmGettingStarted"}}
 > {"state":"frmGettingStarted"}
@@ -193,11 +194,12 @@
 > {"key":"Esc"}
 < {"closed":["frmGettingStarted"],"waiting":null}
 
-# From the first page to Finish by Enter alone, with what an American company is offered.
-@ empty --today 2026-03-05 --country Kenya --date-format MM/dd/yyyy
-< {"waiting":{"modal":"frmGettingStarted"}}
+# Entered by its name it has that to begin with. From the first page to Finish by Enter alone.
+> {"click":"frmQuillon.mnuCompany1"}
+< {"opened":["frmGettingStarted"],"waiting":{"modal":"frmGettingStarted"}}
+> {"state":"frmGettingStarted"}
+< {"state":{"controls":{"editCompanyName":{"value":"Pine Street Books"}}}}
 > {"set":"frmGettingStarted.cboCountry","value":"United States"}
-> {"set":"frmGettingStarted.editCompanyName","value":"Pine Street Books"}
 > {"key":"Enter"}
 > {"key":"Enter"}
 > {"key":"Enter"}
@@ -216,7 +218,7 @@
 > {"sql":"DELETE FROM Bank"}
 > {"key":"Enter"}
 < {"messages":[],"closed":["frmGettingStarted"],"waiting":null,
-   "finished":[{"command":"frmGettingStarted.btnFinish","ok":true},{"command":"frmQuillon","ok":true}]}
+   "finished":[{"command":"frmGettingStarted.btnFinish","ok":true},{"command":"frmQuillon.mnuCompany1","ok":true}]}
 > {"state":"frmQuillon"}
 < {"state":{"controls":{"lblCompanyName":{"caption":"Pine Street Books"}}}}
 > {"sql":"SELECT CompanyName, FiscalYear, DefaultPeriodYYYY, DefaultPeriodPP, WPeriodFromYYYY, WPeriodFromPP, WPeriodToYYYY, WPeriodToPP, EPeriodFromYYYY, EPeriodToPP, DefaultCurrencyID, DfltTax1ID, ApplicationVersion, BackupOnExit FROM Company"}
