@@ -101,8 +101,15 @@ void App::bring(Screen& screen) {
   std::rotate(found, found + 1, screens_.end());
 }
 
+void App::requireAccess(const ScreenEntry& entry) const {
+  if (entry.right.empty() || !checkAccess) return;
+  if (!checkAccess(entry.right, entry.displayName.empty() ? entry.right : entry.displayName)) throw Abort();
+}
+
 Screen& App::open(std::string_view className, const Open& open) {
-  Screen& screen = make(entryOf(className));
+  const ScreenEntry& entry = entryOf(className);
+  requireAccess(entry);
+  Screen& screen = make(entry);
   const bool wasVisible = screen.visible();
   try {
     screen.show(open);
@@ -148,14 +155,12 @@ Result App::runModal(std::string_view className, const Open& open) {
 
 Screen* App::openFromMenu(std::string_view className) {
   const ScreenEntry& entry = entryOf(className);
-  if (!entry.right.empty() && checkAccess &&
-      !checkAccess(entry.right, entry.displayName.empty() ? entry.right : entry.displayName))
-    return nullptr;
   if (entry.opening == Opening::modal) {
     runModal(className);
     return nullptr;
   }
   if (entry.opening != Opening::filterFirst) return &open(className);
+  requireAccess(entry);
   if (Screen* there = find(entry.instanceName()); there && there->visible() && !close(*there)) return nullptr;
   runModal(entry.filterScreen);
   Screen* result = find(entry.instanceName());

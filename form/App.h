@@ -74,12 +74,14 @@ class App {
   // Shows a page of the manual, by its context number.
   std::function<void(int context)> help;
 
-  // What the menus do: access check included. The screen, or null when the person may not or it was modal.
+  // What the menus do. The screen, or null when it was modal or did not come on view.
   Screen* openFromMenu(std::string_view className);
-  // One instance, brought to the front; Error when this version does not have it.
+  // One instance, brought to the front. A silent stop where the person may not use it, which they were told; Error when
+  // this version does not have it.
   Screen& open(std::string_view className, const Open& open = {});
   Result runModal(std::string_view className, const Open& open = {});
   Screen* find(std::string_view instanceName) const;  // among those on view and those hidden; null
+  void bring(Screen& screen);                         // to the front
   // Asks it to close; false when it stays.
   bool close(Screen& screen);
   // Closes it without a question; what is being edited is undone.
@@ -111,7 +113,7 @@ class App {
 
   Screen& make(const ScreenEntry& entry);
   const ScreenEntry& entryOf(std::string_view className) const;
-  void bring(Screen& screen);
+  void requireAccess(const ScreenEntry& entry) const;
   Place attempt(const std::function<void()>& action, Ended& ended);
   void leave(Screen& screen);
   void sweep();

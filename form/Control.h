@@ -91,6 +91,7 @@ class Control {
   int height() const { return height_; }       // in lines; 0: as it comes
   const std::string& shortcut() const { return shortcut_; }
   Pending pending() const { return pending_; }
+  bool wraps() const { return wraps_(); }    // of a memo: lines that are too long go on below
   bool isSecret() const { return secret_; }  // what stands in it is not shown: a password
   bool isDefault() const { return default_(); }
   Binding* binding() const { return binding_.get(); }
@@ -111,6 +112,7 @@ class Control {
   Control& checkedWhen(std::function<bool()> condition) { return checked_ = std::move(condition), *this; }
   Control& disabled() { return enabled_ = Asked<bool>(false), *this; }
   Control& readOnlyAlways() { return readOnly_ = Asked<bool>(true), *this; }
+  Control& wrapsWhen(std::function<bool()> condition) { return wraps_ = std::move(condition), *this; }
   Control& named(std::string name) { return name_ = std::move(name), *this; }
   Control& wide(int characters) { return width_ = characters, *this; }
   Control& high(int lines) { return height_ = lines, *this; }
@@ -139,7 +141,7 @@ class Control {
   Kind kind_;
   std::string name_;
   Asked<std::string> caption_, hint_, explanation_;
-  Asked<bool> enabled_{true}, visible_{true}, readOnly_{false}, checked_{false}, default_{false};
+  Asked<bool> enabled_{true}, visible_{true}, readOnly_{false}, checked_{false}, default_{false}, wraps_{true};
   int width_ = 0, height_ = 0;
   std::string shortcut_;
   Pending pending_ = Pending::leaves;

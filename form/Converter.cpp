@@ -190,8 +190,11 @@ class DateConverter final : public Converter {
 
 class YearConverter final : public Converter {
  public:
-  explicit YearConverter(std::string words) : words_(std::move(words)) {}
+  YearConverter(std::string words, bool showsAll) : words_(std::move(words)), showsAll_(showsAll) {}
   std::string show(const Value& value) const override {
+    return value.isNull() ? std::string() : showsAll_ ? std::to_string(value.asInt()) : edit(value);
+  }
+  std::string edit(const Value& value) const override {
     if (value.isNull()) return {};
     const int year = value.asInt() % 100;
     return (year < 10 ? "0" : "") + std::to_string(year);
@@ -209,6 +212,7 @@ class YearConverter final : public Converter {
 
  private:
   std::string words_;
+  bool showsAll_;
 };
 
 class YesNoConverter final : public Converter {
@@ -263,7 +267,10 @@ ConverterPtr moneyConverter(const Formats& formats, std::string_view picture) {
 }
 ConverterPtr dateConverter(const Formats& formats) { return std::make_shared<DateConverter>(formats); }
 ConverterPtr yesNoConverter() { return std::make_shared<YesNoConverter>(); }
-ConverterPtr twoDigitYearConverter(std::string words) { return std::make_shared<YearConverter>(std::move(words)); }
+ConverterPtr twoDigitYearConverter(std::string words) {
+  return std::make_shared<YearConverter>(std::move(words), false);
+}
+ConverterPtr fullYearConverter(std::string words) { return std::make_shared<YearConverter>(std::move(words), true); }
 ConverterPtr choicesConverter(Choices choices) {
   return std::make_shared<ChoicesConverter>([all = std::move(choices)] { return all; });
 }

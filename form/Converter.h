@@ -45,6 +45,8 @@ ConverterPtr dateConverter(const Formats& formats);
 ConverterPtr yesNoConverter();
 // A year of four digits shown and typed as its last two; `words` refuse others.
 ConverterPtr twoDigitYearConverter(std::string words = "Period invalid...\rEnter year as 2 digits");
+// The same, but shown with all its digits.
+ConverterPtr fullYearConverter(std::string words);
 // Fixed texts for values, or texts that are asked for anew each time.
 ConverterPtr choicesConverter(Choices choices);
 ConverterPtr choicesConverter(std::function<Choices()> choices);

@@ -243,7 +243,15 @@ Ended Input::menu(Screen& main, const MenuRow& row) {
 
 Ended Input::open(Screen& main, const ScreenEntry& entry) {
   require(main);
-  return app_.run(main, entry.className, [&] { app_.openFromMenu(entry.className); });
+  const Control *disabled = nullptr, *way = nullptr;
+  for (const MenuRow& row : app_.registry().menu()) {
+    const Control* some = row.screen == entry.className ? main.find(row.name) : nullptr;
+    if (some == nullptr || !some->command()) continue;
+    (main.isEnabled(*some) ? way : disabled) = some;
+  }
+  if (way == nullptr && disabled != nullptr)
+    throw Error("'" + entry.className + "' cannot be opened now: '" + commandName(main, *disabled) + "' is disabled");
+  return app_.run(main, entry.className, [&] { way ? way->command()() : (void)app_.openFromMenu(entry.className); });
 }
 
 }  // namespace quillon::form

@@ -36,7 +36,8 @@ class Input {
   Ended locate(Screen& screen, Control& grid, const std::string& fields, const std::vector<store::Value>& values);
   Ended turn(Screen& screen, Control& pages, int page);  // 0 is the first
   Ended close(Screen& screen);
-  // What the main window's menu does; `main` is that window.
+  // What the main window's menu does; `main` is that window. A screen that stands in its menus is refused while none of
+  // its entries is enabled.
   Ended menu(Screen& main, const MenuRow& row);
   Ended open(Screen& main, const ScreenEntry& entry);
 

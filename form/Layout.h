@@ -98,10 +98,14 @@ class Layout {
   Control& group(std::string caption, Controls&... controls) {
     return place(Kind::group, std::move(caption), {&controls...});
   }
+  Control& groupOf(std::string caption, const std::vector<Control*>& controls) {
+    return place(Kind::group, std::move(caption), controls);
+  }
   template <typename... Controls>
   Control& pages(Controls&... controls) {
     return place(Kind::pages, "", {&controls...}).named("pagPages");
   }
+  Control& pagesOf(const std::vector<Control*>& controls) { return place(Kind::pages, "", controls); }
   template <typename... Controls>
   Control& steps(Controls&... controls) {
     return place(Kind::steps, "", {&controls...}).named("pagSteps");

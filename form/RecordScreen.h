@@ -32,8 +32,10 @@ class RecordScreen : public Screen {
   // Lines that Cancel puts back.
   void restores(LineSnapshot& lines) { snapshots_.push_back(&lines); }
 
-  // Posts the lines' pending row and the record, flushes, and moves the list there.
-  void save();
+  // Posts the lines' pending row and the record, flushes, and moves the list there. A screen that keeps more than its
+  // tables do saves that too, and says what is unsaved of it.
+  virtual void save();
+  virtual bool isUnsaved() const;
   // Puts the lines back and cancels.
   void undo();
   // Starts another record.
@@ -52,7 +54,6 @@ class RecordScreen : public Screen {
 
  private:
   store::ErrorAnswer recordError(const store::StoreError& error);
-  bool isUnsaved() const;
   void moveList();
   void postRecord();
 
