@@ -23,5 +23,6 @@ ScreenPtr makeCompanyDatabase(Session& session);
 ScreenPtr makeOrganizeCompanies(Session& session);
 ScreenPtr makeSelectCompany(Session& session);
 ScreenPtr makeGettingStarted(Session& session);
+ScreenPtr makeCompanySettings(Session& session);
 
 }  // namespace quillon::shell

@@ -32,6 +32,7 @@ constexpr Row kScreens[] = {
     {"TfrmOrganizeCompanies", makeOrganizeCompanies, Opening::modal, Lifetime::freed, false, 102},
     {"TfrmSelectCompany", makeSelectCompany, Opening::companion, Lifetime::freed, false, 102},
     {.className = "TfrmGettingStarted", .make = makeGettingStarted, .help = 110},
+    {.className = "TfrmCompany", .make = makeCompanySettings, .help = 130},
 };
 
 }  // namespace
