@@ -107,7 +107,7 @@ bool openCompany(Session& session, const std::string& name, const std::string& f
   if (session.hasCompany()) closeCompany(session);
   session.menusEnabled = false;  // until somebody has logged in
   session.dataFolder = folder;
-  session.sampleDataOpen = false;
+  session.sampleDataOpen = session.securityActive = false;
   try {
     const bool repaired = attachRepairing(session, start, folder);
     session.sampleDataOpen = isSampleData(session, name);

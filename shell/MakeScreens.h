@@ -23,6 +23,8 @@ ScreenPtr makeCompanyDatabase(Session& session);
 ScreenPtr makeOrganizeCompanies(Session& session);
 ScreenPtr makeSelectCompany(Session& session);
 ScreenPtr makeGettingStarted(Session& session);
+ScreenPtr makeUsers(Session& session);
+ScreenPtr makeUser(Session& session);
 ScreenPtr makeCompanySettings(Session& session);
 
 }  // namespace quillon::shell

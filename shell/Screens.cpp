@@ -33,6 +33,8 @@ constexpr Row kScreens[] = {
     {"TfrmSelectCompany", makeSelectCompany, Opening::companion, Lifetime::freed, false, 102},
     {.className = "TfrmGettingStarted", .make = makeGettingStarted, .help = 110},
     {.className = "TfrmCompany", .make = makeCompanySettings, .help = 130},
+    {.className = "TfrmUsers", .make = makeUsers, .help = 120},
+    {.className = "TfrmUser", .make = makeUser, .help = 120},
 };
 
 }  // namespace

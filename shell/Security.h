@@ -12,8 +12,8 @@ namespace quillon::shell {
 class Session;
 struct Credentials;
 
-// Asks who is there, where the company has users, until name and password fit or the person gives up. Decides whether
-// rights are checked until the company is closed.
+// Asks who is there, where the company has users, until name and password fit or the person gives up; then no screen of
+// the company stays open. Decides whether rights are checked until the company is closed.
 bool login(Session& session);
 
 // Whether the person who logged in has a right, a field of Users, now; tells them when not. The name shown is the
@@ -23,8 +23,9 @@ bool checkAccess(Session& session, const std::string& field, const std::string& 
 // Whether somebody may change the users; tells when not. True too while there are none.
 bool securityHasAdministrator(Session& session);
 
-// For work without a person in front: Error unless the company has no users, or these are a user's name and password
-// and that user has the right.
+// For work past the screens: Error, which names the right, unless the company has no users, or whoever logged in, or
+// gives this name and password, has it.
+void requireRight(Session& session, const std::string& field);
 void requireRight(store::Cursor& users, const Credentials& who, const std::string& field);
 
 }  // namespace quillon::shell

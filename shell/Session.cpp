@@ -71,7 +71,16 @@ store::Cursor& Session::tblCompany() {
 store::Cursor& Session::tblUsers() {
   if (!tblUsers_) {
     auto users = std::make_unique<store::Cursor>(database(), "Users", "tblUsers");
-    users->events.onEditError = [this](const store::StoreError& error) { return app_.editError(*tblUsers_, error); };
+    users->events.onEditError = users->events.onDeleteError = [this](const store::StoreError& error) {
+      return app_.editError(*tblUsers_, error);
+    };
+    users->events.beforeDelete = [this] {
+      const form::Button answer = person().ask({.tone = form::Tone::confirmation,
+                                                .text = "Delete '" + (*tblUsers_)["UserName"].asText() + "'?",
+                                                .buttons = {form::Button::ok, form::Button::cancel},
+                                                .standard = form::Button::ok});
+      if (answer != form::Button::ok) throw Abort();
+    };
     tblUsers_ = std::move(users);
   }
   tblUsers_->open();

@@ -75,7 +75,7 @@ class Session {
   store::Database& database() { return app_.database(); }
   // The company's settings, always open; one row, or none before they were entered. Error when no company is open.
   store::Cursor& tblCompany();
-  // Opened when first needed, then read live.
+  // Opened when first needed, then read live. Asks before it deletes a user.
   store::Cursor& tblUsers();
 
  private:

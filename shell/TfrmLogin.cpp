@@ -1,8 +1,7 @@
-// Asks who is there before the company is entered. Confirmed, its result has "UserName" and "Password".
-#include "base/Text.h"
+// Asks who is there before the company is entered, and proposes the value "UserName". Confirmed, its result has
+// "UserName" and "Password".
 #include "form/App.h"
 #include "form/Screen.h"
-#include "platform/Desktop.h"
 #include "shell/MakeScreens.h"
 #include "shell/Session.h"
 
@@ -34,8 +33,9 @@ void TfrmLogin::build(form::Layout& l) {
         l.button("btnCancel", "Cancel", &TfrmLogin::btnCancelClick).abandons());
 }
 
-void TfrmLogin::shown(const form::Open&) {
-  userName_.set(Value(std::string(firstCharacters(session_.desktop().userName(), 31))));
+void TfrmLogin::shown(const form::Open& open) {
+  const auto proposed = open.values.find("UserName");
+  userName_.set(proposed == open.values.end() ? Value("") : proposed->second);
   password_.reset();
   setFocus(find(userName_.value.asText().empty() ? "editUserName" : "editPassword"));
 }

@@ -180,7 +180,7 @@ Control& TfrmQuillon::toolbar(form::Layout& l) {
 // Commands.
 
 void TfrmQuillon::mnuSettingsClick() {
-  if (!checkAccess(session_, "Security")) return;
+  if (!checkAccess(session_, "Security")) form::abort();
   const std::string path = session_.settings().path();
   const std::string question =
       "Location of settings is:\r" + path + "\r\rChanging settings can cause problems.\rDo you want to proceed?";

@@ -10,6 +10,7 @@
 #include "apps/drive/State.h"
 #include "base/Text.h"
 #include "form/Grid.h"
+#include "shell/Security.h"
 #include "store/Query.h"
 
 namespace quillon::apps {
@@ -194,7 +195,9 @@ Done serveClose(Program& program, const Request& request, Reply&) {
 }
 
 Done serveSql(Program& program, const Request& request, Reply& reply) {
-  store::Query query(program.session().database(), request.name());
+  store::Database& database = program.session().database();
+  shell::requireRight(program.session(), "Security");
+  store::Query query(database, request.name());
   if (!query.givesRows()) {
     reply.members = "\"columns\":[],\"rows\":[],\"changed\":" + std::to_string(query.execute());
     return {};
