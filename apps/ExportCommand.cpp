@@ -3,6 +3,7 @@
 #include <iostream>
 #include <string>
 
+#include "apps/GivenLogin.h"
 #include "apps/LocalEnvironment.h"
 #include "apps/ValueText.h"
 #include "store/Cursor.h"
@@ -12,11 +13,14 @@
 namespace quillon::apps {
 
 ExitStatus exportCommand(Arguments arguments) {
-  if (arguments.size() != 2) throw UsageError("export takes a folder and a table");
+  const GivenLogin login(arguments);
+  const Arguments words = login.words();
+  if (words.size() != 2) throw UsageError("export takes a folder and a table");
   const LocalEnvironment environment;
   store::Session session(environment.get());
-  store::Database database(session, std::string(arguments[0]));
-  store::Cursor cursor(database, std::string(arguments[1]));
+  store::Database database(session, std::string(words[0]));
+  login.requireSecurity(database);
+  store::Cursor cursor(database, std::string(words[1]));
   cursor.setRowOrder();
   cursor.open();
   std::string line;

@@ -11,6 +11,7 @@
 #include <system_error>
 #include <vector>
 
+#include "apps/GivenLogin.h"
 #include "apps/LocalEnvironment.h"
 #include "apps/ProgressLine.h"
 #include "apps/ValueText.h"
@@ -159,12 +160,15 @@ class Import {
 }  // namespace
 
 ExitStatus importCommand(Arguments arguments) {
-  if (arguments.size() != 3) throw UsageError("import takes a folder, a table and a file");
-  const std::string table(arguments[1]);
-  ImportFile file{std::string(arguments[2])};
+  const GivenLogin login(arguments);
+  const Arguments words = login.words();
+  if (words.size() != 3) throw UsageError("import takes a folder, a table and a file");
+  const std::string table(words[1]);
+  ImportFile file{std::string(words[2])};
   const LocalEnvironment environment;
   store::Session session(environment.get());
-  store::Database database(session, std::string(arguments[0]));
+  store::Database database(session, std::string(words[0]));
+  login.requireSecurity(database);
   Import import(database, table, file);
   database.startTransaction({table});
   try {

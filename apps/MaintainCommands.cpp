@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "apps/Counted.h"
+#include "apps/GivenLogin.h"
 #include "apps/LocalEnvironment.h"
 #include "apps/ProgressLine.h"
 #include "store/Database.h"
@@ -29,12 +30,15 @@ std::string sizes(std::uint64_t before, std::uint64_t after) {
 ExitStatus forEachTable(
     Arguments arguments, std::string_view command, const char* done,
     const std::function<bool(store::Database&, const std::string& table, const store::Progress&)>& deed) {
-  if (arguments.empty()) throw UsageError(std::string(command) + " takes a folder");
-  const std::string folder(arguments.front());
+  const GivenLogin login(arguments);
+  const Arguments words = login.words();
+  if (words.empty()) throw UsageError(std::string(command) + " takes a folder");
+  const std::string folder(words.front());
   const LocalEnvironment environment;
   store::Session session(environment.get());
   store::Database database(session, folder);
-  std::vector<std::string> tables(arguments.begin() + 1, arguments.end());
+  login.requireSecurityToMend(database);
+  std::vector<std::string> tables(words.begin() + 1, words.end());
   if (tables.empty()) tables = database.tableNames();
   std::uint64_t failed = 0;
   for (const std::string& table : tables) {

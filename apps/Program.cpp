@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <fstream>
 
+#include "apps/GivenLogin.h"
 #include "base/Errors.h"
 #include "base/Text.h"
 #include "ledger/Screens.h"
@@ -12,15 +12,6 @@
 
 namespace quillon::apps {
 namespace {
-
-// The first line of a file.
-std::string passwordIn(const std::string& path) {
-  std::ifstream file(path);
-  std::string line;
-  if (!std::getline(file, line)) throw Error("cannot read a password from " + path);
-  if (line.ends_with('\r')) line.pop_back();
-  return line;
-}
 
 platform::Paper paperOf(std::string_view option, const std::string& value) {
   if (equalFolded(value, "a4")) return platform::Paper::a4;

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "apps/GivenLogin.h"
 #include "apps/LocalEnvironment.h"
 #include "apps/ValueText.h"
 #include "base/Errors.h"
@@ -161,13 +162,15 @@ class Runner {
 }  // namespace
 
 ExitStatus sqlCommand(Arguments arguments) {
-  Options options = read(arguments);
+  const GivenLogin login(arguments);
+  Options options = read(login.words());
   if (!options.script)
     options.script.emplace(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
   const LocalEnvironment environment;
   environment.get().files.makeFolder(options.folder);
   store::Session session(environment.get());
   store::Database database(session, options.folder);
+  login.requireSecurity(database);
   std::string_view script = *options.script;
   if (script.starts_with(kByteOrderMark)) script.remove_prefix(kByteOrderMark.size());
   const auto statements = store::sql::splitStatements(script);

@@ -30,15 +30,16 @@ constexpr Command kCommands[] = {
      "FOLDER [--sample | --name TEXT --chart service|trade|manufacturing [--year YYYY] [--currency NAME]] "
      "[--country NAME] [--today YYYY-MM-DD]",
      "make a new company: its tables without data, or set up for work, or the sample company", createCommand},
-    {"sql", "FOLDER [STATEMENT] [--json] [--keep-going]", "run statements, from standard input without STATEMENT",
-     sqlCommand},
-    {"import", "FOLDER TABLE FILE", "add the rows of a file with tabs between its cells to a table; all or none",
-     importCommand},
-    {"export", "FOLDER TABLE", "print a table as import reads it", exportCommand},
+    {"sql", "FOLDER [STATEMENT] [--json] [--keep-going] [LOGIN]",
+     "run statements, from standard input without STATEMENT", sqlCommand},
+    {"import", "FOLDER TABLE FILE [LOGIN]",
+     "add the rows of a file with tabs between its cells to a table; all or none", importCommand},
+    {"export", "FOLDER TABLE [LOGIN]", "print a table as import reads it", exportCommand},
     {"verify", "FOLDER", "check every table of the company folder; changes nothing", verifyCommand},
-    {"repair", "FOLDER [TABLE...]", "save what can be read of damaged tables; alone in the folder", repairCommand},
-    {"optimize", "FOLDER [TABLE...]", "make tables smaller and faster, and keep a copy of the old; alone in the folder",
-     optimizeCommand},
+    {"repair", "FOLDER [TABLE...] [LOGIN]", "save what can be read of damaged tables; alone in the folder",
+     repairCommand},
+    {"optimize", "FOLDER [TABLE...] [LOGIN]",
+     "make tables smaller and faster, and keep a copy of the old; alone in the folder", optimizeCommand},
     {"probe", "FOLDER", "try whether several processes can share the folder", probeCommand},
 };
 
@@ -48,6 +49,9 @@ void printHelp(std::ostream& out) {
     out << "  " << command.name << ' ' << command.arguments << "   " << command.purpose << '\n';
   out << "  --help   this text\n"
          "  --version   the version of Quillon\n\n"
+         "LOGIN, in a company that has users: --user NAME --password-file FILE, of one who has the right Security; "
+         "the\n"
+         "password is the first line of the file.\n"
          "Exit status: 0 done; 1 refused or failed, with the reason on standard error; 2 called wrongly.\n";
 }
 
