@@ -206,6 +206,15 @@ TEST_F(InputTest, EnterWalksTheCellsAndAddsLinesEscUndoesThem) {
   EXPECT_TRUE(key("Esc").aborted) << "then it asks about the screen";
 }
 
+TEST_F(InputTest, AScreenOpensAtThePageThatIsAskedFor) {
+  app_.open("TfrmToy", {.page = "Rest"});
+  EXPECT_EQ(control("pagAll").page, 1);
+  EXPECT_EQ(focus(), "editTotal");
+  app_.open("TfrmToy", {.page = "Head"});
+  EXPECT_EQ(control("pagAll").page, 0);
+  EXPECT_EQ(focus(), "editCode");
+}
+
 TEST_F(InputTest, KeysReachEverything) {
   EXPECT_TRUE(key("ctrl+f").ok);
   EXPECT_EQ(person_.takeHeard(), "information: Found");

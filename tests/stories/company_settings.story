@@ -208,3 +208,18 @@
 < {"ok":true,"messages":[]}
 > {"click":"frmCompany.btnOK"}
 < {"ok":true,"closed":["frmCompany"]}
+
+# A control table that lost its row: its fields say why nothing can be typed; the rest can.
+> {"sql":"DELETE FROM ItemCtl"}
+> {"menu":"General > Your Company"}
+> {"state":"frmCompany"}
+< {"state":{"controls":{"editNextInvoiceNo":{"enabled":true},
+   "editNextMfgOrderNo":{"enabled":false,"hint":"Table 'ItemCtl' has lost its row."}}}}
+> {"set":"frmCompany.editDfltSalesGLAccount","value":""}
+> {"key":"F2"}
+< {"opened":["frmGLAccountSearch"],"waiting":{"modal":"frmGLAccountSearch"}}
+> {"click":"frmGLAccountSearch.btnOK"}
+> {"click":"frmCompany.btnOK"}
+< {"ok":true,"messages":[],"closed":["frmCompany"]}
+> {"sql":"SELECT DfltSalesGLAccountID FROM Company"}
+< {"rows":[[1]]}
