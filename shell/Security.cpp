@@ -82,9 +82,9 @@ void requireRight(Session& session, const std::string& field) {
   if (!session.securityActive) return;
   store::Cursor& users = session.tblUsers();
   users.refresh();
-  if (users.isEmpty() || mayUse(users, session.currentUser, field)) return;
+  if (users.isEmpty()) return;
   if (session.currentUser.empty()) throw Error("Nobody has logged in who is allowed access to " + field + ".");
-  throw Error(refusalOf(session.currentUser, field));
+  if (!mayUse(users, session.currentUser, field)) throw Error(refusalOf(session.currentUser, field));
 }
 
 void requireRight(store::Cursor& users, const Credentials& who, const std::string& field) {
