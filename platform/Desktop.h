@@ -34,6 +34,7 @@ class Desktop {
   virtual std::string machineName() = 0;
   virtual std::string countryName() = 0;
   virtual ShortDateFormat shortDateFormat() = 0;
+  virtual std::string weekdayName(Date day) = 0;
   virtual Separators separators() = 0;
   // The local time.
   virtual DateTime now() = 0;

@@ -32,6 +32,7 @@ class GivenDesktop : public Desktop {
   std::string machineName() override { return desktop_.machineName(); }
   std::string countryName() override { return given_.country ? *given_.country : desktop_.countryName(); }
   ShortDateFormat shortDateFormat() override;
+  std::string weekdayName(Date day) override { return desktop_.weekdayName(day); }
   Separators separators() override { return desktop_.separators(); }
   DateTime now() override;
   std::optional<Printer> defaultPrinter() override;

@@ -19,6 +19,7 @@ std::string LinuxDesktop::userName() { return platform::userName(); }
 std::string LinuxDesktop::machineName() { return platform::machineName(); }
 std::string LinuxDesktop::countryName() { return platform::countryName(); }
 ShortDateFormat LinuxDesktop::shortDateFormat() { return platform::shortDateFormat(); }
+std::string LinuxDesktop::weekdayName(Date day) { return platform::weekdayName(day); }
 Separators LinuxDesktop::separators() { return platform::separators(); }
 
 DateTime LinuxDesktop::now() {

@@ -15,6 +15,7 @@ class LinuxDesktop final : public Desktop {
   std::string machineName() override;
   std::string countryName() override;
   ShortDateFormat shortDateFormat() override;
+  std::string weekdayName(Date day) override;
   Separators separators() override;
   DateTime now() override;
   std::optional<Printer> defaultPrinter() override;

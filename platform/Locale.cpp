@@ -3,6 +3,7 @@
 #include <langinfo.h>
 #include <locale.h>
 
+#include <array>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -51,6 +52,15 @@ std::string countryName() {
 ShortDateFormat shortDateFormat() {
   const Data data = dataOf("LC_TIME", LC_TIME_MASK);
   return ShortDateFormat(data ? datePatternOf(::nl_langinfo_l(D_FMT, data.get())) : kPlainDatePattern);
+}
+
+std::string weekdayName(Date day) {
+  static constexpr std::array<nl_item, 7> kItems = {DAY_1, DAY_2, DAY_3, DAY_4, DAY_5, DAY_6, DAY_7};
+  static constexpr std::array<const char*, 7> kEnglish = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                                          "Thursday", "Friday", "Saturday"};
+  const Data data = dataOf("LC_TIME", LC_TIME_MASK);
+  const std::string name = data ? ::nl_langinfo_l(kItems[day.weekday()], data.get()) : "";
+  return name.empty() || !isValidUtf8(name) ? kEnglish[day.weekday()] : name;
 }
 
 Separators separators() {

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "base/AmountFormat.h"
+#include "base/Date.h"
 #include "base/DateText.h"
 
 // What the user's locale says, from the environment and the C library's data; the process's own locale stays as it is.
@@ -14,6 +15,8 @@ namespace quillon::platform {
 std::string countryName();
 // With numeric months and days.
 ShortDateFormat shortDateFormat();
+// The full name of the day's weekday in the language of LC_TIME; in English where it has none. In UTF-8.
+std::string weekdayName(Date day);
 // In UTF-8. The group mark may be empty.
 Separators separators();
 

@@ -96,7 +96,8 @@ TEST(Locale, TheDataOfTheCLibraryCounts) {
   const sim::TempFolder folder;
   sim::writeFile(folder.path() + "/source",
                  "comment_char %\nescape_char /\nLC_NUMERIC\ndecimal_point \",\"\nthousands_sep \"<U202F>\"\n"
-                 "grouping 3;3\nEND LC_NUMERIC\nLC_TIME\nd_fmt \"%e.%m.%Y\"\nEND LC_TIME\n");
+                 "grouping 3;3\nEND LC_NUMERIC\nLC_TIME\nd_fmt \"%e.%m.%Y\"\n"
+                 "day \"So\";\"Mo\";\"Di\";\"Mittwoch\";\"Do\";\"Fr\";\"Sa\"\nEND LC_TIME\n");
   const auto made =
       run({"localedef", "-c", "-f", "UTF-8", "-i", folder.path() + "/source", folder.path() + "/xx_CH.UTF-8"},
           std::chrono::seconds(30));
@@ -105,6 +106,7 @@ TEST(Locale, TheDataOfTheCLibraryCounts) {
   {
     const Variables variables({}, "xx_CH.UTF-8", "C", "LC_TIME");
     EXPECT_EQ(shortDateFormat().pattern(), "d.MM.yyyy");
+    EXPECT_EQ(weekdayName(Date(2026, 3, 4)), "Mittwoch");
     EXPECT_EQ(separators().decimal, ".");
   }
   {
@@ -116,6 +118,7 @@ TEST(Locale, TheDataOfTheCLibraryCounts) {
     const Variables variables(name);
     EXPECT_EQ(shortDateFormat().pattern(), "MM/dd/yyyy") << name;
     EXPECT_EQ(separators().decimal + separators().group, ".,") << name;
+    EXPECT_EQ(weekdayName(Date(2026, 3, 4)), "Wednesday") << name;
   }
 }
 

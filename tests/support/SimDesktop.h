@@ -42,6 +42,7 @@ class SimDesktop final : private detail::SimGround, public platform::GivenDeskto
 
   std::string userName() override { return "clerk"; }
   std::string machineName() override { return "desk"; }
+  std::string weekdayName(Date /*day*/) override { return "Tuesday"; }
   Separators separators() override { return {}; }
 
   void print(const platform::PrintJob& job, const std::function<void()>& betweenCopies) override {
