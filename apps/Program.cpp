@@ -8,6 +8,7 @@
 #include "base/Errors.h"
 #include "base/Text.h"
 #include "ledger/Screens.h"
+#include "maintenance/Screens.h"
 #include "shell/Start.h"
 
 namespace quillon::apps {
@@ -79,6 +80,7 @@ Program::Program(const ProgramOptions& options, form::Person& person)
   session_.credentials = options.credentials;
   shell::registerScreens(session_);
   ledger::registerScreens(session_);
+  maintenance::registerScreens(session_);
   shell::prepareStart(session_);
   app().open("TfrmSplash");
   main_ = &app().open("TfrmQuillon");

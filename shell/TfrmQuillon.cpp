@@ -7,6 +7,7 @@
 #include "form/App.h"
 #include "form/Screen.h"
 #include "platform/SettingsText.h"
+#include "shell/BackupAtExit.h"
 #include "shell/Companies.h"
 #include "shell/CompanySession.h"
 #include "shell/MakeScreens.h"
@@ -230,6 +231,7 @@ bool TfrmQuillon::mayClose() {
     if (!session_.dataFolder.empty()) settings.set("General", "Database", session_.dataFolder);
     settings.set("General", "System", system_.value.asText());
   });
+  backUpAtExit(session_);
   return true;
 }
 

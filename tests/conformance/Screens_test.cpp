@@ -17,6 +17,7 @@
 #include "form/Input.h"
 #include "form/Table.h"
 #include "ledger/VoucherLines.h"
+#include "maintenance/Screens.h"
 #include "shell/Session.h"
 #include "shell/Start.h"
 #include "store/Query.h"
@@ -57,6 +58,7 @@ class Screens : public testing::TestWithParam<bool> {
     desktop_.given().today = Date(2026, 3, 5);
     shell::registerScreens(*session_);
     ledger::registerScreens(*session_);
+    maintenance::registerScreens(*session_);
     shell::prepareStart(*session_);
     session_->attach(sim::kSharedFolder);
     main_ = &app().open("TfrmQuillon");

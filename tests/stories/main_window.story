@@ -12,10 +12,12 @@
 < {"ok":false,"error":{"text":"There is no menu entry 'Nonsense'"}}
 > {"menu":"Reports"}
 < {"ok":false,"error":{"text":"The menu entry 'Reports' is ambiguous","exists":["File > AP > Reports","..."]}}
-> {"menu":"general > backup > options"}
-< {"ok":false,"finished":[{"command":"frmQuillon.mnuBackupOptions","ok":false}]}
+> {"menu":"general > purge old data"}
+< {"ok":false,"finished":[{"command":"frmQuillon.mnuPurge","ok":false}]}
 > {"menu":"&File > G&eneral > B&ackup > &Options..."}
-< {"finished":[{"command":"frmQuillon.mnuBackupOptions"}]}
+< {"waiting":{"modal":"frmBackupOptions"}}
+> {"close":"frmBackupOptions"}
+< {"finished":[{"command":"frmBackupOptions"},{"command":"frmQuillon.mnuBackupOptions"}]}
 
 # Screens that this version does not have.
 > {"open":"TfrmPurge"}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace quillon::store {
+class Database;
+}
+
+namespace quillon::maintenance {
+
+// The tables of a company in the order in which they are packed.
+std::span<const char* const> packOrder();
+
+// Repairs and optimises each table of a company that nobody has open, and keeps the old files beside them. `step` hears
+// which table is in work, how far, and how many are done. What a repair could not save is added to `losses`, in words.
+// An error ends it; the tables before that one are done.
+void packTables(store::Database& company, const std::function<void(const std::string& text, int done)>& step,
+                std::vector<std::string>& losses);
+
+}  // namespace quillon::maintenance

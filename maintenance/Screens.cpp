@@ -1,0 +1,29 @@
+#include "maintenance/Screens.h"
+
+#include "maintenance/MakeScreens.h"
+#include "shell/Session.h"
+
+namespace quillon::maintenance {
+namespace {
+
+struct Row {
+  const char* className;
+  ScreenPtr (*make)(shell::Session&);
+};
+
+// All stand in the catalogue; here they get their makers.
+constexpr Row kScreens[] = {
+    {"TfrmBackup", makeBackup},
+    {"TfrmBackupOptions", makeBackupOptions},
+    {"TfrmPack", makePack},
+};
+
+}  // namespace
+
+void registerScreens(shell::Session& session) {
+  for (const Row& row : kScreens)
+    session.registry().add(
+        {.className = row.className, .make = [&session, make = row.make](form::App&) { return make(session); }});
+}
+
+}  // namespace quillon::maintenance
