@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/BackupCommand.h"
 #include "apps/Command.h"
 #include "apps/CreateCommand.h"
 #include "apps/ExportCommand.h"
@@ -40,6 +41,8 @@ constexpr Command kCommands[] = {
      repairCommand},
     {"optimize", "FOLDER [TABLE...] [LOGIN]",
      "make tables smaller and faster, and keep a copy of the old; alone in the folder", optimizeCommand},
+    {"backup", "FOLDER [TO] [--user NAME --password-file FILE]",
+     "copy a company, by itself into the folder of the day of the week; alone in the folder", backupCommand},
     {"probe", "FOLDER", "try whether several processes can share the folder", probeCommand},
 };
 

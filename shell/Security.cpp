@@ -87,10 +87,13 @@ void requireRight(Session& session, const std::string& field) {
   if (!mayUse(users, session.currentUser, field)) throw Error(refusalOf(session.currentUser, field));
 }
 
+void requireUser(store::Cursor& users, const Credentials& who) {
+  if (!users.isEmpty() && !isKnown(users, who)) throw Error("Invalid User Name or Password.");
+}
+
 void requireRight(store::Cursor& users, const Credentials& who, const std::string& field) {
-  if (users.isEmpty()) return;
-  if (!isKnown(users, who)) throw Error("Invalid User Name or Password.");
-  if (!mayUse(users, who.userName, field)) throw Error(refusalOf(who.userName, field));
+  requireUser(users, who);
+  if (!users.isEmpty() && !mayUse(users, who.userName, field)) throw Error(refusalOf(who.userName, field));
 }
 
 }  // namespace quillon::shell

@@ -26,6 +26,7 @@ bool securityHasAdministrator(Session& session);
 // For work past the screens: Error, which names the right, unless the company has no users, or whoever logged in, or
 // gives this name and password, has it.
 void requireRight(Session& session, const std::string& field);
+void requireUser(store::Cursor& users, const Credentials& who);  // only that it is a user
 void requireRight(store::Cursor& users, const Credentials& who, const std::string& field);
 
 }  // namespace quillon::shell

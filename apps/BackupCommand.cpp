@@ -1,0 +1,55 @@
+#include "apps/BackupCommand.h"
+
+#include <filesystem>
+#include <iostream>
+
+#include "apps/Counted.h"
+#include "apps/LocalEnvironment.h"
+#include "apps/Program.h"
+#include "apps/ProgressLine.h"
+#include "base/Errors.h"
+#include "platform/CopyFolder.h"
+#include "shell/CopyTree.h"
+#include "shell/Security.h"
+#include "store/Cursor.h"
+#include "store/Database.h"
+#include "store/Session.h"
+
+namespace quillon::apps {
+namespace {
+
+// A folder that is a company's, for somebody who may enter it.
+void requireEntry(store::Session& session, const std::string& folder, const ProgramOptions& options) {
+  store::Database database(session, folder);
+  if (!database.exists("Company")) throw Error(folder + " is no company");
+  store::Cursor users(database, "Users");
+  users.open();
+  shell::requireUser(users, options.credentials.value_or(shell::Credentials{}));
+}
+
+}  // namespace
+
+ExitStatus backupCommand(Arguments arguments) {
+  const ProgramOptions options = readProgramOptions(arguments);
+  if (options.words.empty() || options.words.size() > 2) throw UsageError("backup takes a folder, and one to copy to");
+  const std::string& folder = options.words[0];
+  platform::LinuxDesktop machine;
+  platform::GivenDesktop desktop(machine, options.given);
+  const std::string to = options.words.size() == 2 ? std::filesystem::absolute(options.words[1]).string()
+                                                   : shell::weekdayFolder(desktop, folder);
+  const LocalEnvironment environment;
+  store::Session session(environment.get());
+  requireEntry(session, folder, options);
+  std::uint64_t bytes = 0;
+  {
+    ProgressLine line;
+    shell::copyCompany(session, folder, to, [&](const platform::CopyProgress& copied) {
+      bytes = copied.done;
+      line.show(copied.file + ' ' + std::to_string(copied.total == 0 ? 100 : 100 * copied.done / copied.total) + '%');
+    });
+  }
+  std::cout << folder << ": " << counted(bytes, "byte") << " copied to " << to << '\n';
+  return ExitStatus::done;
+}
+
+}  // namespace quillon::apps
