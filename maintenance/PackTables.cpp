@@ -23,19 +23,18 @@ std::string counted(std::uint64_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
-// "JV: 2 records lost", and under it which.
-void tell(const store::RepairReport& report, std::vector<std::string>& losses) {
-  std::string head;
-  const auto add = [&head](std::uint64_t count, const std::string& noun, const char* fate) {
-    if (count > 0) head += (head.empty() ? " " : ", ") + counted(count, noun) + fate;
+TableLoss lossOf(const store::RepairReport& report) {
+  TableLoss loss{.head = report.table + ":", .details = report.losses};
+  const auto add = [&loss](std::uint64_t count, const std::string& noun, const char* fate) {
+    if (count > 0) loss.head += (loss.head.ends_with(':') ? " " : ", ") + counted(count, noun) + fate;
   };
   add(report.lostRows, "record", " lost");
   add(report.lostContents, "note or picture", " lost");
   add(report.setAside.size(), "record", " left out, because another one has the same key");
-  losses.push_back(report.table + ":" + (head.empty() ? " something may be lost" : head));
-  for (const auto* lines : {&report.losses, &report.setAside})
-    for (const std::string& line : *lines) losses.push_back("  " + line);
-  if (report.lostRows + report.lostContents > report.losses.size()) losses.push_back("  and others");
+  if (loss.head.ends_with(':')) loss.head += " something may be lost";
+  if (report.lostRows + report.lostContents > report.losses.size()) loss.details.emplace_back("and others");
+  loss.details.insert(loss.details.end(), report.setAside.begin(), report.setAside.end());
+  return loss;
 }
 
 }  // namespace
@@ -43,7 +42,7 @@ void tell(const store::RepairReport& report, std::vector<std::string>& losses) {
 std::span<const char* const> packOrder() { return kOrder; }
 
 void packTables(store::Database& company, const std::function<void(const std::string& text, int done)>& step,
-                std::vector<std::string>& losses) {
+                std::vector<TableLoss>& losses) {
   int done = 0;
   for (const std::string table : kOrder) {
     const auto progress = [&](const char* deed) {
@@ -53,7 +52,7 @@ void packTables(store::Database& company, const std::function<void(const std::st
     step(table, done);
     const store::RepairReport report =
         company.repairTable(table, {.definition = store::companyTable(table), .progress = progress("Repairing ")});
-    if (!report.lossless()) tell(report, losses);
+    if (!report.lossless()) losses.push_back(lossOf(report));
     company.optimizeTable(table, {.keepOld = true, .progress = progress("Packing ")});
     step(table, ++done);
   }

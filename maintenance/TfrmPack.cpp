@@ -12,11 +12,12 @@
 #include "shell/Session.h"
 #include "shell/SoleUse.h"
 #include "store/Database.h"
+#include "store/vfs/File.h"
 
 namespace quillon::maintenance {
 namespace {
 
-constexpr std::size_t kLinesShown = 25;
+constexpr std::size_t kDetailsShown = 25;  // where the list cannot be kept
 
 class TfrmPack final : public form::Screen {
  public:
@@ -28,8 +29,8 @@ class TfrmPack final : public form::Screen {
   void shown(const form::Open& /*open*/) override { session_.tblCompany(); }  // or there is nothing to pack
   void btnOKClick();
   void btnCancelClick() { setResult(false); }
-  void tell(const std::vector<std::string>& losses);
-  std::string keepList(const std::vector<std::string>& losses);
+  void tell(const std::vector<TableLoss>& losses);
+  std::string keepList(const std::vector<TableLoss>& losses);
 
   shell::Session& session_;
 };
@@ -42,7 +43,7 @@ void TfrmPack::build(form::Layout& l) {
 }
 
 void TfrmPack::btnOKClick() {
-  std::vector<std::string> losses;
+  std::vector<TableLoss> losses;
   form::Ending ending;
   ending.step([&] {
     const shell::SoleUse alone(session_, this);
@@ -61,27 +62,36 @@ void TfrmPack::btnOKClick() {
   setResult(true);
 }
 
-void TfrmPack::tell(const std::vector<std::string>& losses) {
+void TfrmPack::tell(const std::vector<TableLoss>& losses) {
   std::string text =
       "Some data was damaged and could not be saved. Compare these tables with your papers or with a backup, and enter "
       "again what is missing.\r";
-  for (std::size_t i = 0; i < std::min(losses.size(), kLinesShown); ++i) text += "\r" + losses[i];
-  if (losses.size() > kLinesShown) text += "\r... and " + std::to_string(losses.size() - kLinesShown) + " lines more";
+  for (const TableLoss& loss : losses) text += "\r" + loss.head;
   text += "\r\rThe damaged files are kept in the company's folder, with \"~damaged\" behind their names.";
   const std::string list = keepList(losses);
-  if (!list.empty()) text += "\rThe whole list is kept in " + list;
+  if (!list.empty()) {
+    text += "\rWhat is known of the lost records is written in " + list;
+  } else {
+    std::size_t left = kDetailsShown;
+    for (const TableLoss& loss : losses)
+      for (const std::string& detail : loss.details)
+        if (left > 0) --left, text += "\r" + detail;
+  }
   app().person().show(form::Tone::warning, text);
 }
 
 // A text beside the tables; empty where it cannot be written.
-std::string TfrmPack::keepList(const std::vector<std::string>& losses) {
-  const DateTime now = session_.desktop().now();
-  std::string time = now.time.toIso().substr(0, 8);
-  std::erase(time, ':');
-  const std::string path = session_.dataFolder + "/Lost in repair " + now.date.toIso() + " " + time + ".txt";
+std::string TfrmPack::keepList(const std::vector<TableLoss>& losses) {
+  const std::string start = session_.dataFolder + "/Lost in repair " + session_.desktop().today().toIso();
+  std::string path = start + ".txt";
+  for (int number = 2; session_.store().environment().files.exists(path); ++number)
+    path = start + " " + std::to_string(number) + ".txt";
   try {
     platform::ReplacementFile file(path, path + ".new");
-    for (const std::string& line : losses) file.write(line + "\n");
+    for (const TableLoss& loss : losses) {
+      file.write(loss.head + "\n");
+      for (const std::string& detail : loss.details) file.write("  " + detail + "\n");
+    }
     file.putInPlace();
     return path;
   } catch (const Error&) {

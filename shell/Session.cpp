@@ -65,6 +65,7 @@ void Session::detach() {
 
 store::Cursor& Session::tblCompany() {
   if (!tblCompany_) throw Error("No company is open");
+  tblCompany_->open();  // it may have been closed for a moment, and the drive be gone then
   return *tblCompany_;
 }
 

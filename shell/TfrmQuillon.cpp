@@ -52,6 +52,7 @@ class TfrmQuillon final : public form::Screen {
   Control& toolbar(form::Layout& layout);
   bool isOffered(const std::string& screen) const;
   std::string companyName();
+  std::string shownName();
 
   void mnuSettingsClick();
   void mnuBackupOptionsClick();
@@ -94,12 +95,21 @@ void TfrmQuillon::build(form::Layout& l) {
   for (const form::MenuRow& row : app().registry().menu()) plant(menus, row.path, row);
   for (const Branch& menu : menus) told(l, menu, false);
   toolbar(l);
-  l.label("lblCompanyName", [this] { return companyName(); }).visibleWhen([this] { return viewCompanyName_.on; });
+  l.label("lblCompanyName", [this] { return shownName(); }).visibleWhen([this] { return viewCompanyName_.on; });
 }
 
 std::string TfrmQuillon::companyName() {
   if (!session_.hasCompany() || session_.tblCompany().isEmpty()) return {};
   return session_.tblCompany()["CompanyName"].asText();
+}
+
+// Also on a drive that is not there any more.
+std::string TfrmQuillon::shownName() {
+  try {
+    return companyName();
+  } catch (const Error&) {
+    return {};
+  }
 }
 
 // Menus.

@@ -15,8 +15,10 @@
 #include "maintenance/Screens.h"
 #include "platform/CopyFolder.h"
 #include "platform/SettingsText.h"
+#include "shell/CompanySession.h"
 #include "shell/CopyTree.h"
 #include "shell/Session.h"
+#include "shell/SoleUse.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
 #include "store/Errors.h"
@@ -44,7 +46,9 @@ class Maintenance : public testing::Test {
     store::Session session(environment());
     store::Database database(session, company_);
     store::createCompanyTables(database);
-    store::Query(database, "INSERT INTO Company (CompanyName, FiscalYear) VALUES ('Acme', 2026)").execute();
+    store::Query(database,
+                 "INSERT INTO Company (CompanyName, FiscalYear, ApplicationVersion) VALUES ('Acme', 2026, '2017.6')")
+        .execute();
     const store::Database::BulkScope bulk(database);
     store::Cursor vouchers(database, "JV");
     vouchers.open();
@@ -136,12 +140,10 @@ TEST(PackOrder, HasEveryTableOnce) {
 
 TEST_F(Maintenance, PackSavesWhatIsReadableAndTellsTheRest) {
   const int lost = damageLeaf("JV", 3);
-  ASSERT_GT(lost, 25) << "the message is to leave some out";
   start();
   const std::string heard = pack();
   EXPECT_THAT(heard, HasSubstr("warning: Some data was damaged"));
   EXPECT_THAT(heard, HasSubstr("\rJV: " + std::to_string(lost) + " records lost\r"));
-  EXPECT_THAT(heard, HasSubstr("lines more\r"));
   EXPECT_EQ(rows("JV"), std::uint64_t{kRows} - static_cast<std::uint64_t>(lost));
   EXPECT_TRUE(fs::exists(company_ + "/JV.DAT~damaged"));
   std::istringstream list(sim::readFile(heard.substr(heard.rfind(company_))));
@@ -213,10 +215,24 @@ TEST_F(Maintenance, ABackupThatFailsLosesNothing) {
   EXPECT_THAT(backUp(to, [&] { fs::rename(company_, away); }), HasSubstr(company_));
   EXPECT_EQ(sim::readFile(to + "/JV.DAT"), before) << "the copy made before";
   fs::rename(away, company_);
-  if (!session_->hasCompany()) session_->attach(company_);
+  EXPECT_EQ(session_->tblCompany()["CompanyName"].asText(), "Acme") << "as if nothing had been";
   EXPECT_EQ(rows("JV"), std::uint64_t{kRows});
   EXPECT_EQ(backUp(to), "");
   EXPECT_NE(sim::readFile(to + "/JV.DAT"), before);
+}
+
+TEST_F(Maintenance, ACompanyThatCannotBeOpenedAgainIsTold) {
+  start();
+  const std::string away = temp_.path() + "/away";
+  {
+    const shell::SoleUse alone(*session_);
+    EXPECT_FALSE(session_->hasCompany());
+    fs::rename(company_, away);
+  }
+  EXPECT_THAT(person_.takeHeard(), HasSubstr("stop: The company in '" + company_ + "' could not be opened again...\r"));
+  EXPECT_FALSE(session_->menusEnabled);
+  fs::rename(away, company_);
+  EXPECT_TRUE(shell::openCompany(*session_, "Acme", company_));
 }
 
 }  // namespace
