@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 
 #include "base/Text.h"
 #include "store/Errors.h"
@@ -155,9 +156,11 @@ std::size_t KeyCodec::leadingBytes(std::string_view key, std::size_t fields) con
 }
 
 RowId KeyCodec::rowOf(std::string_view key) {
-  RowId row = 0;
-  for (const char c : key.substr(fieldBytes(key))) row = row << 8 | static_cast<unsigned char>(c);
-  return row;
+  static_assert(kRowBytes == sizeof(std::uint32_t) + 1);
+  const char* const bytes = key.data() + fieldBytes(key);
+  std::uint32_t upper;
+  std::memcpy(&upper, bytes, sizeof upper);
+  return RowId{__builtin_bswap32(upper)} << 8 | static_cast<unsigned char>(bytes[sizeof upper]);
 }
 
 std::string KeyCodec::successor(std::string prefix) {

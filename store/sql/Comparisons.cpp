@@ -11,31 +11,43 @@ namespace {
 
 class Comparison final : public Binary {
  public:
-  using Binary::Binary;
+  Comparison(Op op, ExpressionPtr left, ExpressionPtr right, Type result)
+      : Binary(op, std::move(left), std::move(right), result) {
+    if (const auto* constant = dynamic_cast<const Constant*>(right_.get())) constant_ = &constant->value();
+  }
   bool parts(Parts& out) const override {
     out = {op_, left_.get(), right_.get()};
     return true;
   }
   Datum eval(Frame& frame) const override {
     const Datum left = left_->eval(frame);
-    const Datum right = right_->eval(frame);
-    if (op_ != Op::equal && op_ != Op::notEqual && (left.isNull() || right.isNull())) return Datum::ofTruth(false);
-    const std::weak_ordering order = compare(left, right);
+    if (constant_) return Datum::ofTruth(holds(left, *constant_));
+    return Datum::ofTruth(holds(left, right_->eval(frame)));
+  }
+
+ private:
+  bool holds(const Datum& left, const Datum& right) const {
+    if (op_ != Op::equal && op_ != Op::notEqual && (left.isNull() || right.isNull())) return false;
+    const bool words = left.type == right.type && left.type != Type::null && left.type != Type::real &&
+                       left.type != Type::text && left.type != Type::blob;
+    const std::weak_ordering order = words ? std::weak_ordering(left.whole <=> right.whole) : compare(left, right);
     switch (op_) {
       case Op::equal:
-        return Datum::ofTruth(order == 0);
+        return order == 0;
       case Op::notEqual:
-        return Datum::ofTruth(order != 0);
+        return order != 0;
       case Op::less:
-        return Datum::ofTruth(order < 0);
+        return order < 0;
       case Op::lessEqual:
-        return Datum::ofTruth(order <= 0);
+        return order <= 0;
       case Op::greater:
-        return Datum::ofTruth(order > 0);
+        return order > 0;
       default:
-        return Datum::ofTruth(order >= 0);
+        return order >= 0;
     }
   }
+
+  const Datum* constant_ = nullptr;  // the right side, where it is one
 };
 
 // Going back is needed to the last '%' only: what an earlier one could take, the last takes as well.

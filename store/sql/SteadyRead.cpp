@@ -18,9 +18,15 @@ void SteadyRead::run(Database& database, const std::function<void(SteadyRead&)>&
 }
 
 void SteadyRead::begin(const std::vector<Table*>& tables) {
-  snapshot_ = std::make_unique<Database::Snapshot>(database_, tables);
-  if (locked_) return;
   tables_ = tables;
+  // One table needs no other's lock to be of one moment.
+  if (!locked_ && tables_.size() == 1) {
+    tables_[0]->read([] {});
+    tables_[0]->setSteady(true);
+    return;
+  }
+  snapshot_ = std::make_unique<Database::Snapshot>(database_, tables);
+  if (locked_) return tables_.clear();
   for (Table* table : tables_) table->setSteady(true);
   snapshot_.reset();
 }
