@@ -20,7 +20,8 @@ namespace quillon::sim {
 namespace {
 
 constexpr const char* kRows[] = {
-    "INSERT INTO Company (CompanyName, FiscalYear, ApplicationVersion, BackupOnExit) VALUES ('Pine', 2026, '2017.6', 2)",
+    "INSERT INTO Company (CompanyName, FiscalYear, ApplicationVersion, BackupOnExit) VALUES ('Pine', 2026, '2017.6', "
+    "2)",
     "INSERT INTO GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (1, '1000', 'Cash', 1)",
     "INSERT INTO GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (2, '5000', 'Rent', 4)"};
 

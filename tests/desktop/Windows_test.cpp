@@ -5,15 +5,16 @@
 #include <QLineEdit>
 #include <QTest>
 
-#include "tests_desktop/DeskWork.h"
 #include "desktop/Text.h"
 #include "desktop/Window.h"
 #include "form/Grid.h"
+#include "tests_desktop/DeskWork.h"
 
 namespace quillon::desktop {
 namespace {
 
-const char* const kVouchers = "SELECT GLYear, GLPeriod, JVNumber, TransDate, TransDescription, JVAmount FROM JV ORDER BY JVNumber";
+const char* const kVouchers =
+    "SELECT GLYear, GLPeriod, JVNumber, TransDate, TransDescription, JVAmount FROM JV ORDER BY JVNumber";
 const char* const kLines = "SELECT Seq, GLAccountID, GLAmount FROM JVDet ORDER BY Seq";
 
 class Windows : public testing::Test {
