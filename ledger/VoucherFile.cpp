@@ -62,8 +62,12 @@ std::array<std::size_t, 5> readHeader(const std::vector<std::string>& names) {
   std::array<std::size_t, 5> places{};
   for (std::size_t i = 0; i < kColumns.size(); ++i) {
     places[i] = names.size();
-    for (std::size_t j = 0; j < names.size(); ++j)
-      if (equalFolded(names[j], kColumns[i].name)) places[i] = j;
+    for (std::size_t j = 0; j < names.size(); ++j) {
+      if (!equalFolded(names[j], kColumns[i].name)) continue;
+      if (places[i] != names.size())
+        refuseLine(1, std::string("The field '") + kColumns[i].name + "' stands twice in the list of field names");
+      places[i] = j;
+    }
     if (places[i] == names.size())
       refuseLine(1, std::string("The field '") + kColumns[i].name + "' is missing in the list of field names");
   }

@@ -32,6 +32,7 @@
 # What is no file of lines is told with its place, and leaves the voucher as it was.
 | [] | The file is empty
 | ["Account\tSubAccount1\tSubAccount2\tAmount\n"] | Line 1: The field 'SubAccount3' is missing in the list of field names
+| ["Account\tSubAccount1\tAmount\tSubAccount2\tSubAccount3\taccount\n"] | Line 1: The field 'Account' stands twice in the list of field names
 | ["Account,SubAccount1,SubAccount2,SubAccount3,Amount\n"] | Line 1: The field 'Account' is missing in the list of field names
 | ["Account\tSubAccount1\tSubAccount2\tSubAccount3\tAmount\n\u00dc\t\t\t\t1\n"] | Line 2: The file is not a text in UTF-8; save it as UTF-8 and import it again
 | ["\u00ff\u00feA\u0000c\u0000"] | Line 1: The file is not a text in UTF-8; save it as UTF-8 and import it again
