@@ -109,7 +109,7 @@ TEST_F(CursorEventsTest, ErrorsAreAnsweredWithRetryAbortOrFail) {
     *handler = [](const StoreError&) { return ErrorAnswer::abort; };
     EXPECT_THROW(call(), Abort);
     *handler = [](const StoreError&) { return ErrorAnswer::fail; };
-    EXPECT_EQ(codeOf(call), 10258);
+    EXPECT_EQ(codeOf(call), Code::recordLocked);
     EXPECT_EQ(cursor.state(), CursorState::browse);
     int tries = 0;
     *handler = [&](const StoreError& error) {
@@ -117,7 +117,7 @@ TEST_F(CursorEventsTest, ErrorsAreAnsweredWithRetryAbortOrFail) {
       if (++tries == 3) holder.cancel();
       return ErrorAnswer::retry;
     };
-    EXPECT_EQ(codeOf(call), 0);
+    EXPECT_EQ(codeOf(call), Code{});
     EXPECT_EQ(tries, 3);
     cursor.cancel();
   }
@@ -160,7 +160,7 @@ TEST_F(CursorEventsTest, RequiredFieldsMayStayEmptyWhileCopying) {
   cursor.open();
   cursor.insert();
   cursor["Group"] = 1;
-  EXPECT_EQ(codeOf([&] { cursor.post(); }), 9007);
+  EXPECT_EQ(codeOf([&] { cursor.post(); }), Code::required);
   EXPECT_EQ(cursor.state(), CursorState::insert);
   {
     const Database::CopyScope copying(database());
@@ -168,7 +168,7 @@ TEST_F(CursorEventsTest, RequiredFieldsMayStayEmptyWhileCopying) {
   }
   cursor.edit();
   cursor["Group"] = 2;
-  EXPECT_EQ(codeOf([&] { cursor.post(); }), 9007);
+  EXPECT_EQ(codeOf([&] { cursor.post(); }), Code::required);
   cursor.events.beforePost = [&] { cursor["Name"] = "given"; };
   cursor.post();
   EXPECT_EQ(cursor["Name"].asText(), "given");
@@ -199,7 +199,7 @@ TEST_F(CursorEventsTest, CalculatedAndLookedUpFieldsFollowTheRowAndTheFilter) {
   cursor["Group"] = 3;
   EXPECT_EQ(cursor["Twice"].asInt(), 6);
   EXPECT_EQ(cursor["GroupName"].asText(), "three");
-  EXPECT_EQ(codeOf([&] { cursor["Twice"] = 1; }), 9006);
+  EXPECT_EQ(codeOf([&] { cursor["Twice"] = 1; }), Code::badValue);
   cursor.cancel();
   EXPECT_EQ(cursor["Twice"].asInt(), 2);
   cursor.events.onFilter = [&] { return !cursor["Twice"].isNull() && cursor["GroupName"].asText() != "one"; };
@@ -299,13 +299,13 @@ TEST_F(CursorEventsTest, AnErrorOfAFilterIsRaisedAtItsRow) {
   cursor.setFilter("20 / Amount > 1");
   EXPECT_EQ(cursor["Amount"].asInt(), 5);
   EXPECT_TRUE(cursor.next());
-  EXPECT_EQ(codeOf([&] { cursor.next(); }), static_cast<int>(Code::badValue));
+  EXPECT_EQ(codeOf([&] { cursor.next(); }), Code::badValue);
   EXPECT_EQ(cursor["Amount"].asInt(), 10);
-  EXPECT_EQ(codeOf([&] { (void)cursor.recordCount(); }), static_cast<int>(Code::badValue));
+  EXPECT_EQ(codeOf([&] { (void)cursor.recordCount(); }), Code::badValue);
   cursor.setFilter("Amount <> 0 AND 20 / Amount > 4");
   EXPECT_EQ(cursor.recordCount(), 1u);
   cursor.setIndex("ByCust");
-  EXPECT_EQ(codeOf([&] { cursor.setFilter("20 / Amount > 4 AND Cust = 4"); }), static_cast<int>(Code::badValue));
+  EXPECT_EQ(codeOf([&] { cursor.setFilter("20 / Amount > 4 AND Cust = 4"); }), Code::badValue);
   cursor.setFilter("Cust = 4 AND 20 / Amount > 4");
   EXPECT_EQ(cursor.recordCount(), 1u);
 }
@@ -333,10 +333,10 @@ TEST_F(CursorEventsTest, MemosAreReadFromWhereTheyAreNow) {
     theirs.first();
     // The row that mine stands on is old, its content is not.
     EXPECT_EQ(mine["Notes"].asText(), std::string(static_cast<std::size_t>(size), 'y'));
-    EXPECT_EQ(codeOf([&] { mine.edit(); }), 8708);
+    EXPECT_EQ(codeOf([&] { mine.edit(); }), Code::recordChanged);
     mine.rereadRow();
     mine.edit();
-    EXPECT_EQ(codeOf([&] { theirs.edit(); }), 10258);
+    EXPECT_EQ(codeOf([&] { theirs.edit(); }), Code::recordLocked);
     mine.cancel();
   }
   theirs.remove();
@@ -349,7 +349,7 @@ TEST_F(CursorEventsTest, DetailsFollowTheirMastersBuffer) {
   all.open();
   lines.open();
   EXPECT_TRUE(lines.isEmpty());
-  EXPECT_EQ(codeOf([&] { lines.insert(); }), 9008);
+  EXPECT_EQ(codeOf([&] { lines.insert(); }), Code::notEditing);
   for (const char* name : {"a", "b"}) add(cust, name);
   for (const int owner : {1, 1, 1, 2}) {
     all.insert();

@@ -12,6 +12,7 @@
 #include "store/Database.h"
 #include "store/Errors.h"
 #include "store/Session.h"
+#include "support/CodeOf.h"
 #include "support/CursorModel.h"
 #include "support/SeededRandom.h"
 #include "support/SimClock.h"
@@ -39,16 +40,6 @@ struct Company {
     database = std::make_unique<Database>(session, "/company");
   }
 };
-
-template <typename Call>
-int codeOf(const Call& call) {
-  try {
-    call();
-    return 0;
-  } catch (const StoreError& error) {
-    return error.number();
-  }
-}
 
 class CursorTrial {
  public:
@@ -107,7 +98,7 @@ class CursorTrial {
   void both(const char* name, Real&& real, int expected, bool answers = false) {
     said_ += name;
     std::int64_t answer = 0;
-    const int code = codeOf([&] { answer = static_cast<std::int64_t>(real()); });
+    const int code = static_cast<int>(sim::codeOf([&] { answer = static_cast<std::int64_t>(real()); }));
     EXPECT_EQ(code, expected) << said_;
     if (code == 0 && expected == 0 && answers) {
       EXPECT_EQ(answer, now().answer) << said_;

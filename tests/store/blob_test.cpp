@@ -9,12 +9,14 @@
 
 #include "store/table/BlobCheck.h"
 #include "store/table/BlobStore.h"
+#include "support/CodeOf.h"
 #include "support/LonePageFile.h"
 
 namespace quillon::store {
 namespace {
 
 using Random = std::mt19937_64;
+using sim::codeOf;
 using sim::fromEnvironment;
 
 std::size_t below(Random& random, std::size_t bound) { return random() % bound; }
@@ -62,15 +64,6 @@ class Attic : public sim::LonePageFile {
  private:
   BlobSpace savedBlobs_;
 };
-
-Code codeOf(const std::function<void()>& operation) {
-  try {
-    operation();
-  } catch (const StoreError& error) {
-    return error.code();
-  }
-  return Code{};
-}
 
 TEST(BlobStore, KeepsWhatWasPutThroughDropsCommitsAndUndo) {
   const std::uint64_t seed = fromEnvironment("QUILLON_SEED", 5), trials = fromEnvironment("QUILLON_TRIALS", 6);

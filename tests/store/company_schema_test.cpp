@@ -1,11 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <set>
@@ -13,14 +9,13 @@
 #include "base/Text.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
-#include "store/Errors.h"
 #include "store/Session.h"
 #include "store/Verify.h"
 #include "store/schema/CompanySchema.h"
 #include "store/schema/CompareSchema.h"
 #include "store/schema/CreateCompany.h"
-#include "store/vfs/DiskFileSystem.h"
 #include "store/vfs/MemoryFileSystem.h"
+#include "support/CodeOf.h"
 #include "support/SeededRandom.h"
 #include "support/SimClock.h"
 #include "support/SimDisk.h"
@@ -28,6 +23,7 @@
 namespace quillon::store {
 namespace {
 
+using sim::codeOf;
 using testing::HasSubstr;
 
 constexpr const char* kFolder = "/co";
@@ -36,15 +32,6 @@ std::string textOf(const std::vector<SchemaDifference>& differences) {
   std::string text;
   for (const SchemaDifference& one : differences) text += one.table + ": " + one.text + "\n";
   return text;
-}
-
-int codeOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const StoreError& error) {
-    return error.number();
-  }
-  return 0;
 }
 
 bool isControl(std::string_view table) { return table.ends_with("Ctl"); }
@@ -142,7 +129,7 @@ TEST_F(CompanySchemaTest, TablesHoldTheirLimitsAndNoMore) {
       for (const FieldDef& field : table.fields) {
         const Value tooLarge = beyond(field);
         if (tooLarge.isNull()) continue;
-        EXPECT_EQ(codeOf([&] { cursor[field.name] = tooLarge; }), static_cast<int>(Code::badValue)) << field.name;
+        EXPECT_EQ(codeOf([&] { cursor[field.name] = tooLarge; }), Code::badValue) << field.name;
       }
       cursor.post();
     }
@@ -172,11 +159,11 @@ TEST_F(CompanySchemaTest, TablesAreFoundByAnyFormOfTheirName) {
 
 TEST_F(CompanySchemaTest, ACompanyIsNotMadeTwiceOrOverForeignTables) {
   database_->createTable(TableDef::of("Carrier", {{"CarrierID", FieldType::integer}}));
-  EXPECT_EQ(codeOf([&] { createCompanyTables(*database_); }), static_cast<int>(Code::tableExists));
+  EXPECT_EQ(codeOf([&] { createCompanyTables(*database_); }), Code::tableExists);
   EXPECT_EQ(database_->tableNames(), std::vector<std::string>{"Carrier"});
   database_->dropTable("Carrier");
   createCompanyTables(*database_);
-  EXPECT_EQ(codeOf([&] { createCompanyTables(*database_); }), static_cast<int>(Code::tableExists));
+  EXPECT_EQ(codeOf([&] { createCompanyTables(*database_); }), Code::tableExists);
   EXPECT_EQ(faultsOfNew(*database_), "");
 }
 
@@ -296,26 +283,6 @@ TEST(CompanyCreationTest, GoesOnAfterAPowerCut) {
       ASSERT_EQ(create(image, later, true), "") << "cut before call " << moment << " of " << calls;
     }
   }
-}
-
-TEST(CompanyCreationTest, OnADiskIsWholeAndSound) {
-  const auto folder = std::filesystem::temp_directory_path() / ("quillon_company_" + std::to_string(::getpid()));
-  DiskFileSystem files;
-  const Environment environment{files, systemClock(), "ANNA", "DESK", 1};
-  files.makeFolder(folder.string());
-  {
-    Session session(environment);
-    Database database(session, folder.string());
-    const auto start = std::chrono::steady_clock::now();
-    createCompanyTables(database);
-    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-    std::printf("a company of %zu tables made in %.3f s\n", companyTables().size(), took.count());
-    EXPECT_EQ(faultsOfNew(database), "");
-  }
-  const VerifyReport report = verifyFolder(environment, folder.string());
-  EXPECT_EQ(report.tables.size(), companyTables().size());
-  for (const Finding& finding : report.findings) ADD_FAILURE() << finding.table << ": " << finding.text;
-  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

@@ -10,11 +10,14 @@
 #include <string>
 
 #include "store/tree/TreeCheck.h"
+#include "support/CodeOf.h"
 #include "support/Grove.h"
 #include "support/LonePageFile.h"
 
 namespace quillon::store {
 namespace {
+
+using sim::codeOf;
 
 // One shape of keys and payloads.
 struct Shape {
@@ -194,14 +197,6 @@ TEST(Tree, AnEntryBeyondTheBoundsIsRefused) {
   Grove grove;
   Model model;
   const std::string longest(kMaxTreeKey, 'k');
-  const auto codeOf = [](auto&& change) {
-    try {
-      change();
-    } catch (const StoreError& error) {
-      return error.code();
-    }
-    return Code{};
-  };
   EXPECT_TRUE(grove.tree.insert(longest, std::string(kMaxTreeEntry - kMaxTreeKey, 'p')));
   model[longest] = std::string(kMaxTreeEntry - kMaxTreeKey, 'p');
   EXPECT_EQ(codeOf([&] { grove.tree.insert(longest + "k", ""); }), Code::limitReached);
@@ -222,16 +217,12 @@ TEST(Tree, AnEntryThatCouldNotBeCountedIsRefused) {
       for (unsigned i = 0; i < pageCount(root.data()); ++i)
         TreePageEditor(root.writable(), grove.file).setRows(i, count);
     };
-    std::optional<Code> refused;
-    for (std::uint64_t i = 0; !refused && i < 100; ++i) {
+    Code refused{};
+    for (std::uint64_t i = 0; refused == Code{} && i < 100; ++i) {
       const std::string key = std::string(600, 'k') + rowId(i);
       if (i > 0 && rootIsInner()) forge(rows);
-      try {
-        grove.tree.insert(key, "");
-      } catch (const StoreError& error) {
-        refused = error.code();
-      }
-      if (!refused) model[key] = "";
+      refused = codeOf([&] { grove.tree.insert(key, ""); });
+      if (refused == Code{}) model[key] = "";
     }
     EXPECT_EQ(refused, Code::limitReached);
     std::size_t entries = 0;

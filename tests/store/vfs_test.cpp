@@ -7,17 +7,20 @@
 
 #include <csignal>
 #include <filesystem>
-#include <functional>
 
 #include "store/Errors.h"
 #include "store/vfs/DiskFileSystem.h"
 #include "store/vfs/MemoryFileSystem.h"
+#include "support/CodeOf.h"
 #include "support/SeededRandom.h"
 #include "support/SimDisk.h"
 #include "support/TempFolder.h"
 
 namespace quillon::store {
 namespace {
+
+using sim::codeOf;
+using sim::TempFolder;
 
 Bytes bytes(std::string_view text) { return std::as_bytes(std::span(text)); }
 
@@ -26,17 +29,6 @@ std::string text(File& file, std::uint64_t offset, std::size_t size) {
   got.resize(file.read(offset, got.data(), size));
   return got;
 }
-
-Code codeOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const StoreError& error) {
-    return error.code();
-  }
-  return Code{};
-}
-
-using sim::TempFolder;
 
 enum class Kind { disk, memory, sim };
 

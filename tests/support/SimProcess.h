@@ -4,8 +4,8 @@
 #include <string>
 
 #include "store/Database.h"
-#include "store/Errors.h"
 #include "store/Session.h"
+#include "support/CodeOf.h"
 #include "support/SimClock.h"
 #include "support/SimDisk.h"
 
@@ -35,16 +35,5 @@ class SimProcess {
   std::unique_ptr<store::Session> session_;
   std::unique_ptr<store::Database> database_;
 };
-
-// The number of the store's error that a call raises; 0 for none.
-template <typename Call>
-int codeOf(const Call& call) {
-  try {
-    call();
-    return 0;
-  } catch (const store::StoreError& error) {
-    return error.number();
-  }
-}
 
 }  // namespace quillon::sim

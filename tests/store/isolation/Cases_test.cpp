@@ -12,6 +12,7 @@
 namespace quillon::sim {
 namespace {
 
+using store::Code;
 using store::Cursor;
 using store::CursorState;
 using store::FieldType;
@@ -76,17 +77,17 @@ TEST_F(CasesTest, WalksThatPushRowsOutOfTheirFilterMeetEachRowOnce) {
         while (!cursor.isEmpty()) {
           for (cursor.first(); !cursor.eof();) {
             const int id = cursor["ID"].asInt();
-            const int code = codeOf([&] {
+            const Code code = codeOf([&] {
               cursor.edit();
               cursor["By"] = who;
               cursor.post();
             });
-            if (code == 0) {
+            if (code == Code{}) {
               EXPECT_TRUE(met.insert(id).second);
               ++posted[id];
               continue;
             }
-            EXPECT_TRUE(code == 10258 || code == 8708) << code;
+            EXPECT_TRUE(code == Code::recordLocked || code == Code::recordChanged) << static_cast<int>(code);
             cursor.cancel();
             cursor.next();
           }
@@ -135,10 +136,10 @@ TEST_F(CasesTest, EditWaitsForATransactionThatEndsWithinTheTries) {
         const auto before = clock.milliseconds();
         EXPECT_EQ(cursor.lookup("ID", {kRows}, "V").asInt(), 0);
         EXPECT_LE(clock.milliseconds() - before, 10);
-        const int code = codeOf([&] { cursor.edit(); });
-        EXPECT_EQ(code, milliseconds < 100 ? 0 : 10258);
-        EXPECT_EQ(cursor.state(), code == 0 ? CursorState::edit : CursorState::browse);
-        EXPECT_EQ(cursor.lookup("ID", {kRows}, "V").asInt(), code == 0 ? 7 : 0);
+        const Code code = codeOf([&] { cursor.edit(); });
+        EXPECT_EQ(code, milliseconds < 100 ? Code{} : Code::recordLocked);
+        EXPECT_EQ(cursor.state(), code == Code{} ? CursorState::edit : CursorState::browse);
+        EXPECT_EQ(cursor.lookup("ID", {kRows}, "V").asInt(), code == Code{} ? 7 : 0);
         cursor.cancel();
       });
       schedule.run();
@@ -185,12 +186,12 @@ TEST_F(CasesTest, ARollbackLeavesNoTraceButSpentRowIds) {
   mine.database().commit();
   EXPECT_EQ(cursor.state(), CursorState::edit);
   other.first();
-  EXPECT_EQ(codeOf([&] { other.edit(); }), 10258);
-  EXPECT_EQ(codeOf([&] { other.lockTable(); }), 10258);
+  EXPECT_EQ(codeOf([&] { other.edit(); }), Code::recordLocked);
+  EXPECT_EQ(codeOf([&] { other.lockTable(); }), Code::recordLocked);
   cursor.post();
   other.rereadRow();
   EXPECT_EQ(other["V"].asInt(), 5);
-  EXPECT_EQ(codeOf([&] { other.edit(); }), 0);
+  EXPECT_EQ(codeOf([&] { other.edit(); }), Code{});
 }
 
 TEST_F(CasesTest, WholeTableOperationsNeedTheTableToThemselves) {
@@ -202,11 +203,11 @@ TEST_F(CasesTest, WholeTableOperationsNeedTheTableToThemselves) {
   for (SimProcess* holder : {&mine, &theirs}) {
     Cursor cursor(holder->database(), "Voucher");
     cursor.open();
-    EXPECT_EQ(codeOf(empty), 11013);
-    EXPECT_EQ(codeOf(drop), 11013);
+    EXPECT_EQ(codeOf(empty), Code::tableInUse);
+    EXPECT_EQ(codeOf(drop), Code::tableInUse);
     EXPECT_EQ(cursor.recordCount(), std::uint64_t{kRows});
   }
-  EXPECT_EQ(codeOf(empty), 0);
+  EXPECT_EQ(codeOf(empty), Code{});
   Cursor cursor(theirs.database(), "Voucher");
   cursor.open();
   EXPECT_TRUE(cursor.isEmpty());
@@ -214,8 +215,8 @@ TEST_F(CasesTest, WholeTableOperationsNeedTheTableToThemselves) {
   cursor.post();
   EXPECT_EQ(cursor["ID"].asInt(), 1);
   cursor.close();
-  EXPECT_EQ(codeOf(drop), 0);
-  EXPECT_EQ(codeOf([&] { cursor.open(); }), 9001);
+  EXPECT_EQ(codeOf(drop), Code{});
+  EXPECT_EQ(codeOf([&] { cursor.open(); }), Code::noSuchTable);
 }
 
 }  // namespace

@@ -91,8 +91,7 @@ class RulesTrial {
   template <typename Call>
   void expect(const std::string& what, int expected, const Call& call) {
     said_ += "\n  " + std::to_string(p_) + "." + std::to_string(c_) + " " + what + " -> " + std::to_string(expected);
-    const int code = codeOf(call);
-    EXPECT_EQ(code, expected) << what;
+    EXPECT_EQ(static_cast<int>(codeOf(call)), expected) << what;
     ++codes[expected];
   }
 
@@ -237,7 +236,7 @@ class RulesTrial {
     for (int table = 0; table < kRuleTables; ++table) {
       Cursor cursor(last.database(), kTables[table]);
       cursor.setExclusive(true);
-      EXPECT_EQ(codeOf([&] { cursor.open(); }), 0) << "a lock was left behind";
+      EXPECT_EQ(codeOf([&] { cursor.open(); }), store::Code{}) << "a lock was left behind";
       LockRules::Rows rows;
       for (; cursor.isOpen() && !cursor.eof(); cursor.next()) rows[cursor["ID"].asInt()] = cursor["V"].asInt();
       EXPECT_EQ(rows, rules_.view(0, table)) << said_;
