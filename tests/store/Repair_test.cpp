@@ -63,18 +63,8 @@ class RandomCompany {
   }
 
   std::string path(Role role) const { return std::string(kFolder) + "/" + definition_.name + kExtensions[role]; }
-  std::string load(Role role) {
-    if (!files_.exists(path(role))) return {};
-    const auto file = files_.open(path(role), OpenMode::existing);
-    std::string bytes(file->size(), '\0');
-    file->read(0, bytes.data(), bytes.size());
-    return bytes;
-  }
-  void save(Role role, const std::string& bytes) {
-    const auto file = files_.open(path(role), OpenMode::create);
-    file->truncate(0);
-    file->write(0, std::as_bytes(std::span(bytes)));
-  }
+  std::string load(Role role) { return files_.exists(path(role)) ? sim::loadFile(files_, path(role)) : std::string(); }
+  void save(Role role, const std::string& bytes) { sim::saveFile(files_, path(role), bytes); }
 
   // What was done, in words.
   std::string damage() {

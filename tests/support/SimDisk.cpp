@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
+#include <map>
 
 #include "store/vfs/IoErrors.h"
 #include "support/SimState.h"
@@ -55,9 +56,6 @@ void SimState::kill(int process) {
 bool SimState::event(int process, SimCall call, const std::string& path) {
   requireAlive(process);
   const std::uint64_t number = ++events;
-  const std::string name = store::baseName(path);
-  const auto dot = name.rfind('.');
-  ++sites[std::string(nameOf(call)) + " " + (dot == std::string::npos ? "" : name.substr(dot + 1))];
   if (number >= stopAt) {
     for (std::size_t i = 0; i < processes.size(); ++i) kill(static_cast<int>(i));
   } else if (beforeEvent) {
@@ -119,7 +117,6 @@ std::uint64_t SimDisk::events() const { return state_->events; }
 void SimDisk::stopAt(std::uint64_t number) { state_->stopAt = number; }
 void SimDisk::plan(std::optional<Fault> fault) { state_->fault = fault; }
 int SimDisk::faultsRaised() const { return state_->faultsRaised; }
-const std::map<std::string, int>& SimDisk::sites() const { return state_->sites; }
 
 std::size_t SimDisk::pendingCount() const {
   std::size_t count = state_->changes.size();

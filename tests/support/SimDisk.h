@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -99,8 +98,6 @@ class SimDisk {
   void stopAt(std::uint64_t number);
   void plan(std::optional<Fault> fault);
   int faultsRaised() const;
-  // How often each kind of call met each kind of file: "write DAT", "sync journal", ...
-  const std::map<std::string, int>& sites() const;
 
   // Operations that a power cut may lose: changes of names first, then file by file.
   std::size_t pendingCount() const;

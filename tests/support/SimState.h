@@ -39,7 +39,6 @@ struct SimState {
   std::function<void(const SimEvent&)> beforeEvent;
   std::optional<Fault> fault;
   int faultsRaised = 0;
-  std::map<std::string, int> sites;
 
   void requireAlive(int process) const;
   void kill(int process);

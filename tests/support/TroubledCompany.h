@@ -13,6 +13,7 @@
 #include "store/Errors.h"
 #include "store/Session.h"
 #include "store/Verify.h"
+#include "support/FileText.h"
 #include "support/SimClock.h"
 #include "support/SimDisk.h"
 
@@ -109,16 +110,9 @@ class CompanyTest : public testing::Test {
   std::unique_ptr<Seat> sit(const std::string& user = "ANNA") {
     return std::make_unique<Seat>(disk_.process(), clock_, user);
   }
-  std::string load(const std::string& name) {
-    const auto file = tool_->open(std::string(kFolder) + "/" + name, OpenMode::existing);
-    std::string bytes(file->size(), '\0');
-    file->read(0, bytes.data(), bytes.size());
-    return bytes;
-  }
+  std::string load(const std::string& name) { return sim::loadFile(*tool_, std::string(kFolder) + "/" + name); }
   void save(const std::string& name, std::string_view bytes) {
-    const auto file = tool_->open(std::string(kFolder) + "/" + name, OpenMode::create);
-    file->truncate(0);
-    file->write(0, std::as_bytes(std::span(bytes)));
+    sim::saveFile(*tool_, std::string(kFolder) + "/" + name, bytes);
   }
   void expectSound(const std::string& when) {
     const auto files = disk_.process();

@@ -14,6 +14,7 @@
 #include "store/Verify.h"
 #include "store/table/Table.h"
 #include "store/vfs/MemoryFileSystem.h"
+#include "support/FileText.h"
 #include "support/SeededRandom.h"
 #include "support/SimClock.h"
 
@@ -105,17 +106,8 @@ class VerifiedCompany : public testing::Test {
   static std::string path(const std::string& table, Role role) {
     return std::string(kFolder) + "/" + table + kExtensions[role];
   }
-  std::string load(const std::string& name) {
-    const auto file = files_.open(name, OpenMode::existing);
-    std::string bytes(file->size(), '\0');
-    file->read(0, bytes.data(), bytes.size());
-    return bytes;
-  }
-  void save(const std::string& name, std::string_view bytes) {
-    const auto file = files_.open(name, OpenMode::create);
-    file->truncate(0);
-    file->write(0, std::as_bytes(std::span(bytes)));
-  }
+  std::string load(const std::string& name) { return sim::loadFile(files_, name); }
+  void save(const std::string& name, std::string_view bytes) { sim::saveFile(files_, name, bytes); }
 
   // Every finding is of this table, and there is one.
   void expectOnly(const VerifyReport& report, const std::string& table, const std::string& what) {
