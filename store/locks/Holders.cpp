@@ -53,6 +53,26 @@ std::uint8_t putText(std::array<char, Size>& to, std::string_view text, std::siz
   return static_cast<std::uint8_t>(cut.size());
 }
 
+std::vector<Slot> slotsOf(const std::vector<std::byte>& bytes) {
+  std::vector<Slot> slots(bytes.size() / sizeof(Slot));
+  if (!slots.empty()) std::memcpy(slots.data(), bytes.data(), bytes.size());
+  return slots;
+}
+
+bool isWritten(const Slot& slot) {
+  return slot.mark == kMark && slot.userSize <= slot.user.size() && slot.machineSize <= slot.machine.size();
+}
+
+Holder holderOf(const Slot& slot, std::int64_t since) {
+  return {{slot.user.data(), slot.userSize}, {slot.machine.data(), slot.machineSize}, slot.process, since};
+}
+
+std::string placeOf(const Holder& holder) {
+  std::string text = holder.user.empty() ? "another user" : holder.user;
+  if (!holder.machine.empty()) text += " on " + holder.machine;
+  return text;
+}
+
 // What may stand in the way of a lock, the likeliest first.
 struct InTheWay {
   LockKind wanted;
@@ -157,26 +177,40 @@ void Holders::forget(const NotedLock& lock) noexcept {
 std::vector<std::byte> Holders::readSlots() {
   std::vector<std::byte> bytes(std::min<std::uint64_t>(file_->size(), kSlots * sizeof(Slot)));
   bytes.resize(file_->read(0, bytes.data(), bytes.size()));
+  bytes.resize(bytes.size() / sizeof(Slot) * sizeof(Slot));
   return bytes;
+}
+
+bool Holders::livesElsewhere(std::size_t slot) {
+  return file_->lockedByOther(slotByte(static_cast<int>(slot)), 1, LockMode::exclusive);
+}
+
+std::vector<Holder> Holders::others() noexcept {
+  std::vector<Holder> found;
+  if (file_ == nullptr) return found;
+  try {
+    const std::vector<Slot> slots = slotsOf(readSlots());
+    for (std::size_t i = 0; i < slots.size(); ++i)
+      if (isWritten(slots[i]) && livesElsewhere(i)) found.push_back(holderOf(slots[i], slots[i].since));
+  } catch (...) {
+    // An unreadable file names nobody.
+  }
+  return found;
 }
 
 std::optional<Holder> Holders::find(const NotedLock& wanted) noexcept {
   if (file_ == nullptr) return std::nullopt;
   try {
-    const std::vector<std::byte> bytes = readSlots();
-    std::vector<Slot> slots(bytes.size() / sizeof(Slot));
-    if (!slots.empty()) std::memcpy(slots.data(), bytes.data(), slots.size() * sizeof(Slot));
+    const std::vector<Slot> slots = slotsOf(readSlots());
     const auto* row = std::ranges::find(kInTheWay, wanted.kind, &InTheWay::wanted);
     if (row == kInTheWay.end()) return std::nullopt;
     for (const LockKind kind : row->kinds) {
       for (std::size_t i = 0; i < slots.size(); ++i) {
         const Slot& slot = slots[i];
-        if (slot.mark != kMark || slot.userSize > slot.user.size() || slot.machineSize > slot.machine.size()) continue;
+        if (!isWritten(slot)) continue;
         const auto note = std::ranges::find_if(slot.notes, [&](const auto& n) { return explains(n, kind, wanted); });
         if (note == slot.notes.end()) continue;
-        if (!file_->lockedByOther(slotByte(static_cast<int>(i)), 1, LockMode::exclusive)) continue;  // dead, or own
-        return Holder{
-            {slot.user.data(), slot.userSize}, {slot.machine.data(), slot.machineSize}, slot.process, note->since};
+        if (livesElsewhere(i)) return holderOf(slot, note->since);  // not dead, nor own
       }
     }
   } catch (...) {
@@ -191,14 +225,25 @@ std::string Holders::describe(const Holder& holder) const {
   const bool today = then.tm_year == now.tm_year && then.tm_yday == now.tm_yday;
   std::array<char, 32> since{};
   std::strftime(since.data(), since.size(), today ? "%H:%M" : "%Y-%m-%d %H:%M", &then);
-  std::string text = holder.user.empty() ? "another user" : holder.user;
-  if (!holder.machine.empty()) text += " on " + holder.machine;
-  return text + " since " + since.data();
+  return placeOf(holder) + " since " + since.data();
 }
 
 std::string inUse(std::string_view what, Holders* holders, const NotedLock& wanted) {
-  const std::optional<Holder> holder = holders == nullptr ? std::nullopt : holders->find(wanted);
-  return std::string(what) + " is in use by " + (holder ? holders->describe(*holder) : "another user");
+  constexpr std::size_t kMostNamed = 3;
+  const std::string text = std::string(what) + " is in use by ";
+  if (holders == nullptr) return text + "another user";
+  if (const std::optional<Holder> holder = holders->find(wanted)) return text + holders->describe(*holder);
+  std::vector<Holder> others;
+  if (wanted.kind == LockKind::exclusiveOpen) others = holders->others();
+  if (others.empty()) return text + "another user";
+  std::vector<std::string> names;
+  for (const Holder& other : others)
+    if (std::string place = placeOf(other); std::ranges::count(names, place) == 0) names.push_back(std::move(place));
+  std::string list = names.size() > 1 ? "one of " : "";
+  for (std::size_t i = 0; i < std::min(names.size(), kMostNamed); ++i)
+    list += (i == 0 ? "" : i + 1 == names.size() ? " and " : ", ") + names[i];
+  if (names.size() > kMostNamed) list += " and " + std::to_string(names.size() - kMostNamed) + " more";
+  return text + list;
 }
 
 }  // namespace quillon::store

@@ -61,6 +61,8 @@ class Holders {
 
   // The living process, other than this one, whose noted lock best explains the refusal of `wanted`.
   std::optional<Holder> find(const NotedLock& wanted) noexcept;
+  // The other living processes in the folder.
+  std::vector<Holder> others() noexcept;
   // "ANNA on PC-7 since 14:05", in local time, with the date when that is not today.
   std::string describe(const Holder& holder) const;
 
@@ -75,6 +77,7 @@ class Holders {
   void takeSlot(const Environment& environment);
   void write(int place, const Note* note) noexcept;
   std::vector<std::byte> readSlots();
+  bool livesElsewhere(std::size_t slot);
 
   Clock& clock_;
   std::unique_ptr<File> file_;  // the only handle on it in this process; null when there is no file to be had
@@ -83,7 +86,8 @@ class Holders {
 };
 
 // "`what` is in use by ANNA on PC-7 since 14:05", or "... by another user" where nobody is found or noted
-// (`holders` null, as for a database in memory).
+// (`holders` null, as for a database in memory). Who has a table open like anybody else is not noted, which would cost
+// every opening two writes: what an exclusive open meets then is one of those in the folder, and all are named.
 std::string inUse(std::string_view what, Holders* holders, const NotedLock& wanted);
 
 }  // namespace quillon::store

@@ -2,6 +2,7 @@
 
 #include "store/locks/Holders.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -107,6 +108,25 @@ TEST_F(HoldersTest, WordsAreForAPerson) {
   EXPECT_EQ(found->machine, name.substr(0, 63));
   ::unsetenv("TZ");
   ::tzset();
+}
+
+TEST_F(HoldersTest, AnExclusiveOpenNamesThoseInTheFolder) {
+  const NotedLock open = whole(LockKind::exclusiveOpen);
+  auto anna = process("ANNA", "PC-7");
+  EXPECT_EQ(inUse("JV", anna.get(), open), "JV is in use by another user");
+  auto bert = process("BERT", "PC-8");
+  EXPECT_EQ(inUse("JV", anna.get(), open), "JV is in use by BERT on PC-8");
+  auto again = process("BERT", "PC-8");
+  EXPECT_EQ(inUse("JV", anna.get(), open), "JV is in use by BERT on PC-8") << "two programs of one person";
+  auto carl = process("CARL", "");
+  EXPECT_EQ(inUse("JV", anna.get(), open), "JV is in use by one of BERT on PC-8 and CARL");
+  auto dora = process("DORA", ""), emil = process("EMIL", "");
+  EXPECT_EQ(inUse("JV", anna.get(), open), "JV is in use by one of BERT on PC-8, CARL, DORA and 1 more");
+  EXPECT_EQ(inUse("JV", anna.get(), record(1)), "JV is in use by another user");
+  bert.reset();
+  again.reset();
+  carl->note(open);
+  EXPECT_THAT(inUse("JV", anna.get(), open), testing::StartsWith("JV is in use by CARL since"));
 }
 
 TEST_F(HoldersTest, AMissingFolderOrAFullHouseOnlyMeansNoNames) {
