@@ -48,12 +48,12 @@ void printOthers(const store::VerifyReport& report) {
 void findMissingTables(const store::Environment& environment, const std::string& folder, store::VerifyReport& report) {
   store::Session session(environment);
   store::Database database(session, folder);
-  const std::vector<std::string> names = database.tableNames();
-  const auto ofCompany =
-      std::ranges::count_if(names, [](const std::string& name) { return store::companyTable(name); });
-  if (!database.exists("Company") && ofCompany * 2 < static_cast<std::ptrdiff_t>(store::companyTables().size())) return;
-  for (const store::SchemaDifference& difference : store::compareWithSchema(database))
-    if (store::companyTable(difference.table)) report.findings.push_back({difference.table, difference.text});
+  if (!store::isCompany(database)) return;
+  for (const store::SchemaDifference& difference : store::compareWithSchema(database)) {
+    // What kept a table from being opened is told already.
+    const bool told = std::ranges::count(report.findings, difference.table, &store::Finding::table) > 0;
+    if (!told && store::companyTable(difference.table)) report.findings.push_back({difference.table, difference.text});
+  }
 }
 
 }  // namespace
@@ -69,7 +69,8 @@ ExitStatus verifyCommand(Arguments arguments) {
       line.show(std::string(table) + ' ' + std::to_string(percent) + '%');
     });
   }
-  if (report.clean()) findMissingTables(environment.get(), folder, report);
+  // Without the journal no table can be opened, and nothing is known of any.
+  if (report.clean() || !report.tables.empty()) findMissingTables(environment.get(), folder, report);
   printTables(report);
   printOthers(report);
   const std::string faults = counted(report.findings.size(), "fault");

@@ -62,14 +62,16 @@ class Database {
   // Makes a damaged table whole again: saves every record that can still be read, under its row id, and makes indexes,
   // counts, numbers and contents anew from them. A table that is sound is left alone. Where two saved records have the
   // same key in a unique index the one with the lower row id stays and the report tells the other's values. Where
-  // anything is lost the damaged files are kept. After a failure, a kill or a power cut the table is as it was or
-  // repaired.
+  // anything is lost the damaged files are kept. A table whose .DAT file is missing, or is another table's, begins
+  // empty by the given definition. After a failure, a kill or a power cut the table is as it was or repaired; but a
+  // missing .DAT file may be there, empty.
   // tableInUse while anybody has it open; headerDamaged when its definition, or its file id, is nowhere to be had;
   // foreign when the .DAT file has nothing of a table; newerFormat.
   RepairReport repairTable(std::string_view name, const RepairOptions& options = {});
   // Makes the files of a sound table anew, no larger than they were: records in the order of their row ids, which they
   // keep, full pages, nothing free. Whole or not at all, as repairTable; a copy of the old files is complete or absent.
-  // tableInUse while anybody has it open; damaged, headerDamaged: repair it first.
+  // Files that are so already stay, and the earlier copy with them.
+  // tableInUse while anybody has it open; damaged, headerDamaged: it is not sound, and nothing changed.
   OptimizeReport optimizeTable(std::string_view name, const OptimizeOptions& options = {});
 
   // A transaction over the tables named, whose write locks it holds. One at a time (badTransaction). recordLocked,
@@ -179,7 +181,8 @@ class Database {
   std::unique_ptr<Table> openFiles(const std::string& name);
   void refuseOpenHere(const std::string& name, const char* deed) const;
   std::uint64_t bytesOf(const std::string& name);  // of its files
-  std::vector<std::string> faultsOf(const std::string& name, RepairReport& report);
+  std::vector<std::string> faultsOf(const RepairOptions& options, RepairReport& report);
+  RepairReport repairLost(const std::string& wanted, const RepairOptions& options);
   void rebuildFrom(std::unique_ptr<File> dat, const RepairOptions& options, RepairReport& report);
 
   std::shared_ptr<const bool> life_ = std::make_shared<bool>(true);

@@ -18,11 +18,6 @@ constexpr std::size_t kComparedPages = 2048;  // a larger record takes whole pag
 constexpr std::size_t kLongestRuns = 3000;    // more changed bytes than this: the whole page
 constexpr int kLongestLookBack = 2000;        // records
 
-std::uint64_t newId(const Environment& environment, const std::string& folder) {
-  const std::int64_t parts[] = {environment.clock.unixSeconds(), environment.clock.milliseconds(), environment.process};
-  return hashBytes(parts, sizeof parts, hashBytes(folder.data(), folder.size())) | 1;
-}
-
 }  // namespace
 
 struct CommitProtocol::ChangedPage {
@@ -50,14 +45,17 @@ class CommitProtocol::CommitLock {
 CommitProtocol::CommitProtocol(const Environment& environment, std::string folder)
     : environment_(environment),
       folder_(std::move(folder)),
-      journal_(environment.files, folder_, newId(environment, folder_)),
+      journal_(environment.files, folder_, newJournalId(environment, folder_)),
       network_(environment.files.isNetwork(folder_)) {
   CommitLock lock(*this);
-  journal_.readHead();
   if (journal_.file().lock(kCompanyOpenByte, 1, LockMode::exclusive)) {
+    journal_.recoverHead();
     // Whoever made a file may have died before its name was safe.
     environment_.files.syncFolder(folder_);
     recoverAll();
+  } else {
+    journal_.readHead();
+    journal_.requireNewestHead();
   }
   if (!journal_.file().lock(kCompanyOpenByte, 1, LockMode::shared))
     throw StoreError(Code::tableInUse, "The company folder is being opened or closed by another user. Try again.");
@@ -108,7 +106,7 @@ void CommitProtocol::recoverAll() {
   }
   // Also when there was nothing to bring in: this folder may be a copy, and its stamps must not be taken for those of
   // the original.
-  journal_.startEpoch(last_.commit, newId(environment_, folder_));
+  journal_.startEpoch(last_.commit, newJournalId(environment_, folder_));
   last_ = journal_.startSpot();
 }
 
@@ -171,7 +169,7 @@ void CommitProtocol::checkpointLocked(bool evenIfEmpty) {
   }
   syncTables();
   try {
-    journal_.startEpoch(last_.commit, newId(environment_, folder_));
+    journal_.startEpoch(last_.commit, newJournalId(environment_, folder_));
   } catch (const StoreError&) {
     if (journal_.epoch() != last_.epoch) last_ = journal_.startSpot();
     throw;

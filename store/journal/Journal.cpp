@@ -14,14 +14,7 @@
 namespace quillon::store {
 namespace {
 
-constexpr std::uint64_t kHeadMagic = 0x314C4E4A4E4C5551;    // "QULNJNL1"
-constexpr std::uint64_t kRecordMagic = 0x4443455243455251;  // "QRECRECD"
 constexpr std::uint64_t kEndMark = 0x444E455243455251;
-constexpr std::uint32_t kVersion = 1;
-constexpr std::size_t kHeadSize = 64;
-constexpr std::uint64_t kHeadPlace[2] = {0, 4096};
-constexpr std::uint64_t kAppliedPlace = 8192;
-constexpr std::size_t kRecordHead = 64;
 constexpr std::size_t kTableEntry = 96;
 constexpr std::size_t kPageEntry = 12;
 constexpr std::size_t kNameSize = kTableEntry - 17;
@@ -44,80 +37,6 @@ Journal::Journal(FileSystem& files, const std::string& folder, std::uint64_t new
 }
 
 Journal::~Journal() = default;
-
-void Journal::writeHead(const Head& head) {
-  std::array<std::byte, kHeadSize> bytes{};
-  storeAt(bytes.data(), 0, kHeadMagic);
-  storeAt(bytes.data(), 8, kVersion);
-  storeAt<std::uint32_t>(bytes.data(), 12, head.rewrite ? 1 : 0);
-  storeAt(bytes.data(), 16, head.companyId);
-  storeAt(bytes.data(), 24, head.epoch);
-  storeAt(bytes.data(), 32, head.checkpointCommit);
-  storeAt(bytes.data(), 40, head.key);
-  storeAt(bytes.data(), 56, hashBytes(bytes.data(), 56));
-  file_->write(kHeadPlace[head.epoch % 2], bytes);
-}
-
-void Journal::readHead() {
-  Head best;
-  bool found = false;
-  bool newer = false;
-  for (const std::uint64_t place : kHeadPlace) {
-    std::array<std::byte, kHeadSize> bytes{};
-    if (file_->read(place, bytes.data(), kHeadSize) != kHeadSize ||
-        loadAt<std::uint64_t>(bytes.data(), 0) != kHeadMagic)
-      continue;
-    newer = newer || loadAt<std::uint32_t>(bytes.data(), 8) > kVersion;
-    if (loadAt<std::uint64_t>(bytes.data(), 56) != hashBytes(bytes.data(), 56)) continue;
-    const Head head{loadAt<std::uint64_t>(bytes.data(), 16), loadAt<std::uint64_t>(bytes.data(), 24),
-                    loadAt<std::uint64_t>(bytes.data(), 32), loadAt<std::uint32_t>(bytes.data(), 12) != 0,
-                    loadAt<std::uint64_t>(bytes.data(), 40)};
-    if (found && head.epoch <= best.epoch) continue;
-    best = head;
-    found = true;
-  }
-  if (newer)
-    throw StoreError(Code::newerFormat, std::string("'") + kJournalName +
-                                            "' was written by a later version of this program. Use that version.");
-  if (found) {
-    head_ = best;
-    return;
-  }
-  // Room for records is made only after the first head is safe, so a short file without a head never held a commit.
-  if (file_->size() > kJournalStart)
-    throw StoreError(Code::headerDamaged, std::string("The header of '") + kJournalName +
-                                              "' is damaged. Close the company everywhere and bring back a backup.");
-  head_ = {head_.companyId, 1, 0, false, head_.key};
-  file_->truncate(0);
-  file_->truncate(kJournalStart);
-  writeHead(head_);
-  file_->sync();
-}
-
-JournalSpot Journal::readApplied() {
-  for (int tries = 0; tries < 2; ++tries) {
-    std::array<std::byte, 40> bytes{};
-    const bool whole = file_->read(kAppliedPlace, bytes.data(), bytes.size()) == bytes.size() &&
-                       loadAt<std::uint64_t>(bytes.data(), 32) == hashBytes(bytes.data(), 32);
-    if (!whole || loadAt<std::uint64_t>(bytes.data(), 0) != head_.companyId) return startSpot();
-    const JournalSpot spot{loadAt<std::uint64_t>(bytes.data(), 8), loadAt<std::uint64_t>(bytes.data(), 16),
-                           loadAt<std::uint64_t>(bytes.data(), 24)};
-    if (spot.epoch == head_.epoch) return spot;
-    if (spot.epoch < head_.epoch) return startSpot();
-    readHead();
-  }
-  return startSpot();
-}
-
-void Journal::writeApplied(const JournalSpot& spot) {
-  std::array<std::byte, 40> bytes{};
-  storeAt(bytes.data(), 0, head_.companyId);
-  storeAt(bytes.data(), 8, spot.epoch);
-  storeAt(bytes.data(), 16, spot.offset);
-  storeAt(bytes.data(), 24, spot.commit);
-  storeAt(bytes.data(), 32, hashBytes(bytes.data(), 32));
-  file_->write(kAppliedPlace, bytes);
-}
 
 bool Journal::readRecord(const JournalSpot& spot, JournalRecord& record) {
   std::array<std::byte, kRecordHead> head;
@@ -316,23 +235,6 @@ void Journal::ensureRoom(std::uint64_t end) {
   room_ = wanted;
 }
 
-// `applied` goes first, since others learn from it to read the head again; while it fits no head nothing counts as
-// applied, which is harmless. The head that can be read decides which epoch it is, safe or not: the tables are synced,
-// so after a power loss either head will do, until the first append, which writes the head again (see append).
-void Journal::startEpoch(std::uint64_t checkpointCommit, std::uint64_t drawn) {
-  const std::uint64_t parts[] = {drawn, head_.key, head_.epoch};
-  const Head head{head_.companyId, head_.epoch + 1, checkpointCommit, false, hashBytes(parts, sizeof parts)};
-  writeApplied({head.epoch, kJournalStart, checkpointCommit});
-  try {
-    writeHead(head);
-  } catch (const IoError&) {
-    readHead();
-    throw;
-  }
-  head_ = head;
-  file_->sync();
-}
-
 // A record may stand in the system's memory only, and a sync that failed once has forgotten it: another sync tells
 // nothing unless the bytes are written again. A record behind that was blanked must stay so for the same reason.
 void Journal::secure(const JournalSpot& from, const JournalSpot& end) {
@@ -349,19 +251,6 @@ void Journal::secure(const JournalSpot& from, const JournalSpot& end) {
   }
   if (blanked) file_->write(end.offset, std::array<std::byte, kRecordHead>{});
   file_->sync();
-}
-
-void Journal::setRewrite() {
-  head_.rewrite = true;
-  writeHead(head_);
-}
-
-bool Journal::rewrite() {
-  std::array<std::byte, kHeadSize> bytes{};
-  if (file_->read(kHeadPlace[head_.epoch % 2], bytes.data(), kHeadSize) == kHeadSize &&
-      loadAt<std::uint64_t>(bytes.data(), 24) == head_.epoch)
-    head_.rewrite = head_.rewrite || loadAt<std::uint32_t>(bytes.data(), 12) != 0;
-  return head_.rewrite;
 }
 
 void Journal::shrink() {

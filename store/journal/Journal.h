@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,8 +29,11 @@ namespace quillon::store {
 
 class File;
 class FileSystem;
+struct Environment;
 
 inline constexpr std::uint64_t kJournalStart = 12288;
+inline constexpr std::uint64_t kRecordMagic = 0x4443455243455251;  // "QRECRECD"
+inline constexpr std::size_t kRecordHead = 64;
 inline constexpr std::uint64_t kCompanyOpenByte = (std::uint64_t{1} << 40) + 1024;
 inline constexpr std::uint64_t kCommitByte = kCompanyOpenByte + 1;
 inline constexpr const char* kJournalName = "Quillon.JNL";
@@ -66,6 +70,9 @@ struct JournalSpot {
   bool operator==(const JournalSpot&) const = default;
 };
 
+// For a company or an epoch; none that was drawn before.
+std::uint64_t newJournalId(const Environment& environment, const std::string& folder);
+
 // The file's format and nothing of who may call when: appends are made under the commit lock (CommitProtocol).
 class Journal {
  public:
@@ -79,7 +86,13 @@ class Journal {
   // Commits above this have whole images of their first-touched pages in the journal.
   std::uint64_t checkpointCommit() const { return head_.checkpointCommit; }
 
-  void readHead();            // raises headerDamaged, newerFormat
+  void readHead();  // raises headerDamaged, newerFormat
+  // The same for whoever has the folder alone. Where the newest head is damaged, `applied` and the first record, which
+  // were written under it, tell its epoch. headerDamaged: records may stand there that nothing tells how to read.
+  void recoverHead();
+  // That no newer head than the one read was there and is damaged: headerDamaged. Under the commit lock.
+  void requireNewestHead();
+  void makeAnew();            // empty, whatever stands in it; safe on return
   JournalSpot readApplied();  // re-reads the head when another process has moved the epoch
   void writeApplied(const JournalSpot& spot);
   JournalSpot startSpot() const { return {head_.epoch, kJournalStart, head_.checkpointCommit}; }
@@ -115,6 +128,17 @@ class Journal {
     bool rewrite = false;
     std::uint64_t key = 0;
   };
+  struct Applied {
+    std::uint64_t companyId = 0;
+    JournalSpot spot;
+  };
+  std::optional<Head> newestHead(bool* damaged = nullptr);
+  std::optional<Head> headOfFirstRecord();
+  std::optional<Applied> soundApplied();
+  bool holdsRecord();
+  std::uint64_t lastCommit();  // of the records of the head's epoch
+  bool isNewer(std::uint64_t companyId, std::uint64_t epoch) const;
+  [[noreturn]] static void raiseDamaged(const char* advice);
   void writeHead(const Head& head);
   std::string recordHead(const JournalSpot& spot, std::uint64_t commit, const std::vector<JournalTable>& tables,
                          const std::vector<JournalPage>& pages) const;

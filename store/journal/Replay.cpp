@@ -123,7 +123,8 @@ void Replay::run(const JournalSpot& end) {
 }
 
 // A page never goes back: where the end of the journal is damaged nothing would bring it forward again. Such a page is
-// written all the same, since a sync that failed may have forgotten it.
+// written all the same, since a sync that failed may have forgotten it. One that the record does not fit is left for
+// a repair and keeps nothing else from being opened; sound as it may be, it must not be read as the present.
 void Replay::writePage(Target& target, const JournalPage& page, std::uint64_t commit, const std::byte* data) {
   if (target.missing.contains(page.role)) return;
   const auto role = static_cast<Role>(page.role);
@@ -149,10 +150,14 @@ void Replay::writePage(Target& target, const JournalPage& page, std::uint64_t co
     file.write(place, Bytes(data, kPageSize));
   else if (there && Journal::applyRuns(current.data(), data, page.bytes) && isSound(current.data()))
     file.write(place, current);
-  else
-    throw StoreError(Code::damaged, "Page " + std::to_string(page.number) + " of '" + target.name +
-                                        kExtensions[page.role] +
-                                        "' cannot be brought up to date. Bring back a backup.");
+  else {
+    if (there && file.read(place, current.data(), kPageSize) == kPageSize && isSound(current.data())) {
+      current[0] ^= std::byte{0xFF};  // of the checksum
+      file.write(place, Bytes(current).first(1));
+    }
+    protocol_.notes_.push_back("Page " + std::to_string(page.number) + " of '" + target.name + kExtensions[role] +
+                               "' does not fit the journal and cannot be brought up to date");
+  }
 }
 
 void Replay::syncFiles() {

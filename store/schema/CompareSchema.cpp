@@ -1,5 +1,6 @@
 #include "store/schema/CompareSchema.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "base/Text.h"
@@ -106,6 +107,12 @@ class TableComparison {
 };
 
 }  // namespace
+
+bool isCompany(Database& database) {
+  const std::vector<std::string> names = database.tableNames();
+  const auto known = std::ranges::count_if(names, [](const std::string& name) { return companyTable(name); });
+  return database.exists("Company") || known * 2 >= static_cast<std::ptrdiff_t>(companyTables().size());
+}
 
 std::vector<SchemaDifference> compareWithSchema(Database& database) {
   std::vector<SchemaDifference> differences;

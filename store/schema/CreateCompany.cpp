@@ -1,10 +1,12 @@
 #include "store/schema/CreateCompany.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/Text.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
 #include "store/Errors.h"
@@ -114,6 +116,11 @@ class FirstRows {
 };
 
 }  // namespace
+
+bool beginsWithARow(std::string_view table) {
+  return equalFolded(table, kPictures) ||
+         std::ranges::any_of(kNextValues, [&](const NextValue& next) { return equalFolded(table, next.table); });
+}
 
 void createCompanyTables(Database& database) {
   database.createTables(missingTables(database));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 namespace quillon::store {
 
 class Database;
@@ -11,5 +13,8 @@ class Database;
 // where it stopped. Raises tableExists when the folder has the table Company, or another of these names told otherwise;
 // tableInUse when another process is at it; badTransaction inside one.
 void createCompanyTables(Database& database);
+
+// Whether a company has a row in this table from the start.
+bool beginsWithARow(std::string_view table);
 
 }  // namespace quillon::store

@@ -1,14 +1,36 @@
 // A table is made anew from its rows, smaller and in order.
+#include <optional>
+
 #include "base/Text.h"
 #include "store/Errors.h"
 #include "store/Session.h"
 #include "store/table/Rebuild.h"
+#include "store/verify/TableVerify.h"
 #include "store/vfs/FileNames.h"
 
 namespace quillon::store {
 namespace {
 
-constexpr double kRowsShare = 0.6;  // of the work; the rest are indexes
+// Of the work; the rest are indexes.
+constexpr double kCheckedShare = 0.3, kCopiedShare = 0.7;
+
+[[noreturn]] void raiseDamaged(const std::string& table, const std::string& fault) {
+  throw StoreError(Code::damaged, "Table '" + table + "' is damaged and was left as it is: " + fault +
+                                      ". Run Pack/Repair on the company.");
+}
+
+// What is made anew is made from the records; a fault in what is thrown away for it must not go unnoticed.
+void check(Table& table, ProgressSteps& steps) {
+  std::optional<std::string> first;
+  TableVerify(
+      table,
+      [&](const std::string& fault) {
+        if (!first) first = fault;
+      },
+      [&](int percent) { steps.reach(kCheckedShare * percent / 100); })
+      .run();
+  if (first) raiseDamaged(table.name(), *first);
+}
 
 void copyRows(Table& source, Rebuild& target, ProgressSteps& steps) {
   const RecordLayout& layout = source.layout();
@@ -26,7 +48,7 @@ void copyRows(Table& source, Rebuild& target, ProgressSteps& steps) {
     for (int i = 0; i < layout.fieldCount(); ++i)
       if (isBlobType(layout.field(i).type) && !view.isNull(i)) contents[i] = source.readBlob(view.blobRef(i));
     target.add(Table::rowOfKey(walk.key()), row, contents);
-    steps.reach(kRowsShare * ++done / count);
+    steps.reach(kCheckedShare + (kCopiedShare - kCheckedShare) * ++done / count);
   }
 }
 
@@ -58,19 +80,19 @@ OptimizeReport Database::optimizeTable(std::string_view name, const OptimizeOpti
   try {
     const Table::Reading reading(table);
     ProgressSteps steps(session_.settings().progressSteps, options.progress);
+    check(table, steps);
     Rebuild rebuild(*this, report.table, table.definition(), newFileId(report.table, table.files().fileId()));
     copyRows(table, rebuild, steps);
     rebuild.buildIndexes(
         [&](RowId row, RowId kept, int) {
-          throw StoreError(Code::damaged, "Table '" + report.table + "' is damaged: its records " +
-                                              std::to_string(kept) + " and " + std::to_string(row) +
-                                              " have the same key. Run Pack/Repair on the company.");
+          raiseDamaged(report.table,
+                       "records " + std::to_string(kept) + " and " + std::to_string(row) + " have the same key");
         },
-        [&](double share) { steps.reach(kRowsShare + (1 - kRowsShare) * share); });
+        [&](double share) { steps.reach(kCopiedShare + (1 - kCopiedShare) * share); });
     rebuild.finish(table.files().meta().nextRow, table.files().meta().autoInc);
     report.rows = rebuild.rows();
     report.bytesBefore = bytesOf(report.table);
-    report.replaced = rebuild.bytes() <= report.bytesBefore;
+    report.replaced = rebuild.bytes() <= report.bytesBefore && !rebuild.isAsBefore();
     if (report.replaced) rebuild.install(options.keepOld ? kOldSuffix : "");
     report.bytesAfter = report.replaced ? rebuild.bytes() : report.bytesBefore;
     steps.reach(1);

@@ -1,41 +1,66 @@
 #include "store/table/Rebuild.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 
 #include "store/Session.h"
 #include "store/journal/CommitProtocol.h"
 #include "store/sql/Sorter.h"
 #include "store/table/ReplaceFiles.h"
+#include "store/vfs/FileNames.h"
 
 namespace quillon::store {
 namespace {
 
 constexpr std::size_t kMostPages = 1024;                    // changed and not written yet
 constexpr std::size_t kSortMemory = std::size_t{16} << 20;  // bytes
+constexpr std::size_t kSealed = 16;                         // bytes of a page that say who wrote it when
+
+// Whether two files have the same pages behind `first`, whoever wrote them.
+bool samePages(File& a, File& b, PageNo first) {
+  const std::uint64_t size = a.size();
+  if (b.size() != size) return false;
+  std::array<std::byte, kPageSize> left, right;
+  for (std::uint64_t at = (std::uint64_t{first} + 1) * kPageSize; at < size; at += kPageSize)
+    if (a.read(at, left.data(), kPageSize) != b.read(at, right.data(), kPageSize) ||
+        std::memcmp(left.data() + kSealed, right.data() + kSealed, kPageSize - kSealed) != 0)
+      return false;
+  return true;
+}
 
 }  // namespace
 
 Rebuild::Rebuild(Database& database, std::string name, const TableDef& definition, std::uint64_t fileId)
     : database_(database), name_(std::move(name)), files_(database.files(), kNewSuffix) {
-  std::vector<std::string> written;
-  TableFiles::prepare(files_, database.folder(), name_, fileId, definition.encode(), definition.indexes.size(),
-                      written);
-  TableFiles::appear(files_, database.folder(), name_);
-  aside_.reset(new Database(database.session(), files_, database.folder()));
-  table_ = &aside_->openTable(name_, this, true);
+  removeNew();  // what an attempt that was broken off has left
+  try {
+    TableFiles::make(files_, database.folder(), name_, fileId, definition.encode(), definition.indexes.size());
+    aside_.reset(new Database(database.session(), files_, database.folder()));
+    table_ = &aside_->openTable(name_, this, true);
+    change_.emplace(*aside_, *table_);
+  } catch (...) {
+    giveUp();
+    throw;
+  }
   for (int i = 0; i < layout().fieldCount(); ++i)
     if (layout().field(i).type == FieldType::autoInc) autoIncField_ = i;
-  change_.emplace(*aside_, *table_);
 }
 
-Rebuild::~Rebuild() {
+Rebuild::~Rebuild() { giveUp(); }
+
+void Rebuild::giveUp() noexcept {
   close();
   if (installing_) return;  // from then on they may be what the table needs
   try {
-    for (const char* extension : kExtensions) files_.remove(database_.folder() + "/" + name_ + extension);
+    removeNew();
   } catch (...) {
     // They stay behind until the next time.
   }
+}
+
+void Rebuild::removeNew() {
+  for (const char* extension : kExtensions) files_.remove(findFile(files_, database_.folder(), name_ + extension));
 }
 
 void Rebuild::close() noexcept {
@@ -121,6 +146,16 @@ void Rebuild::finish(RowId nextRow, std::int64_t autoInc) {
     names.push_back(name_ + kExtensions[role]);
   }
   files_.syncFiles(database_.folder(), names);
+}
+
+bool Rebuild::isAsBefore() {
+  for (const Role role : {kDat, kIdx, kBlb}) {
+    File& made = table_->files().file(role).file();
+    const auto there = database_.files().open(
+        findFile(database_.files(), database_.folder(), name_ + kExtensions[role]), OpenMode::existing);
+    if (!samePages(made, *there, role == kDat ? kMetaPage : 0)) return false;
+  }
+  return true;
 }
 
 void Rebuild::install(const std::string& keepAs) {

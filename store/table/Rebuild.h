@@ -45,6 +45,8 @@ class Rebuild {
   std::string contentOf(const BlobRef& ref) { return table_->readBlob(ref); }
   std::uint64_t rows() { return table_->rowCount(); }
   std::uint64_t bytes() const { return bytes_; }  // of all three files, once finished
+  // Whether the table's own files have the same pages in the same places, once finished: nothing is gained then.
+  bool isAsBefore();
 
   // Puts the new files in the place of the old ones, of which a copy with `keepAs` behind their names is left where it
   // is not empty. After a failure the table is the old one or the new one, whole.
@@ -59,6 +61,8 @@ class Rebuild {
   void buildIndex(int position);
   void removeTwins(const SetAside& setAside);
   void close() noexcept;
+  void giveUp() noexcept;
+  void removeNew();
 
   Database& database_;
   std::string name_;

@@ -10,6 +10,7 @@
 #include "store/journal/CommitProtocol.h"
 #include "store/locks/Holders.h"
 #include "store/table/Rebuild.h"
+#include "store/table/ReplaceFiles.h"
 #include "store/table/Salvage.h"
 #include "store/verify/TableVerify.h"
 #include "store/vfs/FileNames.h"
@@ -107,15 +108,25 @@ class Repair {
                                             "' is destroyed and cannot be had from elsewhere. Bring back a backup.");
 }
 
+bool isOfAnother(const TableDef& found, const RepairOptions& options) {
+  return options.definition && !equalFolded(found.name, options.definition->name);
+}
+
+std::string ofAnother(const std::string& name, const TableDef& found) {
+  return "'" + name + kExtensions[kDat] + "' is the file of a table '" + found.name + "'";
+}
+
 }  // namespace
 
 // What a check finds in the table; it also brings an interrupted replacement of its files to its end.
-std::vector<std::string> Database::faultsOf(const std::string& name, RepairReport& report) {
+std::vector<std::string> Database::faultsOf(const RepairOptions& options, RepairReport& report) {
+  const std::string& name = report.table;
   std::vector<std::string> faults;
   const int marker = 0;
   Table* table = nullptr;
   try {
     table = &openTable(name, &marker, true);
+    if (isOfAnother(table->definition(), options)) tell(faults, ofAnother(name, table->definition()));
     report.rows = TableVerify(
                       *table, [&](const std::string& what) { tell(faults, what); }, [](int) {})
                       .run()
@@ -139,11 +150,10 @@ RepairReport Database::repairTable(std::string_view name, const RepairOptions& o
   settle();
   RepairReport report;
   report.table = findName(name);
-  if (report.table.empty())
-    throw StoreError(Code::noSuchTable, "Table '" + plainName(name) + "' is not in the folder '" + folder_ + "'.");
+  if (report.table.empty()) return repairLost(plainName(name), options);
   refuseOpenHere(report.table, "repaired");
   report.bytesBefore = report.bytesAfter = bytesOf(report.table);
-  report.faults = faultsOf(report.table, report);
+  report.faults = faultsOf(options, report);
   if (report.faults.empty() && !options.evenIfSound) return report;
 
   endStandBy(report.table);  // or the old files would stay on the disk, nameless
@@ -167,12 +177,52 @@ RepairReport Database::repairTable(std::string_view name, const RepairOptions& o
   return report;
 }
 
+// An empty file takes the place of the .DAT file, so that what goes on is the repair of a table of which nothing is
+// left.
+RepairReport Database::repairLost(const std::string& wanted, const RepairOptions& options) {
+  const bool named = options.definition && equalFolded(options.definition->name, wanted);
+  const std::string name = named ? options.definition->name : wanted;  // as it is spelled
+  const auto leaves = [&](Role role) { return files_.exists(findFile(files_, folder_, name + kExtensions[role])); };
+  if (inMemory() || (!options.definition && !leaves(kIdx) && !leaves(kBlb)))
+    throw StoreError(Code::noSuchTable, "Table '" + name + "' is not in the folder '" + folder_ + "'.");
+  if (!options.definition) raiseNoDefinition(name);
+  const std::string path = folder_ + "/" + name + kExtensions[kDat];
+  {
+    const CommitProtocol::Quiet alone(*protocol_, CommitProtocol::Quiet::Journal::asItIs);
+    if (!exists(name)) files_.open(path, OpenMode::createNew);
+  }
+  try {
+    RepairReport report = repairTable(name, options);
+    report.faults.assign({"'" + name + kExtensions[kDat] + "' is missing"});
+    return report;
+  } catch (...) {
+    try {
+      const CommitProtocol::Quiet alone(*protocol_, CommitProtocol::Quiet::Journal::asItIs);
+      if (files_.exists(path) && files_.open(path, OpenMode::existing)->size() == 0) files_.remove(path);
+    } catch (const StoreError&) {
+      // An empty file is as good as none to the next repair.
+    }
+    throw;
+  }
+}
+
 void Database::rebuildFrom(std::unique_ptr<File> dat, const RepairOptions& options, RepairReport& report) {
   const std::string& name = report.table;
   ProgressSteps steps(session_.settings().progressSteps, options.progress);
   const Salvage::Lost lost = [&](const std::string& what) { tell(report.losses, what); };
-  Salvage old(files_, session_.cache(), folder_, name, std::move(dat), lost);
-  std::optional<TableDef> definition = old.definition();
+  std::optional<Salvage> salvage;
+  salvage.emplace(files_, session_.cache(), folder_, name, std::move(dat), lost);
+  std::optional<TableDef> definition = salvage->definition();
+  if (definition && isOfAnother(*definition, options)) {
+    const std::string fault = ofAnother(name, *definition);
+    if (std::ranges::count(report.faults, fault) == 0) report.faults.push_back(fault);
+    report.losses.clear();  // what is missing in the other's file is no loss of this table
+    salvage.emplace(files_, session_.cache(), folder_, name, files_.openScratch(folder_), lost);
+    definition.reset();
+  }
+  Salvage& old = *salvage;
+  if (definition && options.definition && *definition != *options.definition)
+    tell(report.losses, "the definition in '" + name + ".DAT' is not the one that table '" + name + "' should have");
   const bool given = !definition && options.definition;
   if (given) definition = *options.definition;
   if (!definition) raiseNoDefinition(name);
@@ -191,8 +241,9 @@ void Database::rebuildFrom(std::unique_ptr<File> dat, const RepairOptions& optio
   made.finish(numbers ? old.meta().nextRow : beyondLost, numbers ? old.meta().autoInc : 0);
   report.rows = made.rows();
   report.bytesAfter = made.bytes();
-  report.kept = !report.lossless();
-  made.install(report.kept ? kDamagedSuffix : "");
+  if (!report.lossless() && report.bytesBefore > 0)
+    report.keptAs = freeSuffix(files_, folder_ + "/" + name + kExtensions[kDat], kDamagedSuffix);
+  made.install(report.keptAs);
   report.rebuilt = true;
   steps.reach(1);
 }

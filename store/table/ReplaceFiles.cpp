@@ -24,20 +24,6 @@ std::optional<std::uint64_t> idOf(FileSystem& files, const std::string& path, co
   }
 }
 
-void copyFile(FileSystem& files, const std::string& from, const std::string& to) {
-  constexpr std::size_t kPart = std::size_t{1} << 20;
-  const auto source = files.open(from, OpenMode::existing);
-  files.remove(to);
-  const auto target = files.open(to, OpenMode::createNew);
-  std::vector<std::byte> bytes(kPart);
-  for (std::uint64_t at = 0;;) {
-    const std::size_t part = source->read(at, bytes.data(), bytes.size());
-    if (part == 0) return;
-    target->write(at, Bytes(bytes).first(part));
-    at += part;
-  }
-}
-
 }  // namespace
 
 void replaceFiles(FileSystem& files, const std::string& folder, const std::string& name) {
@@ -60,6 +46,26 @@ bool finishReplacing(FileSystem& files, const std::string& folder, const std::st
   }
   if (begun) files.syncFolder(folder);
   return begun;
+}
+
+void copyFile(FileSystem& files, const std::string& from, const std::string& to) {
+  constexpr std::size_t kPart = std::size_t{1} << 20;
+  const auto source = files.open(from, OpenMode::existing);
+  files.remove(to);
+  const auto target = files.open(to, OpenMode::createNew);
+  std::vector<std::byte> bytes(kPart);
+  for (std::uint64_t at = 0;;) {
+    const std::size_t part = source->read(at, bytes.data(), bytes.size());
+    if (part == 0) return;
+    target->write(at, Bytes(bytes).first(part));
+    at += part;
+  }
+}
+
+std::string freeSuffix(FileSystem& files, const std::string& path, const std::string& suffix) {
+  std::string free = suffix;
+  for (int number = 2; files.exists(path + free); ++number) free = suffix + std::to_string(number);
+  return free;
 }
 
 void keepFiles(FileSystem& files, const std::string& folder, const std::string& name, const std::string& suffix) {

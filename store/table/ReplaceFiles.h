@@ -17,6 +17,12 @@ void replaceFiles(FileSystem& files, const std::string& folder, const std::strin
 // Brings a replacement that was broken off to its end; false: there was none. Under the commit lock.
 bool finishReplacing(FileSystem& files, const std::string& folder, const std::string& name);
 
+// Copies one file, in place of `to`. Not synced.
+void copyFile(FileSystem& files, const std::string& from, const std::string& to);
+
+// `suffix`, or that with the first number behind it, from 2 on, under which there is no copy of the file yet.
+std::string freeSuffix(FileSystem& files, const std::string& path, const std::string& suffix);
+
 // Copies the table's files to the same names with `suffix` behind them, in place of an earlier copy. The copy is there
 // when its .DAT file is, and then it is whole and safe. A file that is not there is not copied. The table must not
 // change meanwhile.

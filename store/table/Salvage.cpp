@@ -62,7 +62,13 @@ void Salvage::identify(FileSystem& files, const std::string& folder, std::unique
       const std::uint64_t id = TableFiles::checkIdentity(*raw[role], name_, role);
       if (role == kDat) {
         fileId_ = id;
-        break;
+        continue;
+      }
+      if (!unknown) {
+        if (id != fileId_)
+          lost_("'" + name_ + kExtensions[role] + "' is of another table than '" + name_ +
+                ".DAT', and one of them stands in the place of the table's own");
+        continue;
       }
       // Of two that say something else, the one that more pages bear out.
       const std::uint64_t pages = soundPages(*raw[kDat], id);
@@ -116,6 +122,9 @@ void Salvage::eachPage(Role role, const std::function<void(PageNo, const std::by
 }
 
 void Salvage::readHeader() {
+  const std::optional<LiveState> live = soundLiveState(files_[kDat]->file());
+  if (live && live->applying)
+    lost_("the last change of '" + name_ + ".DAT' may be there in part: nothing tells how it went on");
   try {
     meta_ = TableFiles::readMeta(*files_[kDat], name_);
     headerSound_ = true;
@@ -155,7 +164,9 @@ void Salvage::findLeaves() {
   if (headerSound_ && meta_.space[kDat].pages > pagesOf(files_[kDat]->file()))
     lost.push_back("'" + name_ + ".DAT' is cut short: " +
                    std::to_string(meta_.space[kDat].pages - pagesOf(files_[kDat]->file())) + " pages are missing");
-  if (!headerSound_)
+  if (files_[kDat]->file().size() == 0)
+    lost.assign({"'" + name_ + ".DAT' is gone, and every record with it"});
+  else if (!headerSound_)
     lost.insert(lost.begin(), "the header of '" + name_ +
                                   ".DAT' cannot be read or is older than its records: whether " +
                                   "any are missing is not known");

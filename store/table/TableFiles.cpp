@@ -12,7 +12,6 @@ namespace {
 
 constexpr std::uint64_t kMagic = 0x1A4E4F4C4C495551;  // "QUILLON\x1a"
 constexpr std::size_t kLivePlace = 64;
-constexpr PageNo kMetaPage = 1;
 constexpr std::size_t kSchemaBody = kPageBody + 4;  // behind the number of the next schema page
 constexpr std::size_t kSchemaPart = kPageSize - kSchemaBody;
 
@@ -78,15 +77,41 @@ void startPage(std::byte* page, PageNo number, PageKind kind) {
   page[20] = static_cast<std::byte>(kind);
 }
 
+// Of a .DAT file without rows, behind the first.
+std::vector<std::byte> firstPages(const std::string& name, std::uint64_t fileId, const std::string& schema,
+                                  std::size_t indexes) {
+  if (indexes > kMaxIndexes) throw StoreError(Code::badDefinition, "Table '" + name + "' has too many indexes.");
+  TableMeta meta;
+  const std::size_t schemaPages = (schema.size() + kSchemaPart - 1) / kSchemaPart;
+  meta.space[kDat].pages = static_cast<std::uint32_t>(2 + schemaPages);
+  meta.schema = 2;
+  meta.schemaBytes = static_cast<std::uint32_t>(schema.size());
+  std::vector<std::byte> pages((1 + schemaPages) * kPageSize);
+  startPage(pages.data(), kMetaPage, PageKind::meta);
+  encodeMeta(meta, pages.data());
+  for (std::size_t i = 0; i < schemaPages; ++i) {
+    std::byte* page = pages.data() + (1 + i) * kPageSize;
+    startPage(page, static_cast<PageNo>(2 + i), PageKind::schema);
+    storeAt<PageNo>(page, kPageBody, i + 1 < schemaPages ? static_cast<PageNo>(3 + i) : 0);
+    const std::size_t part = std::min(kSchemaPart, schema.size() - i * kSchemaPart);
+    std::memcpy(page + kSchemaBody, schema.data() + i * kSchemaPart, part);
+  }
+  for (std::size_t at = 0; at < pages.size(); at += kPageSize) sealPage(pages.data() + at, fileId ^ kDat, 0);
+  return pages;
+}
+
+// `pages` follow in .DAT only.
 void writeNew(FileSystem& files, const std::string& path, Role role, std::uint64_t fileId,
               const std::vector<std::byte>& pages) {
   const auto file = files.open(path, OpenMode::createNew);
   std::vector<std::byte> bytes(kPageSize);
   const auto head = identity(fileId, role);
   std::copy(head.begin(), head.end(), bytes.begin());
-  const auto live = liveBytes({});
-  if (role == kDat) std::copy(live.begin(), live.end(), bytes.begin() + kLivePlace);
-  bytes.insert(bytes.end(), pages.begin(), pages.end());
+  if (role == kDat) {
+    const auto live = liveBytes({});
+    std::copy(live.begin(), live.end(), bytes.begin() + kLivePlace);
+    bytes.insert(bytes.end(), pages.begin(), pages.end());
+  }
   file->write(0, bytes);
 }
 
@@ -108,30 +133,21 @@ void writeLiveState(File& dat, const LiveState& live) {
 
 void TableFiles::prepare(FileSystem& files, const std::string& folder, const std::string& name, std::uint64_t fileId,
                          const std::string& schema, std::size_t indexes, std::vector<std::string>& written) {
-  if (indexes > kMaxIndexes) throw StoreError(Code::badDefinition, "Table '" + name + "' has too many indexes.");
-  TableMeta meta;
-  const std::size_t schemaPages = (schema.size() + kSchemaPart - 1) / kSchemaPart;
-  meta.space[kDat].pages = static_cast<std::uint32_t>(2 + schemaPages);
-  meta.schema = 2;
-  meta.schemaBytes = static_cast<std::uint32_t>(schema.size());
-  std::vector<std::byte> pages((1 + schemaPages) * kPageSize);
-  startPage(pages.data(), kMetaPage, PageKind::meta);
-  encodeMeta(meta, pages.data());
-  for (std::size_t i = 0; i < schemaPages; ++i) {
-    std::byte* page = pages.data() + (1 + i) * kPageSize;
-    startPage(page, static_cast<PageNo>(2 + i), PageKind::schema);
-    storeAt<PageNo>(page, kPageBody, i + 1 < schemaPages ? static_cast<PageNo>(3 + i) : 0);
-    const std::size_t part = std::min(kSchemaPart, schema.size() - i * kSchemaPart);
-    std::memcpy(page + kSchemaBody, schema.data() + i * kSchemaPart, part);
-  }
-  for (std::size_t at = 0; at < pages.size(); at += kPageSize) sealPage(pages.data() + at, fileId ^ kDat, 0);
+  const std::vector<std::byte> pages = firstPages(name, fileId, schema, indexes);
   for (const Role role : {kBlb, kIdx, kDat}) {
     const std::string path = folder + "/" + name + kExtensions[role];
     files.remove(path + kNewSuffix);
-    writeNew(files, path + kNewSuffix, role, fileId, role == kDat ? pages : std::vector<std::byte>{});
+    writeNew(files, path + kNewSuffix, role, fileId, pages);
     if (role != kDat) files.rename(path + kNewSuffix, path);
     written.push_back(name + kExtensions[role] + (role == kDat ? kNewSuffix : ""));
   }
+}
+
+void TableFiles::make(FileSystem& files, const std::string& folder, const std::string& name, std::uint64_t fileId,
+                      const std::string& schema, std::size_t indexes) {
+  const std::vector<std::byte> pages = firstPages(name, fileId, schema, indexes);
+  for (const Role role : {kBlb, kIdx, kDat})
+    writeNew(files, folder + "/" + name + kExtensions[role], role, fileId, pages);
 }
 
 void TableFiles::appear(FileSystem& files, const std::string& folder, const std::string& name) {

@@ -22,6 +22,7 @@ inline constexpr std::uint32_t kFormatVersion = 1;
 
 inline constexpr std::array<const char*, 3> kExtensions = {".DAT", ".IDX", ".BLB"};
 inline constexpr const char* kNewSuffix = "~new";  // behind the name of a file that is no part of a table yet
+inline constexpr PageNo kMetaPage = 1;             // of a .DAT file
 enum Role : std::uint8_t { kDat = 0, kIdx = 1, kBlb = 2 };
 
 // The first page of each file:
@@ -60,6 +61,9 @@ class TableFiles {
   static void prepare(FileSystem& files, const std::string& folder, const std::string& name, std::uint64_t fileId,
                       const std::string& schema, std::size_t indexes, std::vector<std::string>& written);
   static void appear(FileSystem& files, const std::string& folder, const std::string& name);
+  // The same at once and under their own names, for files that are no table yet whatever they are called. tableExists.
+  static void make(FileSystem& files, const std::string& folder, const std::string& name, std::uint64_t fileId,
+                   const std::string& schema, std::size_t indexes);
   // Raises noSuchTable, headerDamaged, foreign, newerFormat. Reads nothing that needs a lock but the identity.
   TableFiles(FileSystem& files, PageCache& cache, const std::string& folder, std::string name);
 

@@ -69,7 +69,7 @@ const std::vector<Spoiling>& spoilings() {
          bytes[4096 + 17] ^= 1;
          return bytes;
        },
-       Code::headerDamaged, Code::headerDamaged},
+       Code::headerDamaged, Code::badValue},
       {"empty", [](const std::string&, const std::string&, bool) { return std::string(); }, Code::headerDamaged,
        Code::badValue},
       {"cut in the head", [](const std::string& bytes, const std::string&, bool) { return bytes.substr(0, 20); },
@@ -127,6 +127,27 @@ TEST_F(BadInputTest, ASpoiledJournalIsNamedAndLosesNothing) {
     }
     expectSound(spoiling.name);
   }
+}
+
+TEST_F(BadInputTest, NobodyJoinsOthersUnderAnOlderHead) {
+  auto seat = sit();
+  {
+    Cursor cursor(seat->database, "Cust");
+    cursor.open();
+    fill(cursor, "in the journal");
+    cursor.post();
+  }
+  std::string bytes = load("Quillon.JNL");
+  const auto epochAt = [&](std::size_t head) {
+    return loadAt<std::uint64_t>(reinterpret_cast<const std::byte*>(bytes.data()), head + 24);
+  };
+  bytes[epochAt(4096) > epochAt(0) ? 4096 : 0] ^= 1;
+  save("Quillon.JNL", bytes);
+  expectClear(errorOf([&] { sit("BERT"); }), Code::headerDamaged, "Quillon.JNL");
+  expectWorks(seat->database, "Cust", "who was there before");
+  seat.reset();
+  EXPECT_EQ(countOf(sit()->database, "Cust"), 151u);
+  expectSound("opened again");
 }
 
 TEST_F(BadInputTest, AFolderWithoutRightsIsToldOnce) {

@@ -4,12 +4,17 @@
 // few changes: bytes, stretches, cuts, pages from elsewhere. In half of the runs the checksums are made right again, so
 // that what stands behind them is met. The company is verified, read by every index, written to and closed. Every call
 // comes back, with a StoreError at worst; steps outside are the sanitizers' to find. Where the checksums were left
-// alone, a table is read as it was or raises; and what a changed journal took with it is told.
+// alone, a table is read as it was or raises; and what a changed journal took with it is told. No table's file keeps
+// the company from being opened.
+//
+// The heads of the journal are also taken away by themselves, with more and more of what stands behind them: as long as
+// that tells their epoch everything that was saved is there; otherwise the folder is refused, and mended with a word.
 #include <gtest/gtest.h>
 
 #include <cstdio>
 
 #include "store/Errors.h"
+#include "store/Repair.h"
 #include "store/Verify.h"
 #include "store/journal/Journal.h"
 #include "store/pages/Page.h"
@@ -69,6 +74,21 @@ struct Tally {
   std::uint64_t runs = 0, tables = 0, raised = 0, told = 0;
 };
 
+enum class Loss { newestHead, heads, headsAndRecord, headsAndApplied, everything };
+
+void wipe(std::string& bytes, std::size_t at, std::size_t size) {
+  for (std::size_t i = at; i < std::min(at + size, bytes.size()); ++i) bytes[i] ^= '\x5A';
+}
+
+void behead(std::string& bytes, Loss loss) {
+  if (loss == Loss::everything) return wipe(bytes, 0, bytes.size());
+  const bool second = loadText<std::uint64_t>(bytes, 4096 + 24) > loadText<std::uint64_t>(bytes, 24);
+  if (loss != Loss::newestHead || !second) wipe(bytes, 0, 64);
+  if (loss != Loss::newestHead || second) wipe(bytes, 4096, 64);
+  if (loss == Loss::headsAndApplied) wipe(bytes, 8192, 40);
+  if (loss == Loss::headsAndRecord) wipe(bytes, store::kJournalStart, 64);
+}
+
 // What one workload leaves, and the runs on it.
 class Fuzzed {
  public:
@@ -100,9 +120,46 @@ class Fuzzed {
       return std::string("raised no StoreError: ") + error.what();
     }
   }
+  // `mended`: the folder was refused and repaired.
+  std::optional<std::string> runWithout(Loss loss, bool& mended) {
+    SimDisk disk = disk_.settled();
+    const auto tool = disk.process();
+    std::string bytes = load(disk, store::kJournalName);
+    behead(bytes, loss);
+    put(*tool, store::kJournalName, bytes);
+    SimClock clock;
+    clock.advance(2 * kLaterMicroseconds);
+    Worker worker(disk, clock, work_.settings);
+    const CompanyState& after = work_.tasks.back().after();
+    try {
+      worker.open();
+      // Where only the first record tells anything, records of long ago come in again, for what is no longer there.
+      return loss == Loss::headsAndApplied ? checkRows(worker.database(), after) : checkOpen(worker, {&after});
+    } catch (const store::StoreError& error) {
+      if (error.code() != store::Code::headerDamaged || loss <= Loss::heads) return error.what();
+    }
+    mended = true;
+    if (store::repairJournal({*tool, clock, "ANNA", "PC", 9}, kModelFolder).empty()) return "mended without a word";
+    worker.open();
+    for (const std::string& table : worker.database().tableNames()) {
+      const store::RepairReport report = worker.database().repairTable(table);
+      if (closed_ && report.rebuilt) return "after a clean close '" + table + "' needs a repair";
+    }
+    if (const store::VerifyReport report = store::verifyOpen(worker.database()); !report.clean())
+      return report.findings.front().text;
+    return closed_ ? checkOpen(worker, {&after}) : std::nullopt;
+  }
   std::string describe() const { return file_ + (sealed_ ? ", checksums made right\n" : "\n") + work_.describe(); }
 
  private:
+  static std::optional<std::string> checkRows(store::Database& database, const CompanyState& wanted) {
+    CompanyState found;
+    std::vector<std::string> faults;
+    for (const auto& [name, table] : wanted.tables) found.tables[name] = readTable(database, name, faults);
+    if (!faults.empty()) return faults.front();
+    return found.sameRows(wanted) ? std::nullopt : std::optional("other rows:\n" + found.describe());
+  }
+
   static std::string load(const SimDisk& disk, const std::string& name) {
     const auto bytes = disk.content(std::string(kModelFolder) + "/" + name);
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
@@ -117,7 +174,11 @@ class Fuzzed {
       sealJournal(bytes);
     else if (sealed_)
       sealTable(bytes, fileId & ~std::uint64_t{3}, roleOf(file_), random_.below(3) > 0);
-    const auto file = tool.open(std::string(kModelFolder) + "/" + file_, store::OpenMode::existing);
+    put(tool, file_, bytes);
+  }
+
+  static void put(store::FileSystem& tool, const std::string& name, const std::string& bytes) {
+    const auto file = tool.open(std::string(kModelFolder) + "/" + name, store::OpenMode::existing);
     file->truncate(0);
     file->write(0, std::as_bytes(std::span(bytes)));
     file->sync();
@@ -168,6 +229,11 @@ class Fuzzed {
     Worker worker(disk, clock, work_.settings);
     try {
       worker.open();
+    } catch (const store::StoreError& error) {
+      if (file_ != store::kJournalName) return std::string("a table keeps the company shut: ") + error.what();
+    }
+    try {
+      if (!worker.isOpen()) worker.open();
       if (auto wrong = read(worker.database())) return wrong;
       for (const auto& [name, table] : work_.tasks.back().after().tables) write(worker.database(), name);
     } catch (const store::StoreError&) {
@@ -266,6 +332,29 @@ TEST(Files, WithAnyBytesInThemNeverLeadAstray) {
   EXPECT_GE(tally.runs, aim);
   EXPECT_GE(tally.raised, aim / 10);
   EXPECT_GE(tally.tables, 2 * aim);
+}
+
+TEST(Files, AJournalWithoutHeadsIsReadOrMendedWithAWord) {
+  const Trials trials = Trials::fromEnvironment();
+  const std::uint64_t last = trials.seed ? *trials.seed : trials.aim(300, 3'000);
+  std::uint64_t opened = 0, mended = 0;
+  Tally tally;
+  for (std::uint64_t seed = trials.seed.value_or(1); seed <= last && !testing::Test::HasFailure(); ++seed) {
+    Fuzzed fuzzed(seed, tally);
+    for (const Loss loss :
+         {Loss::newestHead, Loss::heads, Loss::headsAndRecord, Loss::headsAndApplied, Loss::everything}) {
+      bool refused = false;
+      if (const auto wrong = fuzzed.runWithout(loss, refused))
+        ADD_FAILURE() << "loss " << static_cast<int>(loss) << " on " << fuzzed.describe() << "\n"
+                      << *wrong << "\n"
+                      << Trials::repeating(seed, "test_store_fuzz",
+                                           "Files.AJournalWithoutHeadsIsReadOrMendedWithAWord");
+      ++(refused ? mended : opened);
+    }
+  }
+  std::printf("%llu times opened, %llu times mended\n", static_cast<unsigned long long>(opened),
+              static_cast<unsigned long long>(mended));
+  EXPECT_TRUE(trials.seed || (opened > last && mended > last));
 }
 
 }  // namespace
