@@ -22,6 +22,13 @@ class UsageError final : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// The words that begin with "-" which a command takes; others are called wrongly.
+enum class Options {
+  none,
+  login,  // --user and --password-file
+  own,    // it sees to them itself
+};
+
 // One word of the command line tool. `run` writes its answer to std::cout and nothing else; what went wrong it raises,
 // or, when the answer itself says so, it returns `failed` after one line on std::cerr.
 struct Command {
@@ -29,6 +36,8 @@ struct Command {
   std::string_view arguments;  // as the usage shows them
   std::string_view purpose;
   ExitStatus (*run)(Arguments);
+  std::string_view details;   // lines of its own help, behind the purpose
+  Options options = Options::none;
 };
 
 }  // namespace quillon::apps

@@ -28,10 +28,11 @@ namespace {
 class ImportFile {
  public:
   explicit ImportFile(const std::string& path) : path_(path) {
+    std::error_code unknown;
+    if (std::filesystem::is_directory(path, unknown)) throw Error("cannot read " + path + ": it is a folder");
     errno = 0;
     in_.open(path, std::ios::binary);
     if (!in_) throw Error("cannot read " + path + (errno ? std::string(": ") + std::strerror(errno) : ""));
-    std::error_code unknown;
     size_ = std::filesystem::file_size(path, unknown);
     if (unknown) size_ = 0;
   }
@@ -39,7 +40,8 @@ class ImportFile {
   // Without its line end. The row counts from 0, which is the line of names.
   bool next(std::string& line) {
     if (!std::getline(in_, line)) {
-      if (in_.bad() || !in_.eof()) throw Error("cannot read on in " + path_ + " behind row " + std::to_string(row_));
+      if (in_.bad() || !in_.eof())
+        throw Error("cannot read " + path_ + (row_ > 0 ? " behind row " + std::to_string(row_) : ""));
       return false;
     }
     read_ += line.size() + 1;

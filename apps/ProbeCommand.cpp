@@ -168,6 +168,8 @@ class Probe {
     try {
       if (test()) answer = "yes";
     } catch (const store::StoreError& error) {
+      // Says nothing of the folder.
+      if (error.code() == store::Code::noSpace) throw;
       answer += std::string(" (") + error.what() + ")";
     }
     if (answer != "yes") shared_ = false;
@@ -186,6 +188,8 @@ ExitStatus probeCommand(Arguments arguments) {
   if (arguments.size() != 1) throw UsageError("probe takes one folder");
   const std::string folder(arguments.front());
   store::DiskFileSystem files;
+  if (!files.folderExists(folder) && files.exists(folder))
+    throw Error("'" + folder + "' is a file and not a folder. Name the folder that it lies in.");
   if (!files.folderExists(folder)) throw Error("The folder '" + folder + "' is not there.");
   const bool network = files.isNetwork(folder);
   const bool shared = Probe(folder).run();

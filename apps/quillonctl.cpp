@@ -26,31 +26,57 @@ constexpr Command kCommands[] = {
     {"drive",
      "[FOLDER] [--settings DIR] [--user NAME --password-file FILE] [--today YYYY-MM-DD] [--country NAME] "
      "[--date-format FMT] [--printer none|letter|a4] [--print-to DIR] [--paper letter|a4]",
-     "the program without a window, driven by lines of JSON; docs/DRIVE.md tells them", driveCommand},
+     "the program without a window, driven by lines of JSON; docs/DRIVE.md tells them", driveCommand,
+     "Reads a request a line from standard input and writes a reply a line. With FOLDER that company is opened first.",
+     Options::own},
     {"create",
      "FOLDER [--sample | --name TEXT --chart service|trade|manufacturing [--year YYYY] [--currency NAME]] "
      "[--country NAME] [--today YYYY-MM-DD]",
-     "make a new company: its tables without data, or set up for work, or the sample company", createCommand},
+     "make a new company: its tables without data, or set up for work, or the sample company", createCommand,
+     "Makes the folder where it is not there. A folder that is a company already is refused.", true},
     {"sql", "FOLDER [STATEMENT] [--json] [--keep-going] [LOGIN]",
-     "run statements, from standard input without STATEMENT", sqlCommand},
+     "run statements, from standard input without STATEMENT", sqlCommand,
+     "Statements are ended by semicolons. Rows come as TSV under a line of names, with --json as JSON lines. The first\n"
+     "statement that fails ends the run, with --keep-going none does.",
+     Options::own},
     {"import", "FOLDER TABLE FILE [LOGIN]",
-     "add the rows of a file with tabs between its cells to a table; all or none", importCommand},
-    {"export", "FOLDER TABLE [LOGIN]", "print a table as import reads it", exportCommand},
-    {"verify", "FOLDER", "check every table of the company folder; changes nothing", verifyCommand},
+     "add the rows of a file with tabs between its cells to a table; all or none", importCommand,
+     "The first line names the fields. \\N is null; \\t, \\n, \\r and \\\\ stand for what they say.", Options::login},
+    {"export", "FOLDER TABLE [LOGIN]", "print a table as import reads it", exportCommand,
+     "Rows come in the order in which they were added.", Options::login},
+    {"verify", "FOLDER", "check every table of the company folder; changes nothing", verifyCommand,
+     "Prints a line for each table with its faults under it. A fault is a failure."},
     {"repair", "FOLDER [TABLE...] [LOGIN]", "save what can be read of damaged tables; alone in the folder",
-     repairCommand},
+     repairCommand,
+     "All tables without TABLE, and the journal. Prints a line for each, with what was wrong and what was lost under\n"
+     "it. A table of a company that is missing begins empty. Where anything is lost the damaged files are kept with\n"
+     "~damaged behind their names, and the exit status is 1.",
+     Options::login},
     {"optimize", "FOLDER [TABLE...] [LOGIN]",
-     "make tables smaller and faster, and keep a copy of the old; alone in the folder", optimizeCommand},
-    {"backup", "FOLDER [TO] [--user NAME --password-file FILE]",
-     "copy a company, by itself into the folder of the day of the week; alone in the folder", backupCommand},
-    {"probe", "FOLDER", "try whether several processes can share the folder", probeCommand},
+     "make tables smaller and faster, and keep a copy of the old; alone in the folder", optimizeCommand,
+     "All tables without TABLE. The old files are kept with ~old behind their names, in place of an earlier copy. A\n"
+     "table that would gain nothing is left as it is, and so is one that is damaged: repair it first.",
+     Options::login},
+    {"backup", "FOLDER [TO] [--user NAME --password-file FILE] [--today YYYY-MM-DD]",
+     "copy a company, by itself into the folder of the day of the week; alone in the folder", backupCommand,
+     "Copies the files of the company, not the folders in it. The earlier copy in the folder TO is replaced when the new\n"
+     "one is whole. A company that has users asks for one of them.",
+     Options::own},
+    {"probe", "FOLDER", "try whether several processes can share the folder", probeCommand,
+     "Tries locks, writes, renames and syncs with a second process, and prints a line for each."},
 };
+
+std::string usageOf(const Command& command) { return std::string(command.name).append(" ").append(command.arguments); }
+
+void printHelp(const Command& command) {
+  std::cout << "usage: quillonctl " << usageOf(command) << "\n\n" << command.purpose << '\n' << command.details << '\n';
+}
 
 void printHelp(std::ostream& out) {
   out << "usage: quillonctl COMMAND ...\n\n";
   for (const Command& command : kCommands)
     out << "  " << command.name << ' ' << command.arguments << "   " << command.purpose << '\n';
-  out << "  --help   this text\n"
+  out << "  --help   this text; behind a command, more about that\n"
          "  --version   the version of Quillon\n\n"
          "LOGIN, in a company that has users: --user NAME --password-file FILE, of one who has the right Security; "
          "the\n"
@@ -71,10 +97,24 @@ ExitStatus misused(const std::string& reason, std::string_view usage) {
   return ExitStatus::usage;
 }
 
+bool isOfLogin(std::string_view word) {
+  const std::string_view option = word.substr(0, word.find('='));
+  return option == "--user" || option == "--password-file";
+}
+
 ExitStatus runCommand(const Command& command, Arguments arguments) try {
+  if (std::ranges::count(arguments, std::string_view("--help"))) {
+    printHelp(command);
+    return ExitStatus::done;
+  }
+  const bool login = command.options == Options::login;
+  for (const std::string_view word : arguments)
+    if (command.options != Options::own && word.starts_with('-') && word.size() > 1 && !(login && isOfLogin(word)))
+      throw UsageError(std::string(command.name) + " has no option " + std::string(word) +
+                       "; a name that begins so is written with ./ before it");
   return command.run(arguments);
 } catch (const UsageError& error) {
-  return misused(error.what(), std::string(command.name).append(" ").append(command.arguments));
+  return misused(error.what(), usageOf(command));
 } catch (const Abort&) {
   return ExitStatus::failed;
 } catch (const std::exception& error) {

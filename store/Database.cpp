@@ -23,6 +23,9 @@ Database::Database(Session& session, std::string folder)
     throw StoreError(Code::noSuchFolder,
                      "This version works on folders and not with a store server. Take the remote host "
                      "out of the settings.");
+  if (!files_.folderExists(folder_) && files_.exists(folder_))
+    throw StoreError(Code::noSuchFolder,
+                     "'" + folder_ + "' is a file and not a folder. Name the folder that it lies in.");
   if (!files_.folderExists(folder_))
     throw StoreError(Code::noSuchFolder, "The folder '" + folder_ + "' is not there. Check the drive or the network.");
   protocol_ = std::make_unique<CommitProtocol>(session.environment(), folder_);

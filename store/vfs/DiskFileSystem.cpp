@@ -53,8 +53,9 @@ std::unique_ptr<File> DiskFileSystem::open(const std::string& path, OpenMode mod
   if (mode == OpenMode::createNew) flags |= O_EXCL;
   const int fd = openRetrying(path, flags, kFileMode);
   if (fd < 0) {
-    const bool making = mode != OpenMode::existing;
-    throw ioError(making ? "make" : "open", path, errno, making ? Missing::folder : Missing::file);
+    const int error = errno;
+    const bool making = mode == OpenMode::createNew || (mode == OpenMode::create && ::access(path.c_str(), F_OK) != 0);
+    throw ioError(making ? "make" : "open", path, error, making ? Missing::folder : Missing::file);
   }
   auto file = std::make_unique<DiskFile>(fd, path);
   struct stat status {};
@@ -109,7 +110,13 @@ bool DiskFileSystem::folderExists(const std::string& folder) { return isFolder(o
 void DiskFileSystem::makeFolder(const std::string& folder) {
   std::error_code error;
   std::filesystem::create_directories(orHere(folder), error);
-  if (error && !isFolder(orHere(folder))) throw ioError("make the folder", folder, error.value(), Missing::folder);
+  if (!error || isFolder(orHere(folder))) return;
+  struct stat status {};
+  if (::stat(folder.c_str(), &status) == 0)
+    throw IoError(Code::noSuchFolder,
+                  "Unable to make the folder '" + baseName(folder) + "': it is a file. Choose another name.",
+                  error.value());
+  throw ioError("make the folder", folder, error.value(), Missing::folder);
 }
 
 std::vector<std::string> DiskFileSystem::list(const std::string& folder) {
