@@ -49,6 +49,7 @@ void twoWriters(Bench& bench);
 void space(Bench& bench);
 void memory(Bench& bench);
 void doubling(Bench& bench);
+void maintain(Bench& bench);
 
 // Runs each work in a process of its own, all at once, and returns the numbers that they returned. Raises Error when
 // one failed.

@@ -22,7 +22,8 @@ constexpr Measurement kTable[] = {
     {"update-money", updateMoney},   {"count-range", countRange}, {"goto-kth", goToKth},
     {"two-writers", twoWriters},
 };
-constexpr Measurement kBeside[] = {{"space", space}, {"memory", memory}, {"doubling", doubling}};
+constexpr Measurement kBeside[] = {
+    {"space", space}, {"memory", memory}, {"doubling", doubling}, {"maintain", maintain}};
 
 std::vector<std::string_view> names() {
   std::vector<std::string_view> result;
