@@ -6,6 +6,7 @@
 
 #include "store/journal/Journal.h"
 #include "store/pages/Page.h"
+#include "store/table/TableFiles.h"
 #include "store/vfs/DiskFileSystem.h"
 #include "store/vfs/IoErrors.h"
 #include "support/TroubledCompany.h"
@@ -148,6 +149,40 @@ TEST_F(BadInputTest, NobodyJoinsOthersUnderAnOlderHead) {
   seat.reset();
   EXPECT_EQ(countOf(sit()->database, "Cust"), 151u);
   expectSound("opened again");
+}
+
+TEST_F(BadInputTest, PagesThatDoNotFitTheJournalKeepNothingElseShut) {
+  {
+    const auto seat = sit();
+    const int process = disk_.lastProcess();
+    Cursor cursor(seat->database, "Cust");
+    cursor.open();
+    for (const char* name : {"one", "two"}) {
+      fill(cursor, name);
+      cursor.post();
+    }
+    disk_.killProcess(process);
+  }
+  std::string bytes = load("Cust.IDX");
+  const auto fileId = loadAt<std::uint64_t>(reinterpret_cast<const std::byte*>(bytes.data()), 16);
+  std::uint64_t newest = 0;
+  const auto eachPage = [&](const std::function<void(std::byte*)>& page) {
+    for (std::size_t at = kPageSize; at < bytes.size(); at += kPageSize)
+      page(reinterpret_cast<std::byte*>(bytes.data()) + at);
+  };
+  eachPage([&](const std::byte* page) { newest = std::max(newest, pageStamp(page)); });
+  // As if the first of the two had been another change.
+  eachPage([&](std::byte* page) {
+    if (pageStamp(page) != newest) return;
+    page[kPageSize / 2] ^= std::byte{1};
+    sealPage(page, fileId ^ kIdx, newest - 1);
+  });
+  save("Cust.IDX", bytes);
+  const auto seat = sit();
+  expectWorks(seat->database, "Items", "only Cust is damaged");
+  EXPECT_FALSE(verifyOpen(seat->database).clean());
+  EXPECT_EQ(seat->database.repairTable("Cust").rows, 152u);
+  expectWorks(seat->database, "Cust", "repaired");
 }
 
 TEST_F(BadInputTest, AFolderWithoutRightsIsToldOnce) {
