@@ -23,7 +23,7 @@ class UsageError final : public std::runtime_error {
 };
 
 // The words that begin with "-" which a command takes; others are called wrongly.
-enum class Options {
+enum class OptionsTaken {
   none,
   login,  // --user and --password-file
   own,    // it sees to them itself
@@ -36,8 +36,8 @@ struct Command {
   std::string_view arguments;  // as the usage shows them
   std::string_view purpose;
   ExitStatus (*run)(Arguments);
-  std::string_view details;   // lines of its own help, behind the purpose
-  Options options = Options::none;
+  std::string_view details;  // lines of its own help, behind the purpose
+  OptionsTaken options = OptionsTaken::none;
 };
 
 }  // namespace quillon::apps

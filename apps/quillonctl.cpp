@@ -28,22 +28,23 @@ constexpr Command kCommands[] = {
      "[--date-format FMT] [--printer none|letter|a4] [--print-to DIR] [--paper letter|a4]",
      "the program without a window, driven by lines of JSON; docs/DRIVE.md tells them", driveCommand,
      "Reads a request a line from standard input and writes a reply a line. With FOLDER that company is opened first.",
-     Options::own},
+     OptionsTaken::own},
     {"create",
      "FOLDER [--sample | --name TEXT --chart service|trade|manufacturing [--year YYYY] [--currency NAME]] "
      "[--country NAME] [--today YYYY-MM-DD]",
      "make a new company: its tables without data, or set up for work, or the sample company", createCommand,
-     "Makes the folder where it is not there. A folder that is a company already is refused.", true},
+     "Makes the folder where it is not there. A folder that is a company already is refused.", OptionsTaken::own},
     {"sql", "FOLDER [STATEMENT] [--json] [--keep-going] [LOGIN]",
      "run statements, from standard input without STATEMENT", sqlCommand,
-     "Statements are ended by semicolons. Rows come as TSV under a line of names, with --json as JSON lines. The first\n"
+     "Statements are ended by semicolons. Rows come as TSV under a line of names, with --json as JSON lines. The "
+     "first\n"
      "statement that fails ends the run, with --keep-going none does.",
-     Options::own},
+     OptionsTaken::own},
     {"import", "FOLDER TABLE FILE [LOGIN]",
      "add the rows of a file with tabs between its cells to a table; all or none", importCommand,
-     "The first line names the fields. \\N is null; \\t, \\n, \\r and \\\\ stand for what they say.", Options::login},
+     "The first line names the fields. \\N is null; \\t, \\n, \\r and \\\\ stand for what they say.", OptionsTaken::login},
     {"export", "FOLDER TABLE [LOGIN]", "print a table as import reads it", exportCommand,
-     "Rows come in the order in which they were added.", Options::login},
+     "Rows come in the order in which they were added.", OptionsTaken::login},
     {"verify", "FOLDER", "check every table of the company folder; changes nothing", verifyCommand,
      "Prints a line for each table with its faults under it. A fault is a failure."},
     {"repair", "FOLDER [TABLE...] [LOGIN]", "save what can be read of damaged tables; alone in the folder",
@@ -51,17 +52,18 @@ constexpr Command kCommands[] = {
      "All tables without TABLE, and the journal. Prints a line for each, with what was wrong and what was lost under\n"
      "it. A table of a company that is missing begins empty. Where anything is lost the damaged files are kept with\n"
      "~damaged behind their names, and the exit status is 1.",
-     Options::login},
+     OptionsTaken::login},
     {"optimize", "FOLDER [TABLE...] [LOGIN]",
      "make tables smaller and faster, and keep a copy of the old; alone in the folder", optimizeCommand,
      "All tables without TABLE. The old files are kept with ~old behind their names, in place of an earlier copy. A\n"
      "table that would gain nothing is left as it is, and so is one that is damaged: repair it first.",
-     Options::login},
+     OptionsTaken::login},
     {"backup", "FOLDER [TO] [--user NAME --password-file FILE] [--today YYYY-MM-DD]",
      "copy a company, by itself into the folder of the day of the week; alone in the folder", backupCommand,
-     "Copies the files of the company, not the folders in it. The earlier copy in the folder TO is replaced when the new\n"
+     "Copies the files of the company, not the folders in it. The earlier copy in the folder TO is replaced when the "
+     "new\n"
      "one is whole. A company that has users asks for one of them.",
-     Options::own},
+     OptionsTaken::own},
     {"probe", "FOLDER", "try whether several processes can share the folder", probeCommand,
      "Tries locks, writes, renames and syncs with a second process, and prints a line for each."},
 };
@@ -107,9 +109,9 @@ ExitStatus runCommand(const Command& command, Arguments arguments) try {
     printHelp(command);
     return ExitStatus::done;
   }
-  const bool login = command.options == Options::login;
+  const bool login = command.options == OptionsTaken::login;
   for (const std::string_view word : arguments)
-    if (command.options != Options::own && word.starts_with('-') && word.size() > 1 && !(login && isOfLogin(word)))
+    if (command.options != OptionsTaken::own && word.starts_with('-') && word.size() > 1 && !(login && isOfLogin(word)))
       throw UsageError(std::string(command.name) + " has no option " + std::string(word) +
                        "; a name that begins so is written with ./ before it");
   return command.run(arguments);

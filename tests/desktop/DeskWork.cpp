@@ -13,6 +13,7 @@
 #include "desktop/Window.h"
 #include "form/Grid.h"
 #include "ledger/Screens.h"
+#include "store/Database.h"
 #include "store/Query.h"
 #include "store/schema/CreateCompany.h"
 

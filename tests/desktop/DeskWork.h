@@ -8,7 +8,7 @@
 #include "desktop/Front.h"
 #include "desktop/QtPerson.h"
 #include "shell/Session.h"
-#include "store/vfs/DiskFile.h"
+#include "store/vfs/DiskFileSystem.h"
 #include "support/SimDesktop.h"
 
 class QWidget;

@@ -8,6 +8,7 @@
 #include "desktop/Text.h"
 #include "desktop/Window.h"
 #include "form/Grid.h"
+#include "form/Table.h"
 #include "tests_desktop/DeskWork.h"
 
 namespace quillon::desktop {
