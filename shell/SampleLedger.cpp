@@ -1,0 +1,156 @@
+#include "shell/SampleLedger.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <tuple>
+
+namespace quillon::shell {
+namespace {
+
+using store::Cursor;
+using store::Value;
+
+constexpr int kFirstVoucherNumber = 1001;
+
+int numberOf(int id) { return kFirstVoucherNumber + id - 1; }
+Value idOrNull(int id) { return id == 0 ? Value() : Value(id); }
+Period periodOf(const SampleVoucher& voucher) { return {voucher.date.year(), static_cast<int>(voucher.date.month())}; }
+
+class Ledger {
+ public:
+  Ledger(store::Database& database, const std::map<std::string, int>& accounts)
+      : database_(database), accounts_(accounts) {}
+  void write(std::span<const SampleVoucher> vouchers, Period lastPosted);
+
+ private:
+  // Account, subaccounts and year; and the twelve months, each null until something is added to it.
+  using TotalKey = std::tuple<int, int, int, int>;
+  using Months = std::array<std::optional<Money>, 12>;
+
+  void writeVoucher(const SampleVoucher& voucher, int id, bool posted);
+  void post(const SampleVoucher& voucher, int id);
+  void addHistory(const SampleVoucher& voucher, const SampleLine& line, int id, Period period, const char* transType,
+                  Money amount);
+  void addTotal(const SampleLine& line, Period period, Money amount);
+  void writeTotals();
+  int idOf(const std::string& account) const { return accounts_.at(account); }
+
+  store::Database& database_;
+  const std::map<std::string, int>& accounts_;
+  std::map<TotalKey, Months> totals_;
+  Cursor jv_{database_, "JV"}, lines_{database_, "JVDet"}, history_{database_, "GLHist"};
+};
+
+void Ledger::write(std::span<const SampleVoucher> vouchers, Period lastPosted) {
+  for (Cursor* cursor : {&jv_, &lines_, &history_}) cursor->open();
+  int count = 0;
+  for (const SampleVoucher& voucher : vouchers) {
+    const bool posted = periodOf(voucher) <= lastPosted;
+    writeVoucher(voucher, ++count, posted);
+    if (posted) post(voucher, count);
+  }
+  writeTotals();
+  Cursor control(database_, "JVCtl");
+  control.open();
+  control.edit();
+  control["NextJVID"] = count + 1;
+  control["NextJVNumber"] = kFirstVoucherNumber + count;
+  control.post();
+}
+
+void Ledger::writeVoucher(const SampleVoucher& voucher, int id, bool posted) {
+  Money debits;
+  int seq = 0;
+  for (const SampleLine& line : voucher.lines) {
+    debits += std::max(line.amount, Money());
+    addRow(lines_, [&] {
+      lines_["JVID"] = id;
+      lines_["Seq"] = ++seq;
+      lines_["GLAccountID"] = idOf(line.account);
+      lines_["SubAccount1ID"] = idOrNull(line.department);
+      lines_["SubAccount2ID"] = idOrNull(line.product);
+      lines_["GLAmount"] = line.amount;
+    });
+  }
+  const Period period = periodOf(voucher);
+  addRow(jv_, [&] {
+    jv_["JVID"] = id;
+    jv_["GLYear"] = period.year;
+    jv_["GLPeriod"] = period.number;
+    jv_["JVNumber"] = numberOf(id);
+    jv_["Source"] = "GL";
+    jv_["TransType"] = "JV";
+    jv_["TransDate"] = voucher.date;
+    jv_["TransDescription"] = voucher.description;
+    jv_["JVAmount"] = debits;
+    jv_["Posted"] = posted;
+    jv_["AutoReverse"] = voucher.autoReverse;
+  });
+}
+
+void Ledger::post(const SampleVoucher& voucher, int id) {
+  const Period period = periodOf(voucher);
+  for (const SampleLine& line : voucher.lines) {
+    addHistory(voucher, line, id, period, "JV", line.amount);
+    addTotal(line, period, line.amount);
+    if (!voucher.autoReverse) continue;
+    addHistory(voucher, line, id, period.next(), "JVR", -line.amount);
+    addTotal(line, period.next(), -line.amount);
+  }
+}
+
+void Ledger::addHistory(const SampleVoucher& voucher, const SampleLine& line, int id, Period period,
+                        const char* transType, Money amount) {
+  addRow(history_, [&] {
+    history_["GLAccountID"] = idOf(line.account);
+    history_["SubAccount1ID"] = idOrNull(line.department);
+    history_["SubAccount2ID"] = idOrNull(line.product);
+    history_["GLYear"] = period.year;
+    history_["GLPeriod"] = period.number;
+    history_["Source"] = "GL";
+    history_["TransType"] = transType;
+    history_["JVNumber"] = numberOf(id);
+    history_["TransDate"] = voucher.date;
+    history_["Amount"] = amount;
+    history_["TransDescription"] = voucher.description;
+    for (const char* link :
+         {"VendorID", "APInvoiceID", "ChequeID", "CustomerID", "ARInvoiceID", "PaymentID", "AdjustmentID"})
+      history_[link] = 0;
+    history_["JVID"] = id;
+    history_["Reconciled"] = false;
+    history_["Reconciling"] = false;
+  });
+}
+
+void Ledger::addTotal(const SampleLine& line, Period period, Money amount) {
+  std::optional<Money>& month = totals_[{idOf(line.account), line.department, line.product, period.year}].at(
+      static_cast<std::size_t>(period.number - 1));
+  month = month.value_or(Money()) + amount;
+}
+
+void Ledger::writeTotals() {
+  Cursor totals(database_, "GLActual");
+  totals.open();
+  for (const auto& [key, months] : totals_) {
+    totals.append();
+    const auto& [account, department, product, year] = key;
+    totals["GLAccountID"] = account;
+    totals["SubAccount1ID"] = idOrNull(department);
+    totals["SubAccount2ID"] = idOrNull(product);
+    totals["GLYear"] = year;
+    totals["ActualBudget"] = "A";
+    for (std::size_t month = 0; month < months.size(); ++month)
+      if (months[month]) totals["Amount" + std::to_string(month + 1)] = *months[month];
+    totals.post();
+  }
+}
+
+}  // namespace
+
+void writeSampleLedger(store::Database& database, const std::map<std::string, int>& accounts,
+                       std::span<const SampleVoucher> vouchers, Period lastPosted) {
+  Ledger(database, accounts).write(vouchers, lastPosted);
+}
+
+}  // namespace quillon::shell
