@@ -10,6 +10,7 @@
 
 #include "apps/Program.h"
 #include "apps/drive/Json.h"
+#include "store/Query.h"
 #include "store/schema/CreateCompany.h"
 #include "support/SeededRandom.h"
 #include "support/TempFolder.h"
@@ -42,6 +43,12 @@ class DrivePersonTest : public testing::Test {
     store::Database database(session, folder_.path());
     store::createCompanyTables(database);
     sim::createToyTables(database);
+    // Set up already, and never copied at exit.
+    store::Query(database,
+                 "INSERT INTO Company (CompanyName, FiscalYear, ApplicationVersion, BackupOnExit) "
+                 "VALUES ('Toys', 2026, '" +
+                     std::string(shell::kVersion) + "', 2)")
+        .execute();
   }
 
   // The replies to these lines; the first is the one that comes unasked.
