@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "shell/Companies.h"
+#include "shell/SampleCompany.h"
 #include "shell/Security.h"
 #include "shell/Session.h"
 #include "store/Cursor.h"
@@ -151,6 +152,8 @@ bool enterCompany(Session& session, const std::string& name, const std::string& 
 
 void setUpIfNew(Session& session, const std::string& name) {
   if (!session.tblCompany().isEmpty()) return;
+  const bool sample = equalFolded(name, kSampleData) || session.dataFolder == companyFolder(session, kSampleData);
+  if (sample && session.app().lookUp("GLAccnt").isEmpty()) return fillSampleCompany(session);
   session.app().runModal("TfrmGettingStarted", {.values = {{"CompanyName", store::Value(name)}}});
 }
 

@@ -30,7 +30,8 @@ void closeCompany(Session& session);
 // the menus disabled, when either fails.
 bool enterCompany(Session& session, const std::string& name, const std::string& folder);
 
-// Where "Your Company" was never entered: the wizard for a new company, with its name filled in.
+// Where "Your Company" was never entered: the wizard for a new company, with its name filled in. The sample company,
+// which nobody enters by hand, gets its rows instead.
 void setUpIfNew(Session& session, const std::string& name);
 
 }  // namespace quillon::shell
