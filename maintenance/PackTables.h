@@ -14,7 +14,8 @@ namespace quillon::maintenance {
 // The tables of a company in the order in which they are packed.
 std::span<const char* const> packOrder();
 
-// What could not be saved of a table, in words: how much, and then which.
+// What could not be saved of a table, in words: how much, and then which. Of lost records their neighbours are told, in
+// the order in which they were entered.
 struct TableLoss {
   std::string head;  // "JV: 2 records lost"
   std::vector<std::string> details;

@@ -62,7 +62,7 @@ void TfrmBackup::btnBrowseClick() {
 }
 
 std::string TfrmBackup::checkedFolder() {
-  const std::string folder(folder_.value.isNull() ? "" : trim(folder_.value.asText()));
+  std::string folder(folder_.value.isNull() ? "" : trim(folder_.value.asText()));
   if (folder.empty()) refuse("Backup to folder must be entered", focus("editFolder"));
   try {
     if (!folder.starts_with('/')) throw Error("It would stand wherever the program was started");

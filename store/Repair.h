@@ -24,11 +24,12 @@ struct RepairOptions {
 struct RepairReport {
   std::string table;  // as its files are called
   bool rebuilt = false;
-  std::vector<std::string> faults;  // what was wrong, in words; a hundred at most
-  std::uint64_t rows = 0;           // that the table has now
-  std::uint64_t lostRows = 0;       // known to have been there
-  std::uint64_t lostContents = 0;   // of memo, blob and graphic fields, which are null now
-  std::vector<std::string> losses;  // pages, records and contents, in words; a hundred at most
+  std::vector<std::string> faults;     // what was wrong, in words; a hundred at most
+  std::uint64_t rows = 0;              // that the table has now
+  std::uint64_t lostRows = 0;          // known to have been there
+  std::uint64_t lostContents = 0;      // of memo, blob and graphic fields, which are null now
+  std::vector<std::uint64_t> lostIds;  // of those rows, as far as they are known; ascending
+  std::vector<std::string> losses;     // pages, records and contents, in words; a hundred at most
   // Records that have a key of another one that was kept, with their values.
   std::vector<std::string> setAside;
   std::string keptAs;  // behind the names of the damaged files, which stand beside the table; empty: not kept

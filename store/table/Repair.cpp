@@ -65,6 +65,7 @@ class Repair {
     const std::uint64_t saved = made_.rows() + report_.setAside.size();
     const std::uint64_t missing = old_.rowsExpected() > saved ? old_.rowsExpected() - saved : 0;
     report_.lostRows = std::max<std::uint64_t>(lost_.size(), missing);
+    report_.lostIds.assign(lost_.begin(), lost_.end());
     for (const RowId id : lost_) tell(report_.losses, "record " + std::to_string(id) + " is lost");
     return lost_.empty() ? 1 : *lost_.rbegin() + 1;
   }
