@@ -13,18 +13,27 @@
 #include "shell/Security.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
+#include "store/Errors.h"
 #include "store/Session.h"
 
 namespace quillon::apps {
 namespace {
 
-// A folder that is a company's, for somebody who may enter it.
+// A folder that is a company's, for somebody who may enter it. One whose users cannot be read any more is open to all, so
+// that there is a copy before it is mended.
 void requireEntry(store::Session& session, const std::string& folder, const ProgramOptions& options) {
   store::Database database(session, folder);
   if (!database.exists("Company")) throw Error(folder + " is no company");
-  store::Cursor users(database, "Users");
-  users.open();
-  shell::requireUser(users, options.credentials.value_or(shell::Credentials{}));
+  try {
+    store::Cursor users(database, "Users");
+    users.open();
+    if (!options.credentials && !users.isEmpty())
+      throw Error("the company has users: give --user NAME and --password-file FILE");
+    shell::requireUser(users, options.credentials.value_or(shell::Credentials{}));
+  } catch (const store::StoreError& error) {
+    using store::Code;
+    if (error.code() != Code::headerDamaged && error.code() != Code::damaged && error.code() != Code::foreign) throw;
+  }
 }
 
 }  // namespace
