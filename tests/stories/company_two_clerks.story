@@ -31,8 +31,6 @@
 2< {"ok":false,"messages":[]}
 2> {"close":"frmCompany"}
 2< {"ok":true,"waiting":null}
-2> {"quit":true}
-2!
 > {"close":"frmCompany"}
 > {"answer":"No"}
 
