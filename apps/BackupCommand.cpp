@@ -19,8 +19,8 @@
 namespace quillon::apps {
 namespace {
 
-// A folder that is a company's, for somebody who may enter it. One whose users cannot be read any more is open to all, so
-// that there is a copy before it is mended.
+// A folder that is a company's, for somebody who may enter it. One whose users cannot be read any more is open to all,
+// so that there is a copy before it is mended.
 void requireEntry(store::Session& session, const std::string& folder, const ProgramOptions& options) {
   store::Database database(session, folder);
   if (!database.exists("Company")) throw Error(folder + " is no company");

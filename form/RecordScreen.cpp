@@ -89,9 +89,10 @@ void RecordScreen::postRecord() {
       return record().post();
     } catch (const store::StoreError& error) {
       if (error.code() != store::Code::keyViolation) throw;
-      const bool idIsTaken = isNew() && isUsed(database(), {table, plan_.key, {}}, record().value(plan_.key));
+      // Ids are the fields whose names say so; nobody types them, and the words are about what was typed.
+      const bool idIsTaken =
+          isNew() && plan_.key.ends_with("ID") && isUsed(database(), {table, plan_.key, {}}, record().value(plan_.key));
       if (takesId && idIsTaken && tries < kIdTries) continue;
-      // The words are about what a person typed.
       if (idIsTaken || plan_.keyViolation.empty()) throw;
       refuse(plan_.keyViolation, focus(plan_.keyFocus));
     }

@@ -14,6 +14,7 @@
 #include "desktop/QtPerson.h"
 #include "desktop/Text.h"
 #include "desktop/Window.h"
+#include "store/Cursor.h"
 
 namespace quillon::desktop {
 namespace {

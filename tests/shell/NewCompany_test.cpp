@@ -99,11 +99,11 @@ class NewCompanyTest : public testing::Test {
         expectEither(countsAfter(cut.disk().imageAfterCut(cuts.choice(i))), "cut", at);
       Trial failed(disk_,
                    [&](sim::SimDisk& disk) { disk.plan(sim::Fault{.kind = sim::Fault::Kind::noSpace, .at = at}); });
-      const int code = sim::codeOf([&] { fill(failed.database()); });
+      const store::Code code = sim::codeOf([&] { fill(failed.database()); });
       failed.disk().plan({});
       const RowCounts left = countsOf(failed.database());
       expectEither(left, "full disk", at);
-      if (code == 0) {
+      if (code == store::Code{}) {
         EXPECT_EQ(left, all) << at;
       }
     }
