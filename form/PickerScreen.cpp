@@ -76,12 +76,13 @@ void PickerScreen::shown(const Open& open) {
   if (!index.isNull() && !index.asText().empty()) rows().setIndex(index.asText());
   if (key.isNull() || key == store::Value(0) || !rows().locate(key_, {key})) rows().first();
   for (Box* box : boxes_) box->text.reset();
-  // What was typed goes into the box of the order that the picker begins with.
+  // What was typed goes into the box of the order that the picker begins with, to be typed on.
   for (Box* box : boxes_) {
     if (rows().indexName() != box->index) continue;
     setFocus(find(box->control));
     if (text.isNull() || text.asText().empty()) break;
     box->text.set(text);
+    setTyped(text.asText());
     type(*box, text.asText());
     break;
   }

@@ -51,6 +51,7 @@ void TfrmJVsFind::shown(const form::Open& open) {
   number_.set(digits ? Value(std::stoi(typed.substr(0, 9))) : Value());
   description_.set(digits ? Value() : Value(typed));
   goTo(focus(digits ? "editJVNumber" : "editTransDescription"));
+  setTyped(typed);  // to be typed on
 }
 
 void TfrmJVsFind::btnOKClick() {

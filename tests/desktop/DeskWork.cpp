@@ -60,28 +60,56 @@ form::Screen& DeskWork::open(const std::string& className) {
   return screen;
 }
 
+// A key may begin a modal screen, whose own loop then delivers those that follow.
 void DeskWork::keys(const std::vector<std::string>& names) {
   for (const std::string& name : names) {
-    QApplication::processEvents();
-    desktop::Window* window = front_->active();
-    QWidget* target = window == nullptr ? nullptr : window->focusWidget() ? window->focusWidget() : window;
-    if (target == nullptr) throw std::logic_error("no window takes the key " + name);
-    const bool known = name.size() > 1 && (name.find('+') != std::string::npos || name[0] != '=');
-    if (known) {
-      const QString text = desktop::shown(name == "Enter" ? "Return" : name);
-      const int key = name == "Shift+Tab" ? static_cast<int>(Qt::Key_Backtab) | static_cast<int>(Qt::SHIFT)
-                                          : QKeySequence(text)[0].toCombined();
-      QTest::keyClick(target, static_cast<Qt::Key>(key & ~Qt::KeyboardModifierMask),
-                      Qt::KeyboardModifiers(key & static_cast<int>(Qt::KeyboardModifierMask)));
-    } else {
-      for (const QChar one : desktop::shown(name[0] == '=' ? name.substr(1) : name)) {
-        QApplication::processEvents();
-        QWidget* now = front_->active()->focusWidget();
-        QTest::keyClick(now ? now : front_->active(), one.toLatin1());
-      }
-    }
+    if (name[0] != '=') keys_.push_back(name);
+    for (std::size_t i = 1; name[0] == '=' && i < name.size(); ++i) keys_.push_back({'=', name[i]});
   }
+  QTimer::singleShot(0, qApp, [this] { pressNext(); });
+  while (!keys_.empty()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
   QApplication::processEvents();
+}
+
+void DeskWork::pressNext() {
+  if (keys_.empty()) return;
+  // Keys go to a window that has come forward; dialogs are answered on their own.
+  const desktop::Window* front = front_->active();
+  if (qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) || (front && !front->isActiveWindow()))
+    return QTimer::singleShot(5, qApp, [this] { pressNext(); });
+  const std::string name = keys_.front();
+  keys_.pop_front();
+  QTimer::singleShot(0, qApp, [this] { pressNext(); });
+  press(name);
+}
+
+void DeskWork::press(const std::string& name) {
+  if (name == "?") {
+    heard_ += (heard_.empty() ? "" : "\n") + focus();
+    return;
+  }
+  desktop::Window* window = front_->active();
+  QWidget* target = window == nullptr ? nullptr : window->focusWidget() ? window->focusWidget() : window;
+  if (target == nullptr) throw std::logic_error("no window takes the key " + name);
+  if (name[0] == '=') {
+    QTest::keyClick(target, name[1]);
+    return;
+  }
+  const QKeySequence sequence(desktop::shown(name == "Enter" ? "Return" : name));
+  const int key = name == "Shift+Tab" ? int{Qt::Key_Backtab} | int{Qt::SHIFT} : sequence[0].toCombined();
+  QTest::keyClick(target, static_cast<Qt::Key>(key & ~Qt::KeyboardModifierMask),
+                  Qt::KeyboardModifiers(key & static_cast<int>(Qt::KeyboardModifierMask)));
+}
+
+void DeskWork::tabTo(const std::string& control) {
+  std::string way;
+  for (int tabs = 0; tabs < 40; ++tabs) {
+    const std::string here = focus();
+    if (here == control || here.starts_with(control + ".")) return;
+    way += here + " ";
+    keys({"Tab"});
+  }
+  throw std::logic_error(control + " is not on the way of the Tab key: " + way);
 }
 
 void DeskWork::willAnswer(const std::string& button) {

@@ -25,9 +25,12 @@ class DeskWork {
   desktop::Front& front() { return *front_; }
   const std::string& folder() const { return company_.path(); }
   form::Screen& open(const std::string& className);
-  // Keys as they are called in the program ("Tab", "Ctrl+N", "a"), or several characters to be typed, to the window in
-  // front.
+  // Keys as they are called in the program ("Tab", "Ctrl+N"), or characters to be typed behind a "=", to the window in
+  // front; "?" writes down where the focus is. Returns when the commands that they start have ended: modal screens have
+  // to be closed by the same keys.
   void keys(const std::vector<std::string>& names);
+  // Presses Tab until the focus is there; std::logic_error when it goes round without.
+  void tabTo(const std::string& control);
   // The next dialog is answered so, and what it said is written down.
   void willAnswer(const std::string& button);
   std::string heard();
@@ -39,6 +42,8 @@ class DeskWork {
 
  private:
   void answerDialog();
+  void pressNext();
+  void press(const std::string& name);
 
   TempFolder company_;
   SimDesktop desktop_;
@@ -46,7 +51,7 @@ class DeskWork {
   desktop::QtPerson person_;
   shell::Session session_;
   std::unique_ptr<desktop::Front> front_;
-  std::deque<std::string> answers_;
+  std::deque<std::string> answers_, keys_;
   std::string heard_;
 };
 

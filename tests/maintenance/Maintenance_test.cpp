@@ -163,7 +163,7 @@ TEST_F(Maintenance, PackStoppedInTheMiddleTellsWhatWasLostBefore) {
   EXPECT_THAT(heard, HasSubstr("\rJV: "));
   EXPECT_THAT(heard, HasSubstr("\nerror: "));
   EXPECT_THAT(heard.substr(heard.find("\nerror: ")), HasSubstr("Item"));
-  EXPECT_TRUE(fs::exists(company_ + "/JV.DAT~old")) << "it is done and stays done";
+  EXPECT_TRUE(fs::exists(company_ + "/JV.DAT~damaged")) << "it is done and stays done";
   EXPECT_EQ(session_->tblCompany()["CompanyName"].asText(), "Acme") << "open again";
 }
 
