@@ -27,7 +27,13 @@ void ControlView::syncLooks() {
   if (const QString caption = shown(control_.caption()); label->text() != caption) label->setText(caption);
 }
 
-int widthOf(const QWidget& widget, int characters) { return widget.fontMetrics().averageCharWidth() * characters; }
+int widthOf(const QWidget& widget, int characters) {
+  // What is short is codes, amounts and dates, of which each character may be a wide one.
+  constexpr int kShort = 14;
+  const QFontMetrics font = widget.fontMetrics();
+  return characters <= kShort ? font.horizontalAdvance('0') * characters + font.horizontalAdvance('M') / 2
+                              : font.averageCharWidth() * characters;
+}
 
 ViewPtr makeView(Hands& hands, form::Control& control, QWidget& parent) {
   using form::Kind;
@@ -38,7 +44,6 @@ ViewPtr makeView(Hands& hands, form::Control& control, QWidget& parent) {
     case Kind::label:
     case Kind::mark:
     case Kind::separator:
-    case Kind::splitter:
       view = makeTextView(hands, control, parent);
       break;
     case Kind::edit:
@@ -84,6 +89,7 @@ ViewPtr makeView(Hands& hands, form::Control& control, QWidget& parent) {
     case Kind::group:
     case Kind::row:
     case Kind::toolbar:
+    case Kind::splitter:
       view = makeHolderView(hands, control, parent);
       break;
     case Kind::menu:

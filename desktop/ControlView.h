@@ -10,6 +10,10 @@ class QBoxLayout;
 class QLabel;
 class QWidget;
 
+namespace quillon::form {
+struct Progress;
+}
+
 namespace quillon::desktop {
 
 class Hands;
@@ -30,6 +34,8 @@ class ControlView {
   // Whether its caption stands beside it, in a label of its own.
   virtual bool isLabelled() const { return false; }
   virtual bool stretches() const { return false; }  // takes the room that is left
+  // How far work has come; false where it is not the one that shows it.
+  virtual bool show(const form::Progress& /*progress*/) { return false; }
   QLabel* label = nullptr;
   // Those inside of it, for whoever looks for one.
   virtual const std::vector<std::unique_ptr<ControlView>>& inside() const;

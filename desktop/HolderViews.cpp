@@ -3,6 +3,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QSplitter>
 #include <QStackedWidget>
 #include <QTabWidget>
 #include <algorithm>
@@ -43,6 +44,9 @@ class HolderView : public ControlView {
   }
   void sync() override {
     syncLooks();
+    syncInside();
+  }
+  void syncInside() {
     for (const ViewPtr& view : views_) view->sync();
   }
 
@@ -108,8 +112,10 @@ class GroupView final : public HolderView {
       if (tall) caption->setAlignment(Qt::AlignRight | Qt::AlignTop);
       layout.addWidget(caption, line, 0);
       layout.addWidget(view.widget(), line, 1, tall || row ? Qt::Alignment() : Qt::AlignLeft | Qt::AlignVCenter);
-    } else if (view.control().kind() == form::Kind::check) {
-      layout.addWidget(view.widget(), line, 1);
+    } else if (view.isLabelled() || view.control().kind() == form::Kind::check) {
+      layout.addWidget(view.widget(), line, 1, tall ? Qt::Alignment() : Qt::AlignLeft | Qt::AlignVCenter);
+    } else if (view.control().kind() == form::Kind::button) {
+      layout.addWidget(view.widget(), line, 0, 1, 2, Qt::AlignRight);
     } else {
       layout.addWidget(view.widget(), line, 0, 1, 2);
     }
@@ -118,10 +124,27 @@ class GroupView final : public HolderView {
   QWidget* group_;
 };
 
+// Two sides that share the width as the person draws it.
+class SidesView final : public HolderView {
+ public:
+  SidesView(Hands& hands, form::Control& control, QWidget& parent)
+      : HolderView(hands, control), sides_(new QSplitter(Qt::Horizontal, &parent)) {
+    sides_->setChildrenCollapsible(false);
+    views_ = viewsIn(hands, control, *sides_);
+    for (const ViewPtr& view : views_) sides_->addWidget(view->widget());
+  }
+  QWidget* widget() const override { return sides_; }
+  bool stretches() const override { return true; }
+
+ private:
+  QSplitter* sides_;
+};
+
 class TabsView final : public HolderView {
  public:
   TabsView(Hands& hands, form::Control& control, QWidget& parent)
       : HolderView(hands, control), tabs_(new QTabWidget(&parent)) {
+    tabs_->setUsesScrollButtons(false);
     for (const auto& child : control.children()) {
       auto* page = new QWidget(tabs_);
       auto* layout = new QVBoxLayout(page);
@@ -150,13 +173,16 @@ class StepsView final : public HolderView {
  public:
   StepsView(Hands& hands, form::Control& control, QWidget& parent)
       : HolderView(hands, control), stack_(new QStackedWidget(&parent)) {
-    views_ = viewsIn(hands, control, *stack_);
-    for (const ViewPtr& view : views_) stack_->addWidget(view->widget());
+    for (const auto& child : control.children()) {
+      views_.push_back(makeHolderView(hands, *child, *stack_));
+      stack_->addWidget(views_.back()->widget());
+    }
   }
   QWidget* widget() const override { return stack_; }
   bool stretches() const override { return true; }
+  // Which page shows is the stack's business.
   void sync() override {
-    for (const ViewPtr& view : views_) view->sync();
+    for (const ViewPtr& view : views_) dynamic_cast<HolderView&>(*view).syncInside();
     stack_->setCurrentIndex(control_.page);
   }
 
@@ -169,6 +195,7 @@ class StepsView final : public HolderView {
 ViewPtr makeHolderView(Hands& hands, form::Control& control, QWidget& parent) {
   if (control.kind() == form::Kind::group)
     return std::make_unique<GroupView>(hands, control, parent, !control.caption().empty());
+  if (control.kind() == form::Kind::splitter) return std::make_unique<SidesView>(hands, control, parent);
   return std::make_unique<RowView>(hands, control, parent);
 }
 

@@ -11,6 +11,7 @@
 #include "desktop/Hands.h"
 #include "desktop/Icons.h"
 #include "desktop/Text.h"
+#include "form/Person.h"
 #include "form/Screen.h"
 
 namespace quillon::desktop {
@@ -21,7 +22,6 @@ class TextView final : public ControlView {
   TextView(Hands& hands, form::Control& control, QWidget& parent)
       : ControlView(hands, control), label_(new QLabel(&parent)) {
     label_->setTextFormat(Qt::PlainText);
-    label_->setWordWrap(false);
     if (control.kind() == form::Kind::mark) {
       label_->setForegroundRole(QPalette::NoRole);
       label_->setStyleSheet("color: #d03030; font-weight: bold");
@@ -30,7 +30,13 @@ class TextView final : public ControlView {
   QWidget* widget() const override { return label_; }
   void sync() override {
     syncLooks();
-    if (const QString text = shown(control_.caption()); label_->text() != text) label_->setText(text);
+    const QString text = shown(control_.caption());
+    if (label_->text() == text) return;
+    constexpr int kWidest = 70;  // characters, before it goes on below
+    const bool isLong = text.size() > kWidest && !text.contains('\n');
+    label_->setWordWrap(isLong);
+    label_->setMinimumWidth(isLong ? widthOf(*label_, kWidest) : 0);
+    label_->setText(text);
   }
 
  private:
@@ -120,6 +126,11 @@ class ProgressView final : public ControlView {
   }
   QWidget* widget() const override { return bar_; }
   void sync() override { syncLooks(); }
+  bool show(const form::Progress& progress) override {
+    bar_->setMaximum(static_cast<int>(progress.total));
+    bar_->setValue(static_cast<int>(progress.done));
+    return true;
+  }
 
  private:
   QProgressBar* bar_;
@@ -128,8 +139,7 @@ class ProgressView final : public ControlView {
 }  // namespace
 
 ViewPtr makeTextView(Hands& hands, form::Control& control, QWidget& parent) {
-  const bool line = control.kind() == form::Kind::separator || control.kind() == form::Kind::splitter;
-  if (line) return std::make_unique<LineView>(hands, control, parent);
+  if (control.kind() == form::Kind::separator) return std::make_unique<LineView>(hands, control, parent);
   return std::make_unique<TextView>(hands, control, parent);
 }
 ViewPtr makeButtonView(Hands& hands, form::Control& control, QWidget& parent) {

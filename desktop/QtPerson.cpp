@@ -130,6 +130,10 @@ void QtPerson::runModal(form::Screen& screen) {
 
 // Only its own Cancel is delivered: it is modal, and nothing else can be reached while it shows.
 bool QtPerson::progress(const form::Progress& progress) {
+  if (Window* window = front_->active(); window != nullptr && window->show(progress)) {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    return true;
+  }
   if (!progress_) {
     progress_ = std::make_unique<QProgressDialog>(owner());
     progress_->setWindowModality(Qt::ApplicationModal);

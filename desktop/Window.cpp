@@ -111,7 +111,7 @@ void Window::placeFirst() {
     move(room.topLeft());
   else
     move(room.center() - rect().center());
-  show();
+  QWidget::show();
 }
 
 void Window::makeModal() { setWindowModality(Qt::ApplicationModal); }
@@ -122,13 +122,21 @@ void Window::bringFront() {
   activateWindow();
 }
 
-ControlView* Window::viewOf(const form::Control& control) const {
+std::vector<ControlView*> Window::views() const {
   std::vector<ControlView*> all = {root_.get()};
-  for (std::size_t i = 0; i < all.size(); ++i) {
-    if (&all[i]->control() == &control) return all[i];
+  for (std::size_t i = 0; i < all.size(); ++i)
     for (const ViewPtr& view : all[i]->inside()) all.push_back(view.get());
-  }
+  return all;
+}
+
+ControlView* Window::viewOf(const form::Control& control) const {
+  for (ControlView* view : views())
+    if (&view->control() == &control) return view;
   return nullptr;
+}
+
+bool Window::show(const form::Progress& progress) {
+  return std::ranges::any_of(views(), [&](ControlView* view) { return view->show(progress); });
 }
 
 // Hands.

@@ -26,6 +26,8 @@ class Window final : public QWidget {
   // Nothing else can be used while it is there. Before it is shown.
   void makeModal();
   void bringFront();
+  // Work is shown in its own progress bar; false when it has none on view.
+  bool show(const form::Progress& progress);
   // The screen is closed; the window goes without a question.
   void leave();
 
@@ -44,6 +46,7 @@ class Window final : public QWidget {
   void buildMenu(QMenu& menu, form::Control& control);
   void addShortcuts(form::Control& holder);
   bool wheel(int way);
+  std::vector<ControlView*> views() const;  // all, from the outside in
   ControlView* viewOf(const form::Control& control) const;
   void placeFirst();
 

@@ -94,6 +94,7 @@ class Layout {
   Control& row(Controls&... controls) {
     return place(Kind::row, "", {&controls...});
   }
+  Control& rowOf(const std::vector<Control*>& controls) { return place(Kind::row, "", controls); }
   template <typename... Controls>
   Control& group(std::string caption, Controls&... controls) {
     return place(Kind::group, std::move(caption), {&controls...});

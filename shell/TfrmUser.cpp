@@ -46,7 +46,7 @@ void TfrmUser::build(form::Layout& l) {
     const std::string page = groups[i].page;
     std::vector<Control*> held;
     for (; i < groups.size() && groups[i].page == page; ++i) held.push_back(&told(l, groups[i]));
-    pages.push_back(held.size() == 1 ? &held.front()->caption(page) : &l.groupOf(page, held));
+    pages.push_back(held.size() == 1 ? &held.front()->caption(page) : &l.group(page, l.rowOf(held)));
   }
   l.pagesOf(pages).named("pagAll");
   l.row(l.button("btnOK", "OK", &TfrmUser::btnOKClick).saves().standard(),
