@@ -1,5 +1,7 @@
 #include "desktop/Front.h"
 
+#include <utility>
+
 #include "desktop/Window.h"
 
 namespace quillon::desktop {
@@ -18,12 +20,14 @@ void Front::opened(form::Screen& screen) {
   windows_[&screen] = std::make_unique<Window>(*this, screen, parent);
 }
 
-// Its widgets may be in the middle of an event of theirs.
 void Front::closing(form::Screen& screen) {
   const auto found = windows_.find(&screen);
   if (found == windows_.end()) return;
+  // Those that were opened from it and stay would go with it.
+  for (const auto& [other, window] : windows_)
+    if (window->parentWidget() == found->second.get()) window->standAlone();
   found->second->leave();
-  found->second.release()->deleteLater();
+  left_.push_back(std::move(found->second));
   windows_.erase(found);
 }
 
@@ -33,6 +37,8 @@ void Front::sync() {
   for (const auto& screen : app_.screens())
     if (Window* window = windowOf(*screen)) window->sync();
   syncing_ = false;
+  if (busy_ == 0)
+    for (auto& window : std::exchange(left_, {})) window.release()->deleteLater();
   if (Window* window = active()) window->bringFront();
 }
 

@@ -13,12 +13,16 @@ bool Hands::isSyncing() const { return front_.isSyncing(); }
 
 void Hands::act(const std::function<void(form::Input&)>& action) {
   if (isSyncing()) return;
-  try {
-    action(input_);
-  } catch (const Error&) {
-    QApplication::beep();
+  Front& front = front_;
+  {
+    const Front::Busy busy(front);
+    try {
+      action(input_);
+    } catch (const Error&) {
+      QApplication::beep();
+    }
   }
-  front_.sync();
+  front.sync();
 }
 
 void Hands::key(const std::string& name) {

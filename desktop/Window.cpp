@@ -141,6 +141,14 @@ bool Window::show(const form::Progress& progress) {
 
 // Hands.
 
+void Window::standAlone() {
+  const bool onView = isVisible();
+  const QPoint where = pos();
+  setParent(nullptr, windowFlags());
+  move(where);
+  if (onView) QWidget::show();
+}
+
 void Window::leave() {
   leaving_ = true;
   close();

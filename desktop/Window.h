@@ -28,6 +28,8 @@ class Window final : public QWidget {
   void bringFront();
   // Work is shown in its own progress bar; false when it has none on view.
   bool show(const form::Progress& progress);
+  // No longer belongs to the window that it was opened from.
+  void standAlone();
   // The screen is closed; the window goes without a question.
   void leave();
 

@@ -13,8 +13,10 @@
 #include "desktop/Window.h"
 #include "form/Grid.h"
 #include "ledger/Screens.h"
+#include "maintenance/Screens.h"
 #include "store/Database.h"
 #include "store/Query.h"
+#include "store/Verify.h"
 #include "store/schema/CreateCompany.h"
 
 namespace quillon::sim {
@@ -40,6 +42,7 @@ DeskWork::DeskWork() : session_(environmentOn(disk_), person_, desktop_) {
   }
   shell::registerScreens(session_);
   ledger::registerScreens(session_);
+  maintenance::registerScreens(session_);
   session_.attach(company_.path());
   front_ = std::make_unique<desktop::Front>(app());
   person_.sitBefore(*front_, desktop_);
@@ -142,6 +145,14 @@ std::string DeskWork::focus() {
   if (!same) name += " but the window: " + desktop::typed(widget ? widget->objectName() : "nothing");
   if (screen->focused()->grid() && screen->target()) name += "." + screen->target()->name();
   return name;
+}
+
+std::string DeskWork::faultsAtTheEnd() {
+  session_.detach();
+  std::string faults;
+  for (const store::Finding& finding : store::verifyFolder(environmentOn(disk_), company_.path()).findings)
+    faults += finding.table + ": " + finding.text + "\n";
+  return faults;
 }
 
 std::string DeskWork::title() { return desktop::typed(front_->active()->windowTitle()); }

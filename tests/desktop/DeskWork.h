@@ -37,6 +37,8 @@ class DeskWork {
   // "frmJV.editTransDate", where the program has its focus and the window in front too; both when they differ.
   std::string focus();
   std::string title();  // of the window in front
+  // Closes the company with its screens, and says what is wrong with its tables; empty: nothing.
+  std::string faultsAtTheEnd();
   // The rows of a table, without its ids.
   std::vector<std::string> rows(const std::string& statement);
 
