@@ -22,17 +22,19 @@ Date dateOf(const Datum& value) {
 double roundReal(double value, int decimals) {
   const long double scale = std::pow(10.0L, decimals);
   const long double scaled = static_cast<long double>(value) * scale;
-  // Noise of the binary form below the fifteenth digit must not turn a half into less than a half.
-  const long double nudge = std::fabs(scaled) * 1e-15L;
+  if (std::fabs(scaled) >= 0x1p53L) return value;  // nothing that the float knows is rounded away
+  // Noise of the binary form below the fifteenth digit must not turn a half into less than a half. A large number's
+  // digits behind the fifteenth are no noise.
+  const long double nudge = std::min(std::fabs(scaled) * 1e-15L, 1e-3L);
   const long double rounded = scaled < 0 ? -std::floor(-scaled + nudge + 0.5L) : std::floor(scaled + nudge + 0.5L);
   const long double result = rounded / scale;
-  return std::isfinite(result) ? static_cast<double>(result) : value;
+  return std::isfinite(result) ? static_cast<double>(result) + 0.0 : value;  // no -0
 }
 
-std::int64_t roundMoney(std::int64_t raw, int decimals, const Place& place) {
-  if (decimals >= Money::kDecimals) return raw;
+// The same for the last `digits` digits of a whole number.
+std::int64_t roundWhole(std::int64_t raw, int digits, const Place& place) {
   std::int64_t unit = 1;
-  for (int i = decimals; i < Money::kDecimals; ++i)
+  for (int i = 0; i < digits; ++i)
     if (__builtin_mul_overflow(unit, 10, &unit)) return 0;
   const std::int64_t rest = raw % unit;
   const std::int64_t down = raw - rest;
@@ -41,6 +43,10 @@ std::int64_t roundMoney(std::int64_t raw, int decimals, const Place& place) {
   if (__builtin_add_overflow(down, raw < 0 ? -unit : unit, &result))
     refuse(place, Code::badValue, "the result is too large.");
   return result;
+}
+
+std::int64_t roundMoney(std::int64_t raw, int decimals, const Place& place) {
+  return roundWhole(raw, Money::kDecimals - decimals, place);
 }
 
 enum class Function { upper, lower, length, substring, abs, trunc, round, year, month, day };
@@ -124,9 +130,7 @@ class Call final : public OperandList {
     const int decimals = static_cast<int>(std::clamp<std::int64_t>(count.whole, -18, 18));
     if (value.type == Type::real) return Datum::ofReal(roundReal(value.real, decimals));
     if (value.type == Type::money) return Datum::ofMoney(roundMoney(value.whole, decimals, place));
-    return decimals >= 0
-               ? value
-               : Datum::ofWhole(static_cast<std::int64_t>(roundReal(static_cast<double>(value.whole), decimals)));
+    return Datum::ofWhole(roundWhole(value.whole, -decimals, place));
   }
 
   Function function_;
@@ -206,15 +210,19 @@ class Cast final : public Expression {
   }
   // Whole numbers are cut, not rounded, as everywhere where a fraction is dropped.
   Datum whole(const Datum& value, Frame& frame) const {
-    Datum number = value.type == Type::text ? convert(value, Type::real, frame.texts) : value;
+    Datum number = value;
+    if (value.type == Type::text)
+      number =
+          convert(value, value.text.find_first_of(".eE") == value.text.npos ? Type::whole : Type::real, frame.texts);
     std::int64_t result = number.whole;
     if (number.type == Type::money) result = number.whole / Money::kScale;
     if (number.type == Type::real) {
       if (!(std::fabs(number.real) < 9.2e18)) refuse(place, Code::badValue, "the number is too large.");
       result = static_cast<std::int64_t>(number.real);
     }
-    const bool small = wanted_.type == FieldType::smallint;
-    if (result < (small ? INT16_MIN : INT32_MIN) || result > (small ? INT16_MAX : INT32_MAX))
+    const auto outside = [&](std::int64_t least, std::int64_t most) { return result < least || result > most; };
+    if (wanted_.type == FieldType::smallint ? outside(INT16_MIN, INT16_MAX)
+                                            : wanted_.type != FieldType::largeInt && outside(INT32_MIN, INT32_MAX))
       refuse(place, Code::badValue, std::to_string(result) + " is too large for this type.");
     return Datum::ofWhole(result);
   }

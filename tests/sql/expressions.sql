@@ -43,6 +43,10 @@ SELECT UPPER('straße é'), LOWER('ÀB'), LENGTH('äöü'), SUBSTRING('hello', 2
 SELECT ABS(-3), ABS(-2.5), TRUNC(2.9), TRUNC(-2.9), ROUND(2.5), ROUND(-2.5), ROUND(1.25, 1), ROUND(0.125, 2)
 = 3|~2.5|~2|~-2|~3|~-3|~1.3|~0.13
 
+-- Digits that a number has are not taken for noise.
+SELECT ROUND(9007199254740993, -1), ROUND(1.5, 20), ROUND(123456789012345.4), ROUND(1e15), ROUND(1.005, 2)
+= 9007199254740990|~1.5|~123456789012345|~1e+15|~1.01
+
 SELECT COALESCE(null, null, 3, 4), COALESCE(null, 'a'), COALESCE(null, 1, 2.5), COALESCE(null, null)
 = 3|'a'|~1|null
 
@@ -65,6 +69,12 @@ SELECT CAST(12 AS Char(5)), CAST('12' AS Integer), CAST(1.5 AS Money), CAST('x' 
 
 SELECT CAST(40000 AS SmallInt)
 ! 9006 1:8
+
+SELECT CAST(5000000000 AS Integer)
+! 9006 1:8
+
+SELECT CAST(5000000000 AS BIGINT), CAST('9007199254740993' AS LargeInt), CAST('12.7' AS Integer), CAST(-5000000000.5 AS NUMERIC(15,0))
+= 5000000000|9007199254740993|12|-5000000000
 
 -- Dates, written with one or two digits; text beside a date is one.
 CREATE TABLE Days (D Date, T Time, S TIMESTAMP, Amt Money, F Double, N Integer, Txt VARCHAR(10));
