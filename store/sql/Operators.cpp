@@ -56,6 +56,16 @@ class Logic final : public Binary {
   }
 };
 
+std::int64_t firstDay() {
+  static const std::int64_t kDay = Date(1, 1, 1).days();
+  return kDay;
+}
+
+std::int64_t lastDay() {
+  static const std::int64_t kDay = Date(9999, 12, 31).days();
+  return kDay;
+}
+
 // Sums and differences stay what they are made of; products and quotients of anything but whole numbers are floats.
 class Arithmetic final : public Binary {
  public:
@@ -70,6 +80,8 @@ class Arithmetic final : public Binary {
                       : op_ == Op::subtract ? __builtin_sub_overflow(left.whole, right.whole, &result)
                                             : __builtin_mul_overflow(left.whole, right.whole, &result);
     if (over) refuse(place, Code::badValue, "the result is too large.");
+    if (type == Type::date && (result < firstDay() || result > lastDay()))
+      refuse(place, Code::badValue, "the date is outside the years 1 to 9999.");
     return Datum::make(type, result);
   }
 
@@ -150,7 +162,9 @@ ExpressionPtr makeArithmetic(Op op, ExpressionPtr left, ExpressionPtr right, con
   const auto joins = [](Type type) { return type == Type::text || type == Type::null; };
   if (op == Op::add && joins(a) && joins(b) && (a == Type::text || b == Type::text))
     return makeBinary(Op::concatenate, std::move(left), std::move(right), source);
-  if (a == Type::date && b == Type::whole && (op == Op::add || op == Op::subtract))
+  const auto days = [](Type type) { return type == Type::whole || type == Type::null; };
+  if ((a == Type::date && days(b) && (op == Op::add || op == Op::subtract)) ||
+      (days(a) && b == Type::date && op == Op::add))
     return placed(std::make_unique<Arithmetic>(op, std::move(left), std::move(right), Type::date), source);
   if (a == Type::date && b == Type::date && op == Op::subtract)
     return placed(std::make_unique<Arithmetic>(op, std::move(left), std::move(right), Type::whole), source);

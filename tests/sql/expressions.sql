@@ -98,6 +98,13 @@ INSERT INTO Days (D) VALUES ('12-1-1')
 SELECT D - '2012-02-01', '2012-3-31' - D, COALESCE('2000-1-1', D), CASE WHEN false THEN '2000-1-1' ELSE D END FROM Days
 = 29|30|2000-01-01|2012-03-01
 
+-- A date and a number of days.
+SELECT D + 30, 30 + D, D - 1, D + null, null + D, D - null FROM Days
+= 2012-03-31|2012-03-31|2012-02-29|null|null|null
+
+SELECT D FROM Days WHERE D + 4294967296 = D
+! 9006 1:26 outside
+
 SELECT '2012-3-1' UNION SELECT D FROM Days
 = 2012-03-01
 
