@@ -144,9 +144,10 @@ class InsertSelect final : public ChangePlan {
     for (std::size_t i = 0; i < fields_.size() && items.size() == fields_.size(); ++i)
       places_.values[i] = items[i].expr->place;
     for (std::size_t i = 0; i < fields_.size(); ++i) {
-      const Type from = plan_->columns()[i].type;
       const FieldDef& field = table_.layout().field(fields_[i]);
       const Type to = typeOf(field.type);
+      plan_->adaptColumn(i, to);
+      const Type from = plan_->columns()[i].type;
       const auto calendar = [](Type type) { return type == Type::date || type == Type::dateTime; };
       if (from != to && from != Type::null && !(isNumber(from) && isNumber(to)) && !(calendar(from) && calendar(to)))
         refuse(places_.values[i], Code::typeMismatch,

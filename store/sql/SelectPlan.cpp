@@ -260,6 +260,21 @@ void SelectPlan::unifyUnion() {
   }
 }
 
+void SelectPlan::adaptColumn(std::size_t column, Type wanted) {
+  std::vector<ExpressionPtr*> branches;
+  for (const auto& core : cores_) branches.push_back(&core->items[column]);
+  const auto isNull = [](const Expression& item) {
+    const auto* constant = dynamic_cast<const Constant*>(&item);
+    return constant && constant->value().isNull();
+  };
+  const bool adapts = columns_[column].type == Type::text && wanted != Type::text && wanted != Type::blob &&
+                      std::all_of(branches.begin(), branches.end(),
+                                  [&](const ExpressionPtr* item) { return adaptsToOther(**item) || isNull(**item); });
+  if (!adapts) return;
+  for (ExpressionPtr* item : branches) *item = convertTo(std::move(*item), wanted);
+  columns_[column].type = wanted;
+}
+
 // A repeated name gets _1, _2, ...; the plain one finds the first.
 void SelectPlan::nameColumns() {
   std::set<std::string> taken;

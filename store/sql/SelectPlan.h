@@ -32,6 +32,8 @@ class SelectPlan {
   ~SelectPlan();
 
   const std::vector<SelectColumn>& columns() const { return columns_; }
+  // A column of quoted texts takes the type of the field that it goes to; one with other texts in it does not.
+  void adaptColumn(std::size_t column, Type wanted);
   void run(Frame* outer, const RowSink& sink);
 
   bool readsAround() const { return scope_.outerSources != 0 || scope_.readsBeyond; }

@@ -99,6 +99,23 @@ SELECT Code, Kind FROM Item WHERE Kind IS NOT NULL
 DELETE FROM Item WHERE ItemID NOT IN (SELECT MIN(ItemID) FROM Item UNION SELECT MAX(ItemID) FROM Item)
 + 3
 
+-- Quoted texts in the list of a SELECT become what the fields hold, as in VALUES; texts of a table do not.
+CREATE TABLE Event (D Date, T Time, N Integer, S VARCHAR(10));
+INSERT INTO Event SELECT '2012-3-1', '9:05', '7', '2012-3-1' UNION ALL SELECT '2012-3-2', null, 8, null
++ 2
+
+SELECT * FROM Event
+= 2012-03-01|09:05:00|7|'2012-3-1'
+= 2012-03-02|null|8|null
+
+INSERT INTO Event (D) SELECT 'soon' FROM Event
+! 9006 1:30 soon
+
+INSERT INTO Event (D) SELECT S FROM Event
+! 9021 1:30 a text
+
+DROP TABLE Event;
+
 -- A copy has the rows and no indexes; a name that is there is replaced.
 SELECT Code, Price INTO "\Memory\Copy" FROM Item
 + 2
