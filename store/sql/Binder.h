@@ -29,6 +29,7 @@ struct Scope {
   // What of the SELECTs around has been named: sources of the next one out, and anything further out.
   std::uint64_t outerSources = 0;
   bool readsBeyond = false;
+  std::vector<std::weak_ptr<SelectPlan>> inner;  // SELECTs in its expressions
 };
 
 enum class AggregateKind : std::uint8_t { sum, count, min, max, average };

@@ -219,6 +219,11 @@ struct Target {
     });
     frame.rows[0].view.reset();
   }
+  void explain(std::vector<std::string>& lines) {
+    levels[0].access->choose(1, frame);
+    lines.push_back(levels[0].access->explain());
+    SelectPlan::explainInner(scope, lines, 0, frame);
+  }
 
   Table& table;
   Compiler::LetGo atRest;
@@ -261,8 +266,7 @@ class Update final : public ChangePlan {
     return change.done();
   }
   void explain(std::vector<std::string>& lines) override {
-    target_.levels[0].access->choose(1, target_.frame);
-    lines.push_back(target_.levels[0].access->explain());
+    target_.explain(lines);
     lines.push_back("update");
   }
 
@@ -288,8 +292,7 @@ class Remove final : public ChangePlan {
     return change.done();
   }
   void explain(std::vector<std::string>& lines) override {
-    target_.levels[0].access->choose(1, target_.frame);
-    lines.push_back(target_.levels[0].access->explain());
+    target_.explain(lines);
     lines.push_back("delete");
   }
 
@@ -376,6 +379,7 @@ std::vector<std::string> explainStatement(Database& database, const Statement& s
     const auto plan = SelectPlan::make(compiler, *statement.select, nullptr);
     Database::Snapshot snapshot(database, compiler.tables());
     plan->explain(lines, 0);
+    if (!statement.select->into.empty()) lines.push_back("into " + statement.select->into);
   } else {
     const auto plan = ChangePlan::make(compiler, statement);
     Database::Snapshot snapshot(database, compiler.tables());

@@ -39,8 +39,10 @@ class SelectPlan {
   bool readsAround() const { return scope_.outerSources != 0 || scope_.readsBeyond; }
   bool readsBeyond() const { return scope_.readsBeyond; }
   std::uint64_t outerSources() const { return scope_.outerSources; }
-  // One line a step.
-  void explain(std::vector<std::string>& lines, int indent);
+  // One line a step; `outer` as in run.
+  void explain(std::vector<std::string>& lines, int indent, Frame* outer = nullptr);
+  // The same for those that stand in the expressions over `scope`, whose rows are those of the frame.
+  static void explainInner(const Scope& scope, std::vector<std::string>& lines, int indent, Frame& frame);
 
   // The one table whose rows and fields are the result's; null where there is none. For live results.
   Table* liveTable() const;

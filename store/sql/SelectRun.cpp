@@ -156,15 +156,25 @@ void SelectPlan::runGrouped(Core& core, Frame& frame, const std::function<bool(F
   });
 }
 
-void SelectPlan::explain(std::vector<std::string>& lines, int indent) {
+void SelectPlan::explainInner(const Scope& scope, std::vector<std::string>& lines, int indent, Frame& frame) {
+  for (const auto& one : scope.inner)
+    if (const auto plan = one.lock()) {
+      lines.push_back(std::string(static_cast<std::size_t>(indent) * 2, ' ') +
+                      (plan->readsAround() ? "for each row" : "once"));
+      plan->explain(lines, indent + 1, &frame);
+    }
+}
+
+void SelectPlan::explain(std::vector<std::string>& lines, int indent, Frame* outer) {
   const std::string space(static_cast<std::size_t>(indent) * 2, ' ');
   for (const auto& core : cores_) {
     if (cores_.size() > 1)
       lines.push_back(space + (core == cores_[0] ? "first" : core->unionAll ? "union all" : "union"));
     Frame frame;
+    frame.outer = outer;
     frame.rows.resize(core->levels.size());
     for (std::size_t s = 0; s < core->levels.size(); ++s) frame.rows[s].table = core->levels[s].table;
-    chooseWays(*core, limit(nullptr), frame);
+    chooseWays(*core, limit(outer), frame);
     for (Level& level : core->levels) {
       if (level.derived) {
         lines.push_back(space + "make " + level.table->name() + " from");
@@ -174,6 +184,7 @@ void SelectPlan::explain(std::vector<std::string>& lines, int indent) {
       if (level.join == JoinKind::left) line += ", or no row";
       lines.push_back(space + line);
     }
+    explainInner(core->scope, lines, indent, frame);
     if (core->grouped) lines.push_back(space + (core->groupBy.empty() ? "aggregate" : "group"));
     if (core->distinct) lines.push_back(space + "distinct");
   }

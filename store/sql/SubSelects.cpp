@@ -15,7 +15,7 @@ namespace {
 // A SELECT inside an expression. One that reads nothing from around it runs once for all rows.
 class SubSelect : public Expression {
  public:
-  SubSelect(Compiler& compiler, std::unique_ptr<SelectPlan> plan, Type result, int resultSize)
+  SubSelect(Compiler& compiler, std::shared_ptr<SelectPlan> plan, Type result, int resultSize)
       : Expression(result, resultSize), plan_(std::move(plan)) {
     atRest_ = compiler.atRest([this] {
       known_ = false;
@@ -28,7 +28,7 @@ class SubSelect : public Expression {
 
  protected:
   virtual void letGo() {}
-  std::unique_ptr<SelectPlan> plan_;
+  std::shared_ptr<SelectPlan> plan_;
   mutable bool known_ = false;
 
  private:
@@ -37,7 +37,7 @@ class SubSelect : public Expression {
 
 class Exists final : public SubSelect {
  public:
-  Exists(Compiler& compiler, std::unique_ptr<SelectPlan> plan, bool negated)
+  Exists(Compiler& compiler, std::shared_ptr<SelectPlan> plan, bool negated)
       : SubSelect(compiler, std::move(plan), Type::boolean, 0), negated_(negated) {}
   Datum eval(Frame& frame) const override {
     if (!known_ || plan_->readsAround()) {
@@ -58,7 +58,7 @@ class Exists final : public SubSelect {
 
 class Scalar final : public SubSelect {
  public:
-  Scalar(Compiler& compiler, std::unique_ptr<SelectPlan> plan, Type result, int resultSize)
+  Scalar(Compiler& compiler, std::shared_ptr<SelectPlan> plan, Type result, int resultSize)
       : SubSelect(compiler, std::move(plan), result, resultSize) {}
   Datum eval(Frame& frame) const override {
     if (known_ && !plan_->readsAround()) return value_;
@@ -87,7 +87,7 @@ class Scalar final : public SubSelect {
 // x IN (SELECT ...): the values are collected once, in the one type that both sides are compared in.
 class InSelect final : public SubSelect {
  public:
-  InSelect(Compiler& compiler, ExpressionPtr left, std::unique_ptr<SelectPlan> plan, Type common, bool negated)
+  InSelect(Compiler& compiler, ExpressionPtr left, std::shared_ptr<SelectPlan> plan, Type common, bool negated)
       : SubSelect(compiler, std::move(plan), Type::boolean, 0),
         left_(std::move(left)),
         common_(common),
@@ -171,7 +171,8 @@ class InSelect final : public SubSelect {
 
 ExpressionPtr Binder::bindSelect(const Expr& expr) {
   // Inside, the columns of this SELECT are those of single rows; a grouped one cannot be looked into from there.
-  std::unique_ptr<SelectPlan> plan = SelectPlan::make(compiler_, *expr.select, scope_);
+  std::shared_ptr<SelectPlan> plan = SelectPlan::make(compiler_, *expr.select, scope_);
+  if (scope_) scope_->inner.push_back(plan);
   if (expr.kind == ExprKind::exists) return std::make_unique<Exists>(compiler_, std::move(plan), expr.negated);
   if (plan->columns().size() != 1)
     refuse(expr.place, Code::badStatement,

@@ -313,6 +313,14 @@ TEST_F(QueryTest, ExplainTellsTheIndexThatServes) {
   EXPECT_THAT(plan("SELECT * FROM Cust WHERE ID IN (SELECT ID FROM Cust WHERE ID < 3)"),
               is("search Cust by the primary index for each value of a list"));
   EXPECT_THAT(plan("SELECT * FROM Cust WHERE ID IN (SELECT ID FROM Cust WHERE ID < 60)"), is("walk Cust\n"));
+  // SELECTs inside, each under what it is run for.
+  EXPECT_EQ(plan("DELETE FROM Cust WHERE ID NOT IN (SELECT MAX(ID) FROM Cust)"),
+            "walk Cust\nonce\n  take the last row of Cust by the primary index\n  aggregate\ndelete\n");
+  EXPECT_EQ(
+      plan("SELECT ID INTO Copy FROM Cust C WHERE EXISTS (SELECT 1 FROM Cust I WHERE I.ID = C.ID AND I.Name = "
+           "(SELECT MIN(Name) FROM Cust N WHERE N.ID > C.ID))"),
+      "walk Cust\nfor each row\n  search Cust by the primary index\n  for each row\n    search Cust by the primary "
+      "index\n    aggregate\ninto Copy\n");
   Query query(anna_->database, "EXPLAIN SELECT * FROM Cust WHERE ID = 3");
   EXPECT_TRUE(query.givesRows());
   query.open();
