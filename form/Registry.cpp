@@ -21,6 +21,10 @@ std::string foldedPath(std::string_view path) {
 
 }  // namespace
 
+bool endsWithPath(std::string_view path, std::string_view ending) {
+  return (">" + foldedPath(path)).ends_with(">" + foldedPath(ending));
+}
+
 std::string plainCaption(std::string_view caption) {
   std::string plain;
   for (std::size_t i = 0; i < caption.size(); ++i) {
@@ -57,9 +61,8 @@ std::vector<const MenuRow*> Registry::menuRows(std::string_view path) const {
   const std::string wanted = foldedPath(path);
   std::vector<const MenuRow*> whole, ends;
   for (const MenuRow& row : menu_) {
-    const std::string mine = foldedPath(row.path);
-    if (mine == wanted) whole.push_back(&row);
-    if (mine.ends_with(">" + wanted)) ends.push_back(&row);
+    if (foldedPath(row.path) == wanted) whole.push_back(&row);
+    if (endsWithPath(row.path, path)) ends.push_back(&row);
   }
   return whole.empty() ? ends : whole;
 }

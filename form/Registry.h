@@ -69,6 +69,8 @@ class Registry {
   std::vector<MenuRow> menu_;
 };
 
+// Whether "&GL > &JVs" ends with "JVs"; in any case, "&" and "..." left out.
+bool endsWithPath(std::string_view path, std::string_view ending);
 // A caption without its access key's mark and its "..." .
 std::string plainCaption(std::string_view caption);
 

@@ -34,6 +34,16 @@ void readCell(Target& target, std::string_view name, std::string_view cell) {
 
 }  // namespace
 
+void eachMenuEntry(const form::Control& holder,
+                   const std::function<void(const std::string& path, form::Control& entry)>& call,
+                   const std::string& path) {
+  for (const auto& child : holder.children()) {
+    const std::string mine = path + child->caption();
+    if (child->kind() == form::Kind::entry) call(mine, *child);
+    eachMenuEntry(*child, call, child->kind() == form::Kind::menu ? mine + " > " : path);
+  }
+}
+
 void eachControl(form::Control& holder, const std::function<void(form::Control&)>& call) {
   for (const auto& child : holder.children()) {
     call(*child);

@@ -37,6 +37,10 @@ Target targetNamed(const form::App& app, std::string_view name, const std::funct
 // Where the focus of a screen is, in the same form; empty for nowhere.
 std::string focusOf(const form::Screen& screen);
 
+// Calls for each entry of a screen's menus with its path, as "&File > &Companies > Acme".
+void eachMenuEntry(const form::Control& holder,
+                   const std::function<void(const std::string& path, form::Control& entry)>& call,
+                   const std::string& path = {});
 // Calls for each control in reading order, without columns.
 void eachControl(form::Control& holder, const std::function<void(form::Control&)>& call);
 

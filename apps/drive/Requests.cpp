@@ -48,16 +48,31 @@ Done serveOpen(Program& program, const Request& request, Reply&) {
                        names);
 }
 
+// What the main window's menus hold besides what is the same in every company: the companies. They stand behind, so
+// that a company's name changes no path of the program.
+Done serveListedEntry(Program& program, const std::string& asked) {
+  form::Screen& main = program.mainWindow();
+  std::vector<std::string> all, paths;
+  form::Control* found = nullptr;
+  eachMenuEntry(main.root(), [&](const std::string& path, form::Control& entry) {
+    if (!main.isVisible(entry)) return;
+    all.push_back(form::plainCaption(path));
+    if (!form::endsWithPath(path, asked)) return;
+    paths.push_back(all.back());
+    found = &entry;
+  });
+  if (found == nullptr) throw RequestRefused("There is no menu entry " + quoted(asked), all);
+  if (paths.size() > 1) throw RequestRefused("The menu entry " + quoted(asked) + " is ambiguous", paths);
+  return program.input().click(main, *found);
+}
+
 Done serveMenu(Program& program, const Request& request, Reply&) {
   const form::Registry& registry = program.app().registry();
   const std::vector<const form::MenuRow*> rows = registry.menuRows(request.name());
+  if (rows.empty()) return serveListedEntry(program, request.name());
   std::vector<std::string> paths;
   paths.reserve(rows.size());
   for (const form::MenuRow* row : rows) paths.push_back(form::plainCaption(row->path));
-  if (rows.empty()) {
-    for (const form::MenuRow& row : registry.menu()) paths.push_back(form::plainCaption(row.path));
-    throw RequestRefused("There is no menu entry " + quoted(request.name()), paths);
-  }
   // The same screen may stand in several menus.
   const bool same = std::ranges::all_of(
       rows, [&](const form::MenuRow* row) { return !row->screen.empty() && row->screen == rows.front()->screen; });

@@ -30,7 +30,7 @@ class StateWriter {
     out_.key("controls").object();
     eachControl(screen_.root(), [this](Control& control) { writeControl(control); });
     out_.endObject().key("menus").array();
-    writeMenus(screen_.root(), "");
+    writeMenus();
     return out_.endArray().endObject().text();
   }
 
@@ -146,17 +146,14 @@ class StateWriter {
     out_.member("page", *range_.page).member("text", pages.pageText(*range_.page));
   }
 
-  void writeMenus(const Control& holder, const std::string& path) {
-    for (const auto& child : holder.children()) {
-      if (child->kind() == Kind::entry) {
-        out_.object().member("name", child->name()).member("path", path + child->caption());
-        out_.member("enabled", screen_.isEnabled(*child)).member("visible", screen_.isVisible(*child));
-        out_.member("checked", child->checked()).member("hint", child->hint());
-        if (!child->shortcut().empty()) out_.member("shortcut", child->shortcut());
-        out_.endObject();
-      }
-      writeMenus(*child, child->kind() == Kind::menu ? path + child->caption() + " > " : path);
-    }
+  void writeMenus() {
+    eachMenuEntry(screen_.root(), [this](const std::string& path, const Control& entry) {
+      out_.object().member("name", entry.name()).member("path", path);
+      out_.member("enabled", screen_.isEnabled(entry)).member("visible", screen_.isVisible(entry));
+      out_.member("checked", entry.checked()).member("hint", entry.hint());
+      if (!entry.shortcut().empty()) out_.member("shortcut", entry.shortcut());
+      out_.endObject();
+    });
   }
 
   const form::App& app_;

@@ -13,7 +13,7 @@
    {"name":"mnuMoreCompanies","visible":false},{"name":"mnuExit"},"..."]}}
 
 # A folder that is not there: the company that is open stays, but nothing is offered until one is opened.
-> {"click":"frmQuillon.mnuCompany2"}
+> {"menu":"Companies > Pine"}
 < {"messages":[{"kind":"stop","caption":"Quillon Enterprise Accounting",
    "text":"Error opening company 'Pine', database '/nowhere/pine'...\rThe specified directory does not exist."}]}
 > {"state":"frmQuillon"}
@@ -140,11 +140,15 @@
 
 # Five names, and with a sixth the way to the others.
 > {"quit":true}
-= settings/Quillon.ini ["[Companies]\nBooks={folder}/company\nAcme={folder}/company\nEve=/e\nDan=/d\nSample Data=/s\n=/no name\n"]
+= settings/Quillon.ini ["[Companies]\nBooks={folder}/company\nAcme={folder}/company\nJVs=/e\nDan=/d\nSample Data=/s\n=/no name\n"]
 @ --today 2026-03-05
 > {"state":"frmQuillon"}
-< {"state":{"menus":["...",{"name":"mnuCompany4","path":"&File > &Companies > Eve"},
+< {"state":{"menus":["...",{"name":"mnuCompany4","path":"&File > &Companies > JVs"},
    {"name":"mnuCompany5","path":"&File > &Companies > Sample Data","visible":true},{"name":"mnuMoreCompanies","visible":false},"..."]}}
+> {"menu":"JVs"}
+< {"opened":["frmJVs"]}
+> {"menu":"Companies > JVs"}
+< {"closed":[],"messages":[{"text":"Error opening company 'JVs', database '/e'...\rThe specified directory does not exist."}]}
 > {"quit":true}
 = settings/Quillon.ini ["[Companies]\nBooks={folder}/company\nacme={folder}/company\nEve=/e\nDan=/d\nSample Data=/s\nFern=/f\n"]
 @ --today 2026-03-05
@@ -152,7 +156,7 @@
 < {"state":{"menus":["...",{"path":"&File > &Companies > acme"},{"path":"&File > &Companies > Books"},{"path":"&File > &Companies > Dan"},
    {"path":"&File > &Companies > Eve"},{"path":"&File > &Companies > Fern"},
    {"name":"mnuMoreCompanies","path":"&File > &Companies > &More...","visible":true},"..."]}}
-> {"click":"frmQuillon.mnuMoreCompanies"}
+> {"menu":"More..."}
 < {"waiting":{"modal":"frmSelectCompany"},"focus":"frmSelectCompany.editSearch"}
 > {"state":"frmSelectCompany"}
 < {"state":{"title":"Select Company","default":"btnOK","controls":{"lstCompanies":{"value":"acme",

@@ -77,9 +77,7 @@
 < {"messages":[],"waiting":null}
 > {"sql":"SELECT COUNT(*) N FROM Company"}
 < {"rows":[[1]]}
-> {"menu":"Pine Street"}
-< {"ok":false}
-> {"click":"frmQuillon.mnuCompany1"}
+> {"menu":"companies > pine street"}
 < {"waiting":{"modal":"frmGettingStarted"}}
 > {"close":"frmGettingStarted"}
 > {"quit":true}
