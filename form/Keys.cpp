@@ -176,6 +176,7 @@ Ended Input::escape(Screen& screen) {
   if (screen.typed()) return app_.run(screen, name, [&] { screen.dropTyped(); });
   if (focused && focused->grid() && focused->grid()->lines() && focused->grid()->cursor().isEditing())
     return app_.run(screen, name, [&] { focused->grid()->cursor().cancel(); });
+  if (!screen.closesByEsc()) throw Error("The key 'Esc' does nothing here");
   return close(screen);
 }
 

@@ -83,6 +83,9 @@ class Screen {
   Result& result() { return result_; }
   bool hasResult() const { return resultSet_; }
 
+  // Whether Esc asks to close it, when nothing is left to undo.
+  virtual bool closesByEsc() const { return true; }
+
   // Called by App.
   void prepare(const ScreenEntry& entry, std::string name);
   void show(const Open& open);

@@ -28,6 +28,7 @@ class TfrmQuillon final : public form::Screen {
  public:
   explicit TfrmQuillon(Session& session);
   std::string title() override { return kEdition; }
+  bool closesByEsc() const override { return false; }  // one key too many would end the program
 
  private:
   // A name and its switch in the View menu: a setting that is turned and written at once.

@@ -55,6 +55,8 @@
 < {"ok":false}
 > {"key":"Ctrl+F"}
 < {"ok":false}
+> {"key":"Esc"}
+< {"ok":false,"closed":[],"error":{"text":"The key 'Esc' does nothing here"}}
 > {"answer":"Yes"}
 < {"ok":false,"error":{"text":"Nothing waits for an answer"}}
 
