@@ -38,10 +38,11 @@ std::optional<Credentials> askWho(Session& session, const std::string& proposed)
 }  // namespace
 
 bool login(Session& session) {
+  session.currentUser.clear();
+  session.securityActive = true;  // also when nobody can tell, since the table is damaged
   store::Cursor& users = session.tblUsers();
   users.refresh();
   session.securityActive = !users.isEmpty();
-  session.currentUser.clear();
   if (!session.securityActive) return true;
   std::string proposed(firstCharacters(session.desktop().userName(), kLongestProposal));
   while (const std::optional<Credentials> who = askWho(session, proposed)) {
