@@ -11,6 +11,7 @@
 namespace quillon::shell {
 namespace {
 
+constexpr int kFirst = 1;       // of each family
 constexpr int kAttempts = 150;  // 10 ms apart: as long as any lock is waited for
 
 struct Told {
@@ -57,7 +58,9 @@ void DocumentNumbers::read() {
     } catch (const Error& error) {
       number.fault = error.what();
     }
-    number.now.value = number.before;
+    // What no document has needed yet waits below the first number of its family.
+    const bool waits = number.fault.empty() && number.before.asInt() < kFirst;
+    number.now.value = waits ? store::Value(kFirst) : number.before;
     number.typed = false;
   }
 }
@@ -66,7 +69,7 @@ bool DocumentNumbers::changed() const { return std::ranges::any_of(numbers_, &Nu
 
 void DocumentNumbers::requireNoZero() const {
   for (const Number& number : numbers_)
-    if (number.typed && number.now.value.asInt() == 0)
+    if (number.fault.empty() && number.now.value.asInt() == 0)
       form::refuse("Next number cannot be zero", form::focus(number.control()));
 }
 

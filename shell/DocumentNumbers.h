@@ -18,7 +18,7 @@ class DocumentNumbers {
   // As they are now. One whose table cannot be read is disabled, and says why.
   void read();
   bool changed() const;
-  // Refuses a zero that was typed. One that nobody touched is a number that no document has needed yet.
+  // Refuses a zero; one that is stored is shown as the number that the next document gets.
   void requireNoZero() const;
   // Each by itself, at the moment when nobody else takes a number. Refusal at the field of one that cannot be written.
   void write();

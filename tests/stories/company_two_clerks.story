@@ -40,12 +40,12 @@
 2> {"open":"TfrmCompany"}
 > {"state":"frmCompany"}
 < {"state":{"cursor":"insert","controls":{"editCompanyName":{"value":""},"editNextInvoiceNo":{"value":"50"},
-   "editNextOrderNo":{"value":"0"},"radBackupOnExit":{"data":null}}}}
+   "editNextOrderNo":{"value":"1"},"radBackupOnExit":{"data":null}}}}
 > {"set":"frmCompany.editCompanyName","value":"Acme"}
 > {"set":"frmCompany.editFiscalYear","value":"26"}
 2> {"state":"frmCompany"}
 2< {"state":{"cursor":"insert","controls":{"editCompanyName":{"value":""},"editNextInvoiceNo":{"value":"50"},
-   "editNextOrderNo":{"value":"0"},"radBackupOnExit":{"data":null}}}}
+   "editNextOrderNo":{"value":"1"},"radBackupOnExit":{"data":null}}}}
 2> {"set":"frmCompany.editCompanyName","value":"Other"}
 2> {"set":"frmCompany.editFiscalYear","value":"26"}
 > {"click":"frmCompany.btnOK"}
