@@ -9,6 +9,7 @@
 #include "store/Database.h"
 #include "store/Errors.h"
 #include "store/journal/CommitProtocol.h"
+#include "store/vfs/File.h"
 
 namespace quillon::shell {
 namespace {
@@ -41,6 +42,20 @@ class Still {
   std::vector<std::unique_ptr<store::Cursor>> held_;
 };
 
+// An earlier copy, or another company, is not replaced under those who have it open. A damaged one is.
+void requireUnused(store::Session& store, const std::string& folder) {
+  if (!store.environment().files.folderExists(folder)) return;
+  try {
+    store::Database database(store, folder);
+    if (!database.exists("Company")) return;
+    store::Cursor company(database, "Company");
+    company.setExclusive(true);
+    company.open();
+  } catch (const store::StoreError& error) {
+    if (error.code() == store::Code::tableInUse) throw Error("Somebody has the company in '" + folder + "' open");
+  }
+}
+
 class Hourglass {
  public:
   explicit Hourglass(form::Person& person) : person_(person) { person_.hourglass(true); }
@@ -60,6 +75,7 @@ std::string weekdayFolder(platform::Desktop& desktop, const std::string& company
 
 void copyCompany(store::Session& store, const std::string& company, const std::string& to,
                  const std::function<void(const platform::CopyProgress&)>& progress) {
+  requireUnused(store, to);
   const Still still(store, company);
   platform::copyFolder(company, to, progress);
 }

@@ -22,7 +22,7 @@ std::string weekdayFolder(platform::Desktop& desktop, const std::string& company
 // Copies the files of a company that this process has closed, without the folders beside them, into a folder, which is
 // made where missing. Files of the same name there are replaced when all are copied, so that what stops the copying
 // leaves an earlier copy whole. Nobody else can open a table of the company meanwhile.
-// Error with notAlone() when somebody is in it, else as platform::copyFolder.
+// Error with notAlone() when somebody is in it, when somebody has the earlier copy open, else as platform::copyFolder.
 void copyCompany(store::Session& store, const std::string& company, const std::string& to,
                  const std::function<void(const platform::CopyProgress&)>& progress);
 
