@@ -22,13 +22,6 @@ class UsageError final : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// The words that begin with "-" which a command takes; others are called wrongly.
-enum class OptionsTaken {
-  none,
-  login,  // --user and --password-file
-  own,    // it sees to them itself
-};
-
 // One word of the command line tool. `run` writes its answer to std::cout and nothing else; what went wrong it raises,
 // or, when the answer itself says so, it returns `failed` after one line on std::cerr.
 struct Command {
@@ -37,7 +30,9 @@ struct Command {
   std::string_view purpose;
   ExitStatus (*run)(Arguments);
   std::string_view details;  // lines of its own help, behind the purpose
-  OptionsTaken options = OptionsTaken::none;
+  // Of the options that every command may be given, those that it reads; it does not see the others.
+  Arguments reads = {};
+  bool hasOwnOptions = false;  // and refuses what it does not know itself
 };
 
 }  // namespace quillon::apps

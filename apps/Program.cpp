@@ -1,7 +1,6 @@
 #include "apps/Program.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 
 #include "apps/GivenLogin.h"
@@ -51,28 +50,43 @@ void take(ProgramOptions& options, std::string_view option, const std::string& v
   }
 }
 
+std::string_view optionOf(std::string_view word) { return word.substr(0, word.find('=')); }
+
+// The value of the option at `at`; moves `at` to its last word.
+std::string takeValue(Arguments arguments, std::size_t& at) {
+  const std::string_view word = arguments[at];
+  const std::size_t mark = word.find('=');
+  if (mark != word.npos) return std::string(word.substr(mark + 1));
+  return ++at < arguments.size() ? std::string(arguments[at]) : std::string();
+}
+
 }  // namespace
 
 ProgramOptions readProgramOptions(Arguments arguments) {
-  constexpr std::array<std::string_view, 9> kKnown = {"--settings", "--user",     "--password-file",
-                                                      "--today",    "--country",  "--date-format",
-                                                      "--printer",  "--print-to", "--paper"};
   ProgramOptions options;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::string_view word = arguments[i];
+    const std::string_view word = arguments[i], option = optionOf(word);
     if (!word.starts_with("--")) {
       options.words.emplace_back(word);
       continue;
     }
-    const std::size_t mark = std::min(word.find('='), word.size());
-    const std::string_view option = word.substr(0, mark);
-    if (!std::ranges::count(kKnown, option)) throw UsageError("there is no option " + std::string(option));
-    if (mark < word.size())
-      take(options, option, std::string(word.substr(mark + 1)));
-    else
-      take(options, option, ++i < arguments.size() ? std::string(arguments[i]) : std::string());
+    if (!std::ranges::count(kProgramOptions, option)) throw UsageError("there is no option " + std::string(option));
+    take(options, option, takeValue(arguments, i));
   }
   return options;
+}
+
+std::vector<std::string_view> withoutIdleOptions(Arguments arguments, Arguments read) {
+  ProgramOptions idle;
+  std::vector<std::string_view> left;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string_view option = optionOf(arguments[i]);
+    if (std::ranges::count(kProgramOptions, option) && !std::ranges::count(read, option))
+      take(idle, option, takeValue(arguments, i));
+    else
+      left.push_back(arguments[i]);
+  }
+  return left;
 }
 
 Program::Program(const ProgramOptions& options, form::Person& person)

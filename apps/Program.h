@@ -20,10 +20,16 @@ struct ProgramOptions {
   std::optional<shell::Credentials> credentials;
 };
 
-// Reads the options that all programs with screens have: --settings, --user and --password-file, --today, --country,
-// --date-format, --printer, --print-to and --paper, each as "--today=X" or "--today X". UsageError, and Error for a
-// password file that cannot be read.
+// The options that all programs with screens have, each given as "--today=X" or "--today X".
+inline constexpr std::string_view kProgramOptions[] = {"--settings", "--user",     "--password-file",
+                                                       "--today",    "--country",  "--date-format",
+                                                       "--printer",  "--print-to", "--paper"};
+
+// UsageError, and Error for a password file that cannot be read.
 ProgramOptions readProgramOptions(Arguments arguments);
+// The words without those of the options that are not `read`, so that a script may give the same ones to every command.
+// UsageError and Error for the ones left out, too.
+std::vector<std::string_view> withoutIdleOptions(Arguments arguments, Arguments read);
 
 // The program put together: the desktop, the store, all screens, and the main window, before whoever sits in front.
 class Program {

@@ -13,6 +13,7 @@
 #include "apps/ImportCommand.h"
 #include "apps/MaintainCommands.h"
 #include "apps/ProbeCommand.h"
+#include "apps/Program.h"
 #include "apps/SqlCommand.h"
 #include "apps/VerifyCommand.h"
 #include "apps/drive/DriveCommand.h"
@@ -22,30 +23,32 @@
 namespace quillon::apps {
 namespace {
 
+constexpr std::string_view kLogin[] = {"--user", "--password-file"};
+constexpr std::string_view kPlaceAndDay[] = {"--country", "--today"};
+
 constexpr Command kCommands[] = {
     {"drive",
      "[FOLDER] [--settings DIR] [--user NAME --password-file FILE] [--today YYYY-MM-DD] [--country NAME] "
      "[--date-format FMT] [--printer none|letter|a4] [--print-to DIR] [--paper letter|a4]",
      "the program without a window, driven by lines of JSON; docs/DRIVE.md tells them", driveCommand,
      "Reads a request a line from standard input and writes a reply a line. With FOLDER that company is opened first.",
-     OptionsTaken::own},
+     kProgramOptions, true},
     {"create",
      "FOLDER [--sample | --name TEXT --chart service|trade|manufacturing [--year YYYY] [--currency NAME]] "
      "[--country NAME] [--today YYYY-MM-DD]",
      "make a new company: its tables without data, or set up for work, or the sample company", createCommand,
-     "Makes the folder where it is not there. A folder that is a company already is refused.", OptionsTaken::own},
+     "Makes the folder where it is not there. A folder that is a company already is refused.", kPlaceAndDay, true},
     {"sql", "FOLDER [STATEMENT] [--json] [--keep-going] [LOGIN]",
      "run statements, from standard input without STATEMENT", sqlCommand,
      "Statements are ended by semicolons. Rows come as TSV under a line of names, with --json as JSON lines. The "
      "first\n"
      "statement that fails ends the run, with --keep-going none does.",
-     OptionsTaken::own},
+     kLogin, true},
     {"import", "FOLDER TABLE FILE [LOGIN]",
      "add the rows of a file with tabs between its cells to a table; all or none", importCommand,
-     "The first line names the fields. \\N is null; \\t, \\n, \\r and \\\\ stand for what they say.",
-     OptionsTaken::login},
+     "The first line names the fields. \\N is null; \\t, \\n, \\r and \\\\ stand for what they say.", kLogin},
     {"export", "FOLDER TABLE [LOGIN]", "print a table as import reads it", exportCommand,
-     "Rows come in the order in which they were added.", OptionsTaken::login},
+     "Rows come in the order in which they were added.", kLogin},
     {"verify", "FOLDER", "check every table of the company folder; changes nothing", verifyCommand,
      "Prints a line for each table with its faults under it. A fault is a failure."},
     {"repair", "FOLDER [TABLE...] [LOGIN]", "save what can be read of damaged tables; alone in the folder",
@@ -53,18 +56,18 @@ constexpr Command kCommands[] = {
      "All tables without TABLE, and the journal. Prints a line for each, with what was wrong and what was lost under\n"
      "it. A table of a company that is missing begins empty. Where anything is lost the damaged files are kept with\n"
      "~damaged behind their names, and the exit status is 1.",
-     OptionsTaken::login},
+     kLogin},
     {"optimize", "FOLDER [TABLE...] [LOGIN]",
      "make tables smaller and faster, and keep a copy of the old; alone in the folder", optimizeCommand,
      "All tables without TABLE. The old files are kept with ~old behind their names, in place of an earlier copy. A\n"
      "table that would gain nothing is left as it is, and so is one that is damaged: repair it first.",
-     OptionsTaken::login},
+     kLogin},
     {"backup", "FOLDER [TO] [--user NAME --password-file FILE] [--today YYYY-MM-DD]",
      "copy a company, by itself into the folder of the day of the week; alone in the folder", backupCommand,
      "Copies the files of the company, not the folders in it. The earlier copy in the folder TO is replaced when the "
      "new\n"
      "one is whole. A company that has users asks for one of them.",
-     OptionsTaken::own},
+     kProgramOptions, true},
     {"probe", "FOLDER", "try whether several processes can share the folder", probeCommand,
      "Tries locks, writes, renames and syncs with a second process, and prints a line for each."},
 };
@@ -84,6 +87,7 @@ void printHelp(std::ostream& out) {
          "LOGIN, in a company that has users: --user NAME --password-file FILE, of one who has the right Security; "
          "the\n"
          "password is the first line of the file.\n"
+         "Every command may be given the options of drive, also those that mean nothing to it.\n"
          "Exit status: 0 done; 1 refused or failed, with the reason on standard error; 2 called wrongly.\n";
 }
 
@@ -100,22 +104,18 @@ ExitStatus misused(const std::string& reason, std::string_view usage) {
   return ExitStatus::usage;
 }
 
-bool isOfLogin(std::string_view word) {
-  const std::string_view option = word.substr(0, word.find('='));
-  return option == "--user" || option == "--password-file";
-}
-
 ExitStatus runCommand(const Command& command, Arguments arguments) try {
   if (std::ranges::count(arguments, std::string_view("--help"))) {
     printHelp(command);
     return ExitStatus::done;
   }
-  const bool login = command.options == OptionsTaken::login;
-  for (const std::string_view word : arguments)
-    if (command.options != OptionsTaken::own && word.starts_with('-') && word.size() > 1 && !(login && isOfLogin(word)))
+  const std::vector<std::string_view> words = withoutIdleOptions(arguments, command.reads);
+  for (const std::string_view word : words)
+    if (!command.hasOwnOptions && word.starts_with('-') && word.size() > 1 &&
+        !std::ranges::count(command.reads, word.substr(0, word.find('='))))
       throw UsageError(std::string(command.name) + " has no option " + std::string(word) +
                        "; a name that begins so is written with ./ before it");
-  return command.run(arguments);
+  return command.run(words);
 } catch (const UsageError& error) {
   return misused(error.what(), usageOf(command));
 } catch (const Abort&) {
