@@ -4,28 +4,19 @@
 #include <string>
 #include <vector>
 
+#include "form/RunLocks.h"
 #include "form/Screen.h"
 #include "store/Query.h"
 
 namespace quillon::form {
 
-enum class RunLock {
-  table,      // others may read it and not write it
-  exclusive,  // nobody else has it open: a control table
-};
-
 // What a run locks, in which order and with which words, and what its transaction covers.
 struct RunPlan {
-  struct Lock {
-    std::string table;
-    RunLock kind;
-    std::string words;  // of the Retry and Cancel when another holds it
-  };
   std::string title;         // "Post Journal Vouchers"
   std::string counted;       // " JV(s) to be posted"
   std::string documents;     // the statement that selects them
   std::string screen, name;  // of the entry screen that must be closed: "frmJV", "Journal Voucher"
-  std::vector<Lock> locks;
+  std::vector<LockPlan> locks;
   std::vector<std::string> transaction;
 };
 
@@ -50,7 +41,6 @@ class PostingRun : public Screen {
   store::Cursor& locked(std::string_view table);
 
  private:
-  class Locks;
   void build(Layout& layout) override;
   void shown(const Open& open) override;
   void btnOKClick();
@@ -60,7 +50,7 @@ class PostingRun : public Screen {
   RunPlan plan_;
   std::uint64_t count_ = 0;
   std::unique_ptr<store::Query> documents_;
-  Locks* locks_ = nullptr;
+  RunLocks* locks_ = nullptr;
 };
 
 }  // namespace quillon::form

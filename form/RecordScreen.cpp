@@ -76,7 +76,7 @@ void RecordScreen::save() {
   }
   for (Table* table : tables()) table->flush();
   for (LineSnapshot* snapshot : snapshots_) snapshot->drop();
-  moveList();
+  if (savedOnce_) moveList();
 }
 
 // An id that another process took meanwhile is taken anew: nobody typed it, so nobody is to mend it.
@@ -109,7 +109,7 @@ void RecordScreen::undo() {
 
 // The list may be closed, or its filter may hide the row: neither concerns the record, which is saved.
 void RecordScreen::moveList() {
-  if (!savedOnce_ || plan_.list.empty()) return;
+  if (plan_.list.empty()) return;
   Screen* list = app().find(plan_.list);
   if (list == nullptr || !list->visible()) return;
   const std::string& table = record().definition().name;

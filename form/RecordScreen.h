@@ -42,6 +42,9 @@ class RecordScreen : public Screen {
   void startNew();
   bool savedOnce() const { return savedOnce_; }
 
+  // Shows the record in the list, where that is on view.
+  void moveList();
+
   // The commands that every one has.
   void btnOKClick();
   void btnCancelClick();
@@ -54,7 +57,6 @@ class RecordScreen : public Screen {
 
  private:
   store::ErrorAnswer recordError(const store::StoreError& error);
-  void moveList();
   void postRecord();
 
   RecordPlan plan_;

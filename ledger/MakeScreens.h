@@ -23,6 +23,7 @@ ScreenPtr makeGLAccountSubSearch(shell::Session& session);
 ScreenPtr makeJVs(shell::Session& session);
 ScreenPtr makeJVsFilter(shell::Session& session);
 ScreenPtr makeJVsFind(shell::Session& session);
+ScreenPtr makeJVsPost(shell::Session& session);
 ScreenPtr makeJV(shell::Session& session);
 ScreenPtr makeImportJVData(shell::Session& session);
 

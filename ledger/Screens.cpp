@@ -29,6 +29,7 @@ constexpr Row kScreens[] = {
     {.className = "TfrmJVs", .make = makeJVs, .opening = Opening::list, .help = 210},
     {"TfrmJVsFilter", makeJVsFilter, Opening::companion, Lifetime::hidden, false, 210},
     {"TfrmJVsFind", makeJVsFind, Opening::companion, Lifetime::hidden, false, 210},
+    {.className = "TfrmJVsPost", .make = makeJVsPost, .help = 210},
     {.className = "TfrmJV", .make = makeJV, .help = 210},
     {.className = "TfrmImportJVData", .make = makeImportJVData, .help = 210},
 };

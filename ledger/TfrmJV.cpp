@@ -1,13 +1,16 @@
 // Journal voucher entry: a header and its debit and credit lines, saved line by line.
 //
-// Keeps: a saved voucher balances and its period is open; a posted voucher is read-only. Cancel puts the lines back as
-// they were before the first change (form::LineSnapshot).
+// Keeps: a saved voucher balances and its period is open; a posted voucher is read-only until it is unposted. Cancel
+// puts the lines back as they were before the first change (form::LineSnapshot).
 #include <map>
 
 #include "form/Grid.h"
 #include "form/RecordScreen.h"
+#include "form/RunLocks.h"
+#include "form/Transaction.h"
 #include "ledger/Accounts.h"
 #include "ledger/MakeScreens.h"
+#include "ledger/PostVouchers.h"
 #include "ledger/VoucherLines.h"
 #include "ledger/VoucherNumbers.h"
 #include "shell/Periods.h"
@@ -26,6 +29,9 @@ using store::Value;
 // What OK & New carries over.
 constexpr const char* kKeptFields[] = {"GLYear", "GLPeriod", "TransDate"};
 
+constexpr const char* kClosedYear =
+    "JV is from a previous closed year.\r\rYou need to re-open the year before you can unpost this JV.\rMenu File | "
+    "General | Your Company\rChange the Fiscal Year.";
 constexpr const char* kPosted =
     "Posted JVs cannot be changed...\r\rTo make changes you need to unpost the JV using the button at the top "
     "right\r(not available for JVs from a prior closed year, but you can re-open the year).";
@@ -46,6 +52,7 @@ class TfrmJV final : public form::RecordScreen, public VoucherLineTaker {
   void tblJVDetBeforePost();
   void tblJVDetAfterPost();
   void tblJVDetAfterDelete();
+  void btnUnpostClick();
   void btnOKNewClick();
   void btnNewClick();
   void btnDeleteClick();
@@ -54,6 +61,8 @@ class TfrmJV final : public form::RecordScreen, public VoucherLineTaker {
   form::Control& headerFields(form::Layout& l);
   std::vector<std::unique_ptr<form::Control>> lineColumns(form::Layout& l);
   bool isPosted() { return tblJV.isOpen() && tblJV["Posted"].asBool(); }
+  void readAgain(const Value& id);
+  void unpost(const Value& id);
   void copyFrom(const Value& id);
   void sumLines();
   void moveTotals(Money before, Money after);
@@ -132,7 +141,7 @@ form::Control& TfrmJV::headerFields(form::Layout& l) {
   for (form::Control* control : {&number, &date, &description, &reverse})
     control->readOnlyWhen(posted).explains(std::string(kPosted));
   l.row(period, number, date, l.pickButton("btnTransDate", date), l.mark("lblPosted", "POSTED", posted),
-        l.button("btnUnpost", "Unpost", [] {}).hint("Unpost this JV").visibleWhen(posted).disabled());
+        l.button("btnUnpost", "Unpost", &TfrmJV::btnUnpostClick).hint("Unpost this JV").visibleWhen(posted));
   return l.row(description, reverse);
 }
 
@@ -274,6 +283,47 @@ std::string TfrmJV::totalsText() const {
 }
 
 // Commands.
+
+void TfrmJV::btnUnpostClick() {
+  session_.tblCompany().refresh();
+  if (tblJV["GLYear"].asInt() < session_.tblCompany()["FiscalYear"].asInt())
+    return app().person().show(form::Tone::information, kClosedYear);
+  if (!app().person().confirm("Unpost this JV?")) return;
+  const Value id = tblJV.value("JVID");
+  readAgain(id);
+  {
+    // Whoever edits the voucher is met here, where nobody waits for the tables.
+    const store::Cursor::Silence ofPosted(tblJV);
+    tblJV.edit();
+    tblJV.cancel();
+  }
+  try {
+    unpost(id);
+  } catch (...) {
+    readAgain(id);
+    throw;
+  }
+  readAgain(id);
+  moveList();
+}
+
+void TfrmJV::unpost(const Value& id) {
+  form::RunLocks locks(app());
+  locks.take({"GLActual", form::RunLock::table, kTotalsAreLocked});
+  app().person().hourglass(true);
+  form::transact(database(), kPostingTables, [&] { PostVouchers(database()).unpost(id); });
+}
+
+// One that somebody deleted meanwhile is closed: what stands behind it is another.
+void TfrmJV::readAgain(const Value& id) {
+  tblJV.rereadRow();
+  if (tblJV.isEmpty() || tblJV.value("JVID") != id) {
+    app().closeLater(*this);
+    refuse("This record has been deleted by another user");
+  }
+  tblJVDet.refresh();
+  sumLines();
+}
 
 void TfrmJV::btnOKNewClick() {
   save();

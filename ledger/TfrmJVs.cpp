@@ -22,6 +22,7 @@ class TfrmJVs final : public form::ListScreen {
  private:
   void build(form::Layout& layout) override;
   void mnuDeleteClick() override;
+  void mnuPostClick();
   void mnuCopyClick();
   void mnuUnpostClick();
   void find(const std::string& typed) override;
@@ -42,7 +43,7 @@ TfrmJVs::TfrmJVs(shell::Session& session)
 void TfrmJVs::build(form::Layout& l) {
   tblJV.setIndex("PeriodJVNumberDESC");
   form::Control& edit = editMenu(l);
-  form::Control& post = l.entry("mnuPost", "&Post...", [this] { app().runModal("TfrmJVsPost"); }).disabled();
+  form::Control& post = l.entry("mnuPost", "&Post...", &TfrmJVs::mnuPostClick);
   form::Control& copy = l.entry("mnuCopy", "&Copy", &TfrmJVs::mnuCopyClick);
   form::Control& unpost = l.entry("mnuUnpost", "&Unpost Selected JV", &TfrmJVs::mnuUnpostClick);
   form::Control& history = l.entry("mnuHistory", "&History", [] {}).disabled();
@@ -91,6 +92,10 @@ void TfrmJVs::mnuDeleteClick() {
     lines.execute();
     tblJV.remove();
   });
+}
+
+void TfrmJVs::mnuPostClick() {
+  if (app().runModal("TfrmJVsPost").confirmed) mnuRefreshClick();
 }
 
 void TfrmJVs::mnuCopyClick() {
