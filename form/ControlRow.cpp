@@ -57,12 +57,17 @@ void openExclusively(App& app, const ControlRow& control, store::Cursor& cursor)
 
 }  // namespace
 
+// Without it numbers would begin anew, and meet those that documents have.
+void requireControlRow(store::Cursor& row) {
+  if (row.isEmpty())
+    throw Error("The table '" + row.definition().name +
+                "' has lost its row of next numbers. Please restore it from a backup.");
+}
+
 void takeNumbers(App& app, const ControlRow& control, const std::function<void(store::Cursor& row)>& take) {
   store::Cursor row(app.database(), control.table, "tbl" + control.table);
   openExclusively(app, control, row);
-  // Without it numbers would begin anew, and meet those that documents have.
-  if (row.isEmpty())
-    throw Error("The table '" + control.table + "' has lost its row of next numbers. Please restore it from a backup.");
+  requireControlRow(row);
   row.edit();
   take(row);
   row.post();

@@ -23,4 +23,7 @@ struct ControlRow {
 // closed. Cancel in the dialog is a silent stop.
 void takeNumbers(App& app, const ControlRow& control, const std::function<void(store::Cursor& row)>& take);
 
+// Error where a control table, open, has no row.
+void requireControlRow(store::Cursor& row);
+
 }  // namespace quillon::form

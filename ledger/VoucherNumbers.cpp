@@ -10,16 +10,19 @@ constexpr int kAttempts = 150;  // 10 ms apart: as long as any lock is waited fo
 
 }  // namespace
 
+VoucherNumbers raiseVoucherNumbers(store::Cursor& tblJVCtl, const std::function<bool(int)>& isUsed) {
+  VoucherNumbers taken{tblJVCtl["NextJVID"].asInt(), tblJVCtl["NextJVNumber"].asInt()};
+  if (taken.number < kLowestVoucherNumber || taken.number > kHighestVoucherNumber) taken.number = kLowestVoucherNumber;
+  while (isUsed(taken.number)) ++taken.number;
+  tblJVCtl["NextJVID"] = taken.id + 1;
+  tblJVCtl["NextJVNumber"] = taken.number + 1;
+  return taken;
+}
+
 VoucherNumbers takeVoucherNumbers(form::App& app) {
   VoucherNumbers taken;
-  form::takeNumbers(app, {.table = "JVCtl", .attempts = kAttempts}, [&](store::Cursor& tblJVCtl) {
-    taken.id = tblJVCtl["NextJVID"].asInt();
-    tblJVCtl["NextJVID"] = taken.id + 1;
-    taken.number = tblJVCtl["NextJVNumber"].asInt();
-    if (taken.number < kLowestVoucherNumber || taken.number > kHighestVoucherNumber)
-      taken.number = kLowestVoucherNumber;
-    tblJVCtl["NextJVNumber"] = taken.number + 1;
-  });
+  form::takeNumbers(app, {.table = "JVCtl", .attempts = kAttempts},
+                    [&](store::Cursor& tblJVCtl) { taken = raiseVoucherNumbers(tblJVCtl, [](int) { return false; }); });
   return taken;
 }
 

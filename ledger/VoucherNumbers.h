@@ -1,7 +1,12 @@
 #pragma once
 
+#include <functional>
+
 namespace quillon::form {
 class App;
+}
+namespace quillon::store {
+class Cursor;
 }
 
 namespace quillon::ledger {
@@ -16,6 +21,10 @@ struct VoucherNumbers {
 // number is not looked at: its saving will tell.
 VoucherNumbers takeVoucherNumbers(form::App& app);
 
+// The same of the row of JVCtl that is in edit, without posting it; numbers that are used are passed over.
+VoucherNumbers raiseVoucherNumbers(store::Cursor& tblJVCtl, const std::function<bool(int number)>& isUsed);
+
+// Behind the highest the numbers begin anew at the lowest.
 inline constexpr int kLowestVoucherNumber = 1001, kHighestVoucherNumber = 10000000;
 
 }  // namespace quillon::ledger
