@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/AuditCommand.h"
 #include "apps/BackupCommand.h"
 #include "apps/Command.h"
 #include "apps/CreateCommand.h"
@@ -51,6 +52,11 @@ constexpr Command kCommands[] = {
      "Rows come in the order in which they were added.", kLogin},
     {"verify", "FOLDER", "check every table of the company folder; changes nothing", verifyCommand,
      "Prints a line for each table with its faults under it. A fault is a failure."},
+    {"audit", "FOLDER [LOGIN]", "work the ledger out anew from its vouchers and history; changes nothing", auditCommand,
+     "Prints each stored value that disagrees with what it follows from, and under a heading of its own entry that "
+     "was\n"
+     "interrupted or is going on. A disagreement is a failure.",
+     OptionsTaken::login},
     {"repair", "FOLDER [TABLE...] [LOGIN]", "save what can be read of damaged tables; alone in the folder",
      repairCommand,
      "All tables without TABLE, and the journal. Prints a line for each, with what was wrong and what was lost under\n"
