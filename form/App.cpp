@@ -106,6 +106,11 @@ void App::requireAccess(const ScreenEntry& entry) const {
   if (!checkAccess(entry.right, entry.displayName.empty() ? entry.right : entry.displayName)) throw Abort();
 }
 
+bool App::has(std::string_view className) const {
+  const ScreenEntry* entry = registry_.find(className);
+  return entry != nullptr && entry->make;
+}
+
 Screen& App::open(std::string_view className, const Open& open) {
   const ScreenEntry& entry = entryOf(className);
   requireAccess(entry);

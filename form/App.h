@@ -76,6 +76,8 @@ class App {
 
   // What the menus do. The screen, or null when it was modal or did not come on view.
   Screen* openFromMenu(std::string_view className);
+  // Whether this version has a screen.
+  bool has(std::string_view className) const;
   // One instance, brought to the front. A silent stop where the person may not use it, which they were told; Error when
   // this version does not have it.
   Screen& open(std::string_view className, const Open& open = {});

@@ -77,6 +77,8 @@ struct CodeOf {
   std::string filter = {};  // of the picker
   store::Value level = {};  // for a picker that serves several tables
 };
+// The rows of a table, by a text that is unique among them and in its order, behind none at all.
+ConverterPtr rowsConverter(App& app, std::string table, std::string idField, std::string shownField, std::string index);
 BindingPtr codeBinding(App& app, store::Cursor& cursor, std::string idField, CodeOf code);
 BindingPtr codeBinding(App& app, Variable& variable, CodeOf code);
 

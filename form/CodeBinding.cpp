@@ -73,6 +73,19 @@ ConverterPtr idConverter(const App& app) { return wholeConverter(app.formats(), 
 
 }  // namespace
 
+ConverterPtr rowsConverter(App& app, std::string table, std::string idField, std::string shownField,
+                           std::string index) {
+  return choicesConverter([&app, table = std::move(table), idField = std::move(idField),
+                           shownField = std::move(shownField), index = std::move(index)] {
+    Choices choices = {{Value(), ""}};
+    store::Cursor rows(app.database(), table);
+    rows.setIndex(index);
+    rows.open();
+    for (rows.first(); !rows.eof(); rows.next()) choices.emplace_back(rows.value(idField), rows[shownField].asText());
+    return choices;
+  });
+}
+
 BindingPtr codeBinding(App& app, store::Cursor& cursor, std::string idField, CodeOf code) {
   auto target = fieldBinding(cursor, std::move(idField), idConverter(app));
   return std::make_unique<CodeBinding>(app, std::move(target), std::move(code));

@@ -103,6 +103,17 @@ Control& Layout::code(std::string caption, const store::Field& idField, CodeOf c
   return control;
 }
 
+Control& Layout::codeAndName(std::string caption, const store::Field& idField, CodeOf code, std::string nameField) {
+  const auto name = [&app = screen_.app(), &cursor = idField.cursor(), field = fieldName(idField), table = code.table,
+                     id = code.idField, nameField = std::move(nameField)] {
+    const store::Value wanted = cursor.isOpen() ? cursor.value(field) : store::Value();
+    if (wanted.isNull()) return std::string();
+    return app.lookUp(table).lookup(id, {wanted}, nameField).asText();
+  };
+  Control& number = this->code(std::move(caption), idField, std::move(code));
+  return row(number, label("lbl" + number.name().substr(4), name));
+}
+
 Control& Layout::period(std::string caption, const store::Field& period, const store::Field& year) {
   Control& number = bound(Kind::edit, "edit", std::move(caption), period,
                           wholeConverter(screen_.app().formats(), 1, 12, "Period must be between 1 and 12"));
@@ -212,7 +223,11 @@ Control& Layout::pageview(std::string name, PageSource* pages) {
 }
 
 Control& Layout::grid(store::Cursor& cursor, std::vector<std::unique_ptr<Control>> columns) {
-  Control& control = make(Kind::grid, "grd" + cursor.definition().name, {});
+  return grid("grd" + cursor.definition().name, cursor, std::move(columns));
+}
+
+Control& Layout::grid(std::string name, store::Cursor& cursor, std::vector<std::unique_ptr<Control>> columns) {
+  Control& control = make(Kind::grid, std::move(name), {});
   control.setGrid(std::make_unique<Grid>(cursor, false));
   control.grid()->setColumns(std::move(columns));
   return control;
@@ -241,6 +256,13 @@ std::unique_ptr<Control> Layout::codeColumn(std::string caption, const store::Fi
   const std::string name = fieldName(idField);
   return makeColumn(std::move(caption), controlNameOf(name),
                     codeBinding(screen_.app(), idField.cursor(), name, std::move(code)));
+}
+
+std::unique_ptr<Control> Layout::shownColumn(std::string name, std::string caption, std::function<store::Value()> value,
+                                             ConverterPtr converter, int width) {
+  auto column = makeColumn(std::move(caption), std::move(name), shownBinding(std::move(value), std::move(converter)));
+  column->readOnlyAlways().wide(width);
+  return column;
 }
 
 std::unique_ptr<Control> Layout::shownColumn(std::string name, std::string caption, std::function<std::string()> text,

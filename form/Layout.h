@@ -32,6 +32,8 @@ class Layout {
   Control& choice(std::string caption, const store::Field& field, ConverterPtr choices);
   Control& memo(std::string caption, const store::Field& field);
   Control& code(std::string caption, const store::Field& idField, CodeOf code);
+  // The same, and beside it what that row has in another field.
+  Control& codeAndName(std::string caption, const store::Field& idField, CodeOf code, std::string nameField);
   // A period and its year, of two digits, side by side.
   Control& period(std::string caption, const store::Field& period, const store::Field& year);
 
@@ -76,12 +78,16 @@ class Layout {
   Control& pageview(std::string name, PageSource* pages);
 
   // Grids. Columns are made by the functions below.
-  Control& grid(store::Cursor& cursor, std::vector<std::unique_ptr<Control>> columns);   // a list
+  Control& grid(store::Cursor& cursor, std::vector<std::unique_ptr<Control>> columns);  // a list
+  // A list whose cursor may be closed yet, of columns that are worked out.
+  Control& grid(std::string name, store::Cursor& cursor, std::vector<std::unique_ptr<Control>> columns);
   Control& lines(store::Cursor& cursor, std::vector<std::unique_ptr<Control>> columns);  // typed into
   std::unique_ptr<Control> column(std::string caption, const store::Field& field, ConverterPtr converter = nullptr);
   std::unique_ptr<Control> codeColumn(std::string caption, const store::Field& idField, CodeOf code);
   std::unique_ptr<Control> shownColumn(std::string name, std::string caption, std::function<std::string()> text,
                                        int width);
+  std::unique_ptr<Control> shownColumn(std::string name, std::string caption, std::function<store::Value()> value,
+                                       ConverterPtr converter, int width);
   template <typename... Columns>
   static std::vector<std::unique_ptr<Control>> columns(Columns... some) {
     std::vector<std::unique_ptr<Control>> all;

@@ -30,32 +30,43 @@ void ListScreen::setView(std::string name, std::string clause) {
 }
 
 void ListScreen::resetFilter() {
+  clearConditions();
+  applyFilter();
+}
+
+void ListScreen::clearConditions() {
   filter_.clear();
   jump_.clear();
-  if (auto* filter =
-          dynamic_cast<FilterScreen*>(app().find(plan_.filterScreen.substr(plan_.filterScreen.empty() ? 0 : 1))))
-    filter->reset();
-  applyFilter();
+  if (plan_.filterScreen.empty()) return;
+  if (auto* filter = dynamic_cast<FilterScreen*>(app().find(plan_.filterScreen.substr(1)))) filter->reset();
 }
 
 void ListScreen::applyFilter() {
   std::string all;
   for (const std::string* part : {&filter_, &jump_, &view_})
     if (!part->empty()) all += (all.empty() ? "" : " AND ") + *part;
+  showOnly(all);
+}
+
+void ListScreen::showOnly(const std::string& condition) {
   Table& filtered = *tables().front();
-  filtered.setFilter(all);
-  filtered.setFiltered(!all.empty());
+  filtered.setFilter(condition);
+  filtered.setFiltered(!condition.empty());
 }
 
 Control& ListScreen::editMenu(Layout& l) {
-  Control& make = l.entry("mnuNew", "&New", &ListScreen::mnuNewClick).key("Ctrl+N");
-  Control& edit = l.entry("mnuEdit", "&Edit", &ListScreen::mnuEditClick);
-  Control& remove = l.entry("mnuDelete", "&Delete", &ListScreen::mnuDeleteClick);
-  Control& find = l.entry("mnuFind", "&Find...", &ListScreen::mnuFindClick).key("Ctrl+F");
-  Control& filter =
-      l.entry("mnuFilter", "F&ilter...", &ListScreen::mnuFilterClick).checkedWhen([this] { return isFiltered(); });
-  Control& refresh = l.entry("mnuRefresh", "&Refresh", &ListScreen::mnuRefreshClick).key("F5");
-  return l.menu("&Edit", make, edit, remove, find, filter, refresh);
+  std::vector<Control*> entries;
+  if (!plan_.record.empty()) {
+    entries.push_back(&l.entry("mnuNew", "&New", &ListScreen::mnuNewClick).key("Ctrl+N"));
+    entries.push_back(&l.entry("mnuEdit", "&Edit", &ListScreen::mnuEditClick));
+    entries.push_back(&l.entry("mnuDelete", "&Delete", &ListScreen::mnuDeleteClick));
+  }
+  if (!plan_.find.empty()) entries.push_back(&l.entry("mnuFind", "&Find...", &ListScreen::mnuFindClick).key("Ctrl+F"));
+  if (!plan_.filterScreen.empty())
+    entries.push_back(
+        &l.entry("mnuFilter", "F&ilter...", &ListScreen::mnuFilterClick).checkedWhen([this] { return isFiltered(); }));
+  entries.push_back(&l.entry("mnuRefresh", "&Refresh", &ListScreen::mnuRefreshClick).key("F5"));
+  return l.menuOf("&Edit", entries);
 }
 
 Control& ListScreen::sortEntry(Layout& l, std::string name, std::string caption, std::string index) {
@@ -65,7 +76,7 @@ Control& ListScreen::sortEntry(Layout& l, std::string name, std::string caption,
 
 Control& ListScreen::listGrid(Layout& l, std::vector<std::unique_ptr<Control>> columns) {
   Control& control = l.grid(rows(), std::move(columns)).opens([this] { mnuEditClick(); });
-  control.grid()->search = [this](const std::string& typed) { find(typed); };
+  if (!plan_.find.empty()) control.grid()->search = [this](const std::string& typed) { find(typed); };
   return control;
 }
 
@@ -98,8 +109,8 @@ void ListScreen::find(const std::string& typed) {
 
 void ListScreen::shown(const Open& open) {
   setFocus(gridOf(rows()));
-  rows().refresh();
-  if (!open.filter.empty()) resetFilter();
+  if (rows().isOpen()) rows().refresh();
+  if (!open.filter.empty()) clearConditions();
   jump_ = open.filter;
   applyFilter();
   for (const auto& [field, value] : open.locate) rows().locate(field, {value});
@@ -110,7 +121,7 @@ void ListScreen::closed() {
 }
 
 void ListScreen::shownAgain(const Open& open) {
-  resetFilter();
+  clearConditions();
   shown(open);
 }
 

@@ -10,11 +10,11 @@ namespace quillon::form {
 
 // What a list screen does as all others do.
 struct ListPlan {
-  std::string title;         // "Journal Vouchers"
-  std::string record;        // class of the record screen
-  std::string key;           // the field by which it finds its row
-  std::string filterScreen;  // class; empty: none
-  std::string find;          // class of the picker or find screen; empty: none
+  std::string title;              // "Journal Vouchers"
+  std::string record;             // class of the record screen; empty: none
+  std::string key;                // the field by which it finds its row
+  std::string filterScreen = {};  // class; empty: none
+  std::string find = {};          // class of the picker or find screen; empty: none
 };
 
 // A grid over the first of its tables, with the commands that every list has.
@@ -33,12 +33,15 @@ class ListScreen : public Screen {
   bool isFiltered() const { return !filter_.empty() || !jump_.empty(); }
 
  protected:
-  virtual Table& rows() const { return *tables().front(); }
+  virtual store::Cursor& rows() const { return *tables().front(); }
   virtual std::string keyField() const { return plan_.key; }
   // A view with its name for the title; an empty clause is none.
   void setView(std::string name, std::string clause);
 
-  // New, Edit, Delete, Find..., Filter..., Refresh.
+  // Shows the rows that pass; empty: all.
+  virtual void showOnly(const std::string& condition);
+
+  // New, Edit, Delete, Find..., Filter..., Refresh; what the list's plan does not name is left out.
   Control& editMenu(Layout& layout);
   // An entry that sorts by an index and is checked while that is the order.
   Control& sortEntry(Layout& layout, std::string name, std::string caption, std::string index);
@@ -59,6 +62,7 @@ class ListScreen : public Screen {
   void closed() override;  // its result is the key it stood on
 
  private:
+  void clearConditions();
   void applyFilter();
 
   ListPlan plan_;

@@ -1,5 +1,6 @@
 #include "form/UsedBy.h"
 
+#include "form/App.h"
 #include "form/Place.h"
 #include "store/Query.h"
 
@@ -16,6 +17,11 @@ void refuseIfUsed(store::Database& database, std::span<const UsedBy> users, cons
                   const std::string& name) {
   for (const UsedBy& by : users)
     if (isUsed(database, by, id)) refuseDelete(name, by.reason);
+}
+
+void askDelete(App& app, std::span<const UsedBy> users, const store::Value& id, const std::string& name) {
+  if (!app.person().confirm("Delete '" + name + "'?")) abort();
+  refuseIfUsed(app.database(), users, id, name);
 }
 
 void refuseDelete(const std::string& name, const std::string& reason) {

@@ -137,32 +137,19 @@ Control& TfrmCompany::arOptions(form::Layout& l) {
 }
 
 Control& TfrmCompany::account(form::Layout& l, std::string caption, const char* field) {
-  const auto name = [this, field] {
-    const Value id = tblCompany.isOpen() ? tblCompany.value(field) : Value();
-    if (id.isNull()) return std::string();
-    return app().lookUp("GLAccnt").lookup("GLAccountID", {id}, "AccountName").asText();
-  };
-  Control& number = l.code(std::move(caption), tblCompany[field],
-                           {.table = "GLAccnt",
-                            .idField = "GLAccountID",
-                            .shownField = "GLAccount",
-                            .unknown = "GL Account not found",
-                            .picker = "TfrmGLAccountSearch",
-                            .title = "GL Account",
-                            .index = "GLAccount"});
-  return l.row(number, l.label("lbl" + number.name().substr(4), name));
+  return l.codeAndName(std::move(caption), tblCompany[field],
+                       {.table = "GLAccnt",
+                        .idField = "GLAccountID",
+                        .shownField = "GLAccount",
+                        .unknown = "GL Account not found",
+                        .picker = "TfrmGLAccountSearch",
+                        .title = "GL Account",
+                        .index = "GLAccount"},
+                       "AccountName");
 }
 
-// The rows of a table by their names, and none.
 form::ConverterPtr TfrmCompany::rowsOf(const char* table, const char* id, const char* shown) {
-  return form::choicesConverter([this, table, id, shown] {
-    form::Choices choices = {{Value(), ""}};
-    store::Cursor rows(database(), table);
-    rows.setIndex(shown + std::string("1"));
-    rows.open();
-    for (rows.first(); !rows.eof(); rows.next()) choices.emplace_back(rows.value(id), rows[shown].asText());
-    return choices;
-  });
+  return form::rowsConverter(app(), table, id, shown, shown + std::string("1"));
 }
 
 Control& TfrmCompany::email(form::Layout& l) {
