@@ -42,6 +42,12 @@ form::CodeOf accountCode() {
           .index = "GLAccount"};
 }
 
+form::CodeOf setUpAccountCode() {
+  form::CodeOf code = accountCode();
+  code.unknown = "GL Account not found";
+  return code;
+}
+
 form::CodeOf subaccountCode(int level) {
   return {.table = subaccountTable(level),
           .idField = "SubAccountID",

@@ -28,6 +28,9 @@ std::string subaccountField(int level);
 form::CodeOf accountCode();
 form::CodeOf subaccountCode(int level);
 
+// The same for a record that is set up with an account, also one that is suspended.
+form::CodeOf setUpAccountCode();
+
 // An account or subaccount that is typed into a line has to exist and must not be suspended; null is neither.
 void requireUsableAccount(form::App& app, const store::Value& id);
 void requireUsableSubaccount(form::App& app, int level, const store::Value& id);

@@ -26,5 +26,9 @@ ScreenPtr makeJVsFind(shell::Session& session);
 ScreenPtr makeJVsPost(shell::Session& session);
 ScreenPtr makeJV(shell::Session& session);
 ScreenPtr makeImportJVData(shell::Session& session);
+ScreenPtr makeCurrencies(shell::Session& session);
+ScreenPtr makeCurrency(shell::Session& session);
+ScreenPtr makeBanks(shell::Session& session);
+ScreenPtr makeBank(shell::Session& session);
 
 }  // namespace quillon::ledger

@@ -32,6 +32,10 @@ constexpr Row kScreens[] = {
     {.className = "TfrmJVsPost", .make = makeJVsPost, .help = 210},
     {.className = "TfrmJV", .make = makeJV, .help = 210},
     {.className = "TfrmImportJVData", .make = makeImportJVData, .help = 210},
+    {.className = "TfrmCurrencies", .make = makeCurrencies, .opening = Opening::plain, .help = 250},
+    {.className = "TfrmCurrency", .make = makeCurrency, .help = 250},
+    {.className = "TfrmBanks", .make = makeBanks, .opening = Opening::plain, .help = 260},
+    {.className = "TfrmBank", .make = makeBank, .help = 260},
 };
 
 }  // namespace

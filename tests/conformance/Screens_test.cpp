@@ -40,6 +40,9 @@ constexpr const char* kRows[] = {
     "INSERT INTO GLAcSub1 (SubAccountID, SubAccount, SubAccountName) VALUES (1, 'N', 'North')",
     "INSERT INTO GLAcSub2 (SubAccountID, SubAccount, SubAccountName) VALUES (1, 'P', 'Pine')",
     "INSERT INTO GLAcSub3 (SubAccountID, SubAccount, SubAccountName) VALUES (1, 'R', 'Retail')",
+    "INSERT INTO Currency (CurrencyID, CurrencyName, APGLAccountID, APDiscGLAccountID, ARGLAccountID, "
+    "ARDiscGLAccountID) VALUES (1, 'Home', 1, 1, 1, 1)",
+    "INSERT INTO Bank (BankID, BankName, BankGLAccountID, CurrencyID) VALUES (1, 'Main', 1, 1)",
     "INSERT INTO JV (JVID, GLYear, GLPeriod, JVNumber, Source, TransType, TransDate, JVAmount, Posted) "
     "VALUES (900, 2026, 3, 1900, 'GL', 'JV', '2026-03-02', 10, false)",
     "INSERT INTO JVDet (JVID, Seq, GLAccountID, GLAmount) VALUES (900, 1, 1, 10)",
@@ -78,8 +81,11 @@ class Screens : public testing::TestWithParam<bool> {
     form::Open open;
     open.values["level"] = store::Value(1);
     open.draft = static_cast<ledger::VoucherLineTaker*>(&lines_);
-    const std::map<std::string, std::string> keys = {
-        {"TfrmGLAccount", "GLAccountID"}, {"TfrmGLAccountSub", "SubAccountID"}, {"TfrmJV", "JVID"}};
+    const std::map<std::string, std::string> keys = {{"TfrmGLAccount", "GLAccountID"},
+                                                     {"TfrmGLAccountSub", "SubAccountID"},
+                                                     {"TfrmJV", "JVID"},
+                                                     {"TfrmCurrency", "CurrencyID"},
+                                                     {"TfrmBank", "BankID"}};
     const auto key = keys.find(entry.className);
     if (key == keys.end()) return open;
     if (GetParam())
