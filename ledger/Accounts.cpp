@@ -81,6 +81,8 @@ bool subaccountExists(form::App& app, int level, const Value& id) {
   return !rowOf(app, subaccountTable(level), "SubAccountID", id, "SubAccountID").empty();
 }
 
+std::string accountClause(const Value& id) { return "(GLAccountID = " + id.toText() + ")"; }
+
 std::string accountNames(form::App& app, const Value& account, const Value (&subaccounts)[3]) {
   std::string names;
   const auto add = [&](const std::vector<Value>& row) {

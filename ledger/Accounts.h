@@ -38,6 +38,9 @@ void requireUsableSubaccount(form::App& app, int level, const store::Value& id);
 bool accountExists(form::App& app, const store::Value& id);
 bool subaccountExists(form::App& app, int level, const store::Value& id);
 
+// "(GLAccountID = 7)": what limits a list of history to one account.
+std::string accountClause(const store::Value& id);
+
 // The names of an account and its subaccounts, joined by " - "; those that are null or gone are left out.
 std::string accountNames(form::App& app, const store::Value& account, const store::Value (&subaccounts)[3]);
 

@@ -35,6 +35,8 @@ class TfrmGLAccounts final : public form::ListScreen {
   void mnuDeleteClick() override;
   void mnuFindClick() override;
   void mnuFilterClick() override;
+  void mnuTotalsClick();
+  void mnuHistoryClick();
   void btnSubaccountsClick();
   void find(const std::string& typed) override;
   form::Table& rows() const override { return *tables()[static_cast<std::size_t>(level())]; }
@@ -120,8 +122,8 @@ void TfrmGLAccounts::build(form::Layout& l) {
   for (form::Table* table : {&tblGLAcSub1, &tblGLAcSub2, &tblGLAcSub3}) table->setIndex("SubAccount");
   form::Control& edit = editMenu(l);
   form::Control& print = laterEntry(l, "mnuPrint", "&Print...", "Subaccounts Print");
-  form::Control& totals = laterEntry(l, "mnuTotals", "&Totals", "GL Totals filtered by selected subaccount");
-  form::Control& history = laterEntry(l, "mnuHistory", "&History", "GL History filtered by selected subaccount");
+  form::Control& totals = l.entry("mnuTotals", "&Totals", &TfrmGLAccounts::mnuTotalsClick);
+  form::Control& history = l.entry("mnuHistory", "&History", &TfrmGLAccounts::mnuHistoryClick);
   form::Control& budget = laterEntry(l, "mnuBudget", "&Budget", "GL Budget filtered by selected subaccount");
   form::Control& byNo =
       l.entry("mnuSortAccountNo", "Account &no.", [this] { sort("GLAccount", "SubAccount"); }).checkedWhen([this] {
@@ -192,6 +194,18 @@ void TfrmGLAccounts::mnuEditClick() {
 
 void TfrmGLAccounts::mnuFindClick() { isMain() ? find("") : later("Subaccounts Find"); }
 void TfrmGLAccounts::mnuFilterClick() { isMain() ? ListScreen::mnuFilterClick() : later("Subaccounts Filter"); }
+
+void TfrmGLAccounts::mnuTotalsClick() {
+  if (!isMain()) return later("GL Totals filtered by selected subaccount");
+  requireRow();
+  app().open("TfrmGLBalances", {.filter = "(g.GLAccountID = " + rows().value("GLAccountID").toText() + ")"});
+}
+
+void TfrmGLAccounts::mnuHistoryClick() {
+  if (!isMain()) return later("GL History filtered by selected subaccount");
+  requireRow();
+  app().open("TfrmGLHistory", {.filter = accountClause(rows().value("GLAccountID"))});
+}
 
 void TfrmGLAccounts::find(const std::string& typed) {
   if (!isMain()) return later("Subaccounts Find");

@@ -5,6 +5,7 @@
 #include "form/ListScreen.h"
 #include "form/Transaction.h"
 #include "ledger/MakeScreens.h"
+#include "ledger/Sources.h"
 #include "shell/Periods.h"
 #include "shell/Session.h"
 #include "store/Database.h"
@@ -25,10 +26,10 @@ class TfrmJVs final : public form::ListScreen {
   void mnuPostClick();
   void mnuCopyClick();
   void mnuUnpostClick();
+  void mnuHistoryClick();
   void find(const std::string& typed) override;
   std::string number() { return tblJV["JVNumber"].value().toText(); }
   std::string periodText();
-  std::string sourceText();
 
   form::Table tblJV{*this, "JV"};
 };
@@ -46,7 +47,7 @@ void TfrmJVs::build(form::Layout& l) {
   form::Control& post = l.entry("mnuPost", "&Post...", &TfrmJVs::mnuPostClick);
   form::Control& copy = l.entry("mnuCopy", "&Copy", &TfrmJVs::mnuCopyClick);
   form::Control& unpost = l.entry("mnuUnpost", "&Unpost Selected JV", &TfrmJVs::mnuUnpostClick);
-  form::Control& history = l.entry("mnuHistory", "&History", [] {}).disabled();
+  form::Control& history = l.entry("mnuHistory", "&History", &TfrmJVs::mnuHistoryClick);
   form::Control& printList = l.entry("mnuPrintList", "Print &List...", [] {}).disabled();
   form::Control& print = l.entry("mnuPrint", "Print &Selected JV...", [] {}).disabled();
   form::Control& sort = l.menu("&Sort by", sortEntry(l, "mnuSortPeriod", "Period &ascending", "PeriodJVNumber"),
@@ -58,7 +59,8 @@ void TfrmJVs::build(form::Layout& l) {
                             "GLPeriod", "Period", [this] { return periodText(); }, 7),
                         l.column("JV no.", tblJV["JVNumber"]),
                         l.shownColumn(
-                            "Source", "Source", [this] { return sourceText(); }, 6),
+                            "Source", "Source",
+                            [this] { return sourceText(tblJV.value("Source"), tblJV.value("TransType")); }, 6),
                         l.column("Date", tblJV["TransDate"]), l.column("Description", tblJV["TransDescription"]),
                         l.column("Amount", tblJV["JVAmount"])));
 }
@@ -66,11 +68,6 @@ void TfrmJVs::build(form::Layout& l) {
 std::string TfrmJVs::periodText() {
   if (tblJV["GLPeriod"].isNull()) return {};
   return shell::periodText({tblJV["GLYear"].asInt(), tblJV["GLPeriod"].asInt()});
-}
-
-std::string TfrmJVs::sourceText() {
-  const std::string text = tblJV["Source"].asText() + " " + tblJV["TransType"].asText();
-  return text == "AP Chq" ? "AP Pmt" : text;
 }
 
 // The lines go with their voucher, or neither goes.
@@ -113,6 +110,11 @@ void TfrmJVs::mnuUnpostClick() {
   app().person().show(form::Tone::information,
                       "Posted JVs (except those from prior years, but you can re-open the year) can be unposted\rfrom "
                       "the “Edit” screen if they need to be edited or deleted.");
+}
+
+void TfrmJVs::mnuHistoryClick() {
+  requireRow();
+  app().open("TfrmGLHistory", {.filter = "(JVID = " + tblJV.value("JVID").toText() + ")"});
 }
 
 void TfrmJVs::find(const std::string& typed) { app().runModal("TfrmJVsFind", {.values = {{"text", Value(typed)}}}); }

@@ -1,12 +1,11 @@
 // The conditions of the list of vouchers.
 #include "form/FilterScreen.h"
 #include "ledger/MakeScreens.h"
+#include "ledger/Sources.h"
 #include "shell/Session.h"
 
 namespace quillon::ledger {
 namespace {
-
-using store::Value;
 
 class TfrmJVsFilter final : public form::FilterScreen {
  public:
@@ -17,18 +16,8 @@ class TfrmJVsFilter final : public form::FilterScreen {
   std::string title() override { return "JVs Filter"; }
 
  private:
-  // The value of a source is its condition.
-  static form::ConverterPtr sources() {
-    return form::orAllConverter({{Value("(Source = 'AP') AND (TransType = 'Inv')"), "AP Invoices"},
-                                 {Value("(Source = 'AP') AND (TransType = 'Chq')"), "AP Payments"},
-                                 {Value("(Source = 'AR') AND (TransType = 'Inv')"), "AR Invoices"},
-                                 {Value("(Source = 'AR') AND (TransType = 'Pmt')"), "AR Payments"},
-                                 {Value("(Source = 'GL')"), "GL JVs"},
-                                 {Value("(Source = 'IN')"), "Inv Adjustments"}});
-  }
-
   void build(form::Layout& l) override {
-    l.chooser("cboSource", "&Source:", source_, sources());
+    l.chooser("cboSource", "&Source:", source_, sourceConditions());
     l.choice("radPosted", "&Posted", posted_, form::yesNoAllConverter());
     buttons(l);
   }
