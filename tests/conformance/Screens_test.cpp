@@ -43,6 +43,9 @@ constexpr const char* kRows[] = {
     "INSERT INTO Currency (CurrencyID, CurrencyName, APGLAccountID, APDiscGLAccountID, ARGLAccountID, "
     "ARDiscGLAccountID) VALUES (1, 'Home', 1, 1, 1, 1)",
     "INSERT INTO Bank (BankID, BankName, BankGLAccountID, CurrencyID) VALUES (1, 'Main', 1, 1)",
+    "INSERT INTO GLActual (GLAccountID, SubAccount1ID, GLYear, ActualBudget, Amount3) VALUES (1, 1, 2026, 'A', 10)",
+    "INSERT INTO GLHist (GLAccountID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount, JVID) "
+    "VALUES (1, 2026, 3, 'GL', 'JV', 1900, '2026-03-02', 10, 900)",
     "INSERT INTO JV (JVID, GLYear, GLPeriod, JVNumber, Source, TransType, TransDate, JVAmount, Posted) "
     "VALUES (900, 2026, 3, 1900, 'GL', 'JV', '2026-03-02', 10, false)",
     "INSERT INTO JVDet (JVID, Seq, GLAccountID, GLAmount) VALUES (900, 1, 1, 10)",
