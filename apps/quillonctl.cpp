@@ -56,7 +56,7 @@ constexpr Command kCommands[] = {
      "Prints each stored value that disagrees with what it follows from, and under a heading of its own entry that "
      "was\n"
      "interrupted or is going on. A disagreement is a failure.",
-     OptionsTaken::login},
+     kLogin},
     {"repair", "FOLDER [TABLE...] [LOGIN]", "save what can be read of damaged tables; alone in the folder",
      repairCommand,
      "All tables without TABLE, and the journal. Prints a line for each, with what was wrong and what was lost under\n"
