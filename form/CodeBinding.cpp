@@ -77,7 +77,8 @@ ConverterPtr rowsConverter(App& app, std::string table, std::string idField, std
                            std::string index) {
   return choicesConverter([&app, table = std::move(table), idField = std::move(idField),
                            shownField = std::move(shownField), index = std::move(index)] {
-    Choices choices = {{Value(), ""}};
+    Choices choices;
+    choices.emplace_back(Value(), "");
     store::Cursor rows(app.database(), table);
     rows.setIndex(index);
     rows.open();
