@@ -18,7 +18,7 @@ void enterLine(Office& office, std::uint64_t row, const char* account, const cha
 
 // What the disk takes to force one page, which is the most of every save.
 void measureSync(Office& office) {
-  const auto file = office.disk.open(office.session.dataFolder() + "/sync", store::OpenMode::create);
+  const auto file = office.disk.open(office.session.dataFolder + "/sync", store::OpenMode::create);
   const std::vector<std::byte> page(4096);
   office.measure(
       "one-sync", kRounds,
