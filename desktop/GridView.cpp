@@ -18,6 +18,13 @@ constexpr int kPadding = 6;
 constexpr int kWidestColumn = 42;  // characters
 constexpr int kThumb = 1000;       // places of the thumb where rows are not counted
 
+// A little of the ink on the paper: lines that stay behind what they part, in light palettes and in dark ones.
+QColor lineColour(const QPalette& palette) {
+  const QColor ink = palette.color(QPalette::Text), paper = palette.color(QPalette::Base);
+  const auto mixed = [](int some, int other) { return (some + 5 * other) / 6; };
+  return {mixed(ink.red(), paper.red()), mixed(ink.green(), paper.green()), mixed(ink.blue(), paper.blue())};
+}
+
 // What is typed in the active cell. Keys that mean something to the grid go to the program.
 class CellEditor final : public QLineEdit {
  public:
@@ -181,11 +188,11 @@ void GridArea::paintEvent(QPaintEvent*) {
 void GridArea::paintHeader(QPainter& painter, const std::vector<Column>& columns) const {
   const QRect whole(0, 0, viewport()->width(), headerHeight());
   painter.fillRect(whole, palette().button());
-  painter.setPen(palette().color(QPalette::Mid));
+  painter.setPen(lineColour(palette()));
   painter.drawLine(whole.bottomLeft(), whole.bottomRight());
   for (const Column& column : columns) {
     const QRect cell(column.left, 0, column.width, headerHeight());
-    painter.setPen(palette().color(QPalette::Mid));
+    painter.setPen(lineColour(palette()));
     painter.drawLine(cell.right(), cell.top() + 4, cell.right(), cell.bottom() - 4);
     painter.setPen(palette().color(QPalette::ButtonText));
     const bool right = column.control->binding() && column.control->binding()->alignsRight();
@@ -222,10 +229,10 @@ void GridArea::paintRow(QPainter& painter, const std::vector<Column>& columns, s
         painter.fontMetrics().elidedText(shown(row.texts[i]).section('\n', 0, 0), Qt::ElideRight, inner.width());
     painter.drawText(inner, (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter, text);
     if (!grid().lines()) continue;
-    painter.setPen(palette().color(QPalette::Midlight));
+    painter.setPen(lineColour(palette()));
     painter.drawLine(cell.topRight(), cell.bottomRight());
   }
-  painter.setPen(palette().color(QPalette::Midlight));
+  painter.setPen(lineColour(palette()));
   if (grid().lines()) painter.drawLine(whole.bottomLeft(), whole.bottomRight());
 }
 
