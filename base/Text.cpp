@@ -112,6 +112,12 @@ bool isValidUtf8(std::string_view text) {
   return true;
 }
 
+char32_t nextCodePoint(std::string_view text, std::size_t& at) {
+  const Character character = decode(text.substr(at));
+  at += character.size;
+  return character.code == kBadByte ? 0xFFFD : character.code;
+}
+
 std::size_t lengthInCharacters(std::string_view text) {
   std::size_t count = 0;
   for (; !text.empty(); ++count) text.remove_prefix(decode(text).size);

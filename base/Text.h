@@ -12,6 +12,8 @@ namespace quillon {
 // No overlong forms, no surrogates, nothing above U+10FFFF.
 bool isValidUtf8(std::string_view text);
 std::size_t lengthInCharacters(std::string_view text);
+// The code point that begins at `at`, which then stands behind it; U+FFFD for a byte of none.
+char32_t nextCodePoint(std::string_view text, std::size_t& at);
 // The first `count` characters, or all when there are fewer; a view into `text`.
 std::string_view firstCharacters(std::string_view text, std::size_t count);
 

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "reports/Pages.h"
+
+namespace quillon::reports {
+
+// A drawing of the font, and where the pen goes after it.
+struct Glyph {
+  std::uint16_t id = 0;       // 0: the box of a character that the font does not have
+  std::uint16_t advance = 0;  // in units of the font
+  std::uint32_t text = 0;     // where the characters that it draws begin in the text, in bytes
+};
+
+// One face of the family that reports are set in. Its measures come from the font's file, so that preview, paper and
+// PDF agree. Cannot be changed and lives as long as the process.
+class Font {
+ public:
+  // Error that names the package when the family is not installed.
+  static const Font& of(Face face);
+  ~Font();
+
+  // From left to right as drawn; replaces what is there. Never fails: what the font lacks is a box.
+  void shape(std::string_view text, std::vector<Glyph>& glyphs) const;
+  // In 1/1000 inch, at a size in tenths of a point.
+  double width(std::string_view text, int size) const;
+
+  const std::string& path() const { return path_; }
+  const std::string& bytes() const { return bytes_; }  // of the whole file
+  int unitsPerEm() const { return unitsPerEm_; }
+  int ascent() const { return ascent_; }    // above the base line, in units
+  int descent() const { return descent_; }  // below it, positive
+  // 1/1000 inch for one unit at a size in tenths of a point.
+  double scale(int size) const { return size * 1000.0 / 720.0 / unitsPerEm_; }
+
+ private:
+  explicit Font(Face face);
+  void shapeBy(std::string_view text, std::vector<Glyph>& glyphs) const;
+
+  struct Shaper;
+  std::string path_, bytes_;
+  int unitsPerEm_ = 1000, ascent_ = 0, descent_ = 0;
+  std::unique_ptr<Shaper> shaper_;
+  std::vector<Glyph> simple_;  // by code point, of those that need no shaping
+};
+
+// Where the text of an element begins, and its base line, in 1/1000 inch.
+struct Pen {
+  double x = 0, y = 0;
+};
+Pen penOf(const Element& element, std::string_view text);
+
+}  // namespace quillon::reports

@@ -1,0 +1,64 @@
+#include "reports/Pages.h"
+
+#include <algorithm>
+#include <map>
+
+#include "base/Text.h"
+
+namespace quillon::reports {
+namespace {
+
+constexpr int kCharacter = 62;  // 1/1000 inch: the room that a letter takes on average
+
+// A line of text whose columns stand below each other as they do on paper.
+class TextLine {
+ public:
+  void place(int column, std::string_view text) {
+    if (length_ > 0) column = std::max(column, length_ + 1);
+    line_.append(static_cast<std::size_t>(std::max(0, column - length_)), ' ');
+    line_ += text;
+    length_ = std::max(column, length_) + static_cast<int>(lengthInCharacters(text));
+  }
+  const std::string& text() const { return line_; }
+
+ private:
+  std::string line_;
+  int length_ = 0;
+};
+
+int columnOf(const Element& element, std::string_view text) {
+  const int length = static_cast<int>(lengthInCharacters(text));
+  const int begin = element.box.x / kCharacter, end = element.box.right() / kCharacter;
+  switch (element.style.align) {
+    case Align::left:
+      return begin;
+    case Align::centre:
+      return std::max(0, (begin + end - length) / 2);
+    case Align::right:
+      break;
+  }
+  return std::max(0, end - length);
+}
+
+}  // namespace
+
+std::string PreparedPages::pageText(int number) const {
+  const Page& page = this->page(number);
+  std::map<int, std::vector<const Element*>> rows;  // by their middle
+  for (const Element& element : page.elements)
+    if (element.kind == Element::Kind::text && element.length > 0)
+      rows[element.box.y + element.box.height / 2].push_back(&element);
+  std::string all;
+  for (auto& [y, elements] : rows) {
+    std::ranges::stable_sort(elements, {}, [](const Element* some) { return some->box.x; });
+    TextLine line;
+    for (const Element* element : elements) {
+      const std::string_view text = page.textOf(*element);
+      line.place(columnOf(*element, text) - left / kCharacter, text);
+    }
+    all += line.text() + "\n";
+  }
+  return all;
+}
+
+}  // namespace quillon::reports
