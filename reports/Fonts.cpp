@@ -124,11 +124,16 @@ double Font::width(std::string_view text, int size) const {
 }
 
 Pen penOf(const Element& element, std::string_view text) {
+  const bool measured = element.style.align != Align::left;
+  return penOf(element, measured ? Font::of(element.style.face).width(text, element.style.size) : 0);
+}
+
+Pen penOf(const Element& element, double width) {
   const Font& font = Font::of(element.style.face);
   const double scale = font.scale(element.style.size);
   Pen pen{static_cast<double>(element.box.x), 0};
   if (element.style.align != Align::left) {
-    const double room = element.box.width - font.width(text, element.style.size);
+    const double room = element.box.width - width;
     pen.x += element.style.align == Align::right ? room : room / 2;
   }
   const double height = (font.ascent() + font.descent()) * scale;

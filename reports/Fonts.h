@@ -54,5 +54,7 @@ struct Pen {
   double x = 0, y = 0;
 };
 Pen penOf(const Element& element, std::string_view text);
+// The same for a text whose width is known.
+Pen penOf(const Element& element, double width);
 
 }  // namespace quillon::reports

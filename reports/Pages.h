@@ -58,6 +58,10 @@ struct Element {
   std::uint8_t jump = 0;  // one more than its place in the pages' jumps; 0 leads nowhere
 };
 
+// How all outputs draw what an element does not say.
+constexpr int kLineWidth = 7;     // of lines and of a rectangle's, 1/1000 inch
+constexpr int kQuietShade = 110;  // of what is quiet: 0 is black and 255 white
+
 // A line of the contents: of a group's heading.
 struct Bookmark {
   int level = 0;  // 0 is the outermost
