@@ -8,6 +8,7 @@
 #include "base/Text.h"
 #include "ledger/Screens.h"
 #include "maintenance/Screens.h"
+#include "reports/Screens.h"
 #include "shell/Start.h"
 
 namespace quillon::apps {
@@ -93,6 +94,7 @@ Program::Program(const ProgramOptions& options, form::Person& person)
     : desktop_(machine_, options.given), session_(environment_.get(), person, desktop_), input_(session_.app()) {
   session_.credentials = options.credentials;
   shell::registerScreens(session_);
+  reports::registerScreens(session_);
   ledger::registerScreens(session_);
   maintenance::registerScreens(session_);
   shell::prepareStart(session_);

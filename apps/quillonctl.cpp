@@ -15,6 +15,7 @@
 #include "apps/MaintainCommands.h"
 #include "apps/ProbeCommand.h"
 #include "apps/Program.h"
+#include "apps/ReportCommand.h"
 #include "apps/SqlCommand.h"
 #include "apps/VerifyCommand.h"
 #include "apps/drive/DriveCommand.h"
@@ -50,6 +51,12 @@ constexpr Command kCommands[] = {
      "The first line names the fields. \\N is null; \\t, \\n, \\r and \\\\ stand for what they say.", kLogin},
     {"export", "FOLDER TABLE [LOGIN]", "print a table as import reads it", exportCommand,
      "Rows come in the order in which they were added.", kLogin},
+    {"report", "FOLDER NAME [KEY=VALUE...] --pdf FILE | --xlsx FILE | --text [LOGIN]",
+     "run a report; a name that there is not is answered with those there are", reportCommand,
+     "filter=CONDITION and order=FIELDS say which rows and how sorted, in the names of the report's list; other keys "
+     "are\n"
+     "those of the report.",
+     kProgramOptions, true},
     {"verify", "FOLDER", "check every table of the company folder; changes nothing", verifyCommand,
      "Prints a line for each table with its faults under it. A fault is a failure."},
     {"audit", "FOLDER [LOGIN]", "work the ledger out anew from its vouchers and history; changes nothing", auditCommand,

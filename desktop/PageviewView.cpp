@@ -1,32 +1,238 @@
-// Prepared pages, as a preview shows them: the text of one page after the other.
-#include <QPlainTextEdit>
+// Prepared pages, as a preview shows them: one page as it will be on paper, at a zoom. Paper is white in dark palettes,
+// too. Glyphs come from the report's own font file, at the places that paper and PDF have them.
+#include <QAbstractScrollArea>
+#include <QGlyphRun>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QRawFont>
+#include <QScrollBar>
+#include <QWheelEvent>
+#include <map>
 
+#include "base/Text.h"
 #include "desktop/ControlView.h"
 #include "desktop/Hands.h"
 #include "desktop/Text.h"
+#include "form/PageView.h"
 #include "form/Screen.h"
+#include "reports/Fonts.h"
+#include "reports/Pages.h"
 
 namespace quillon::desktop {
 namespace {
 
-class PageviewView final : public ControlView {
+using reports::Element;
+
+constexpr int kAround = 12;   // pixels of desk around the paper
+constexpr int kHairline = 8;  // 1/1000 inch
+
+class PageArea final : public QAbstractScrollArea {
  public:
-  PageviewView(Hands& hands, form::Control& control, QWidget& parent)
-      : ControlView(hands, control), text_(new QPlainTextEdit(&parent)) {
-    text_->setReadOnly(true);
+  PageArea(Hands& hands, form::Control& control, QWidget& parent)
+      : QAbstractScrollArea(&parent), hands_(hands), control_(control) {
+    setFocusPolicy(Qt::StrongFocus);
+    viewport()->setMouseTracking(true);
+    viewport()->setBackgroundRole(QPalette::Mid);
+    setMinimumSize(300, 200);
   }
-  QWidget* widget() const override { return text_; }
-  QWidget* focusWidget() const override { return text_; }
-  bool stretches() const override { return true; }
-  void sync() override {
-    syncLooks();
-    std::string all;
-    for (int page = 1; page <= control_.pages()->pageCount(); ++page) all += control_.pages()->pageText(page) + "\r\r";
-    if (const QString text = shown(all); text_->toPlainText() != text) text_->setPlainText(text);
+
+  void sync() {
+    const form::PageView& view = *control_.pageView();
+    const bool turned = view.page != page_ || view.pages.get() != pages_;
+    page_ = view.page;
+    pages_ = view.pages.get();
+    resizePaper();
+    if (turned) verticalScrollBar()->setValue(0);
+    setAccessibleDescription(paper() ? shown(paper()->pageText(page_)) : QString());
+    viewport()->update();
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QAbstractScrollArea::resizeEvent(event);
+    resizePaper();
+  }
+
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(viewport());
+    if (paper() == nullptr) return;
+    const QRectF sheet(origin(), QSizeF(paper()->width * scale(), paper()->height * scale()));
+    painter.fillRect(sheet, Qt::white);
+    painter.setPen(QPen(QColor(0x90, 0x90, 0x90), 1));
+    painter.drawRect(sheet);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(origin());
+    const reports::Page& page = paper()->page(page_);
+    for (const Element& element : page.elements) draw(painter, page, element);
+  }
+
+  void keyPressEvent(QKeyEvent* event) override {
+    switch (event->key()) {
+      case Qt::Key_Up:
+      case Qt::Key_Down:
+      case Qt::Key_Left:
+      case Qt::Key_Right:
+        QAbstractScrollArea::keyPressEvent(event);
+        break;
+      default:
+        if (const std::string key = keyName(*event); !key.empty()) hands_.key(key);
+    }
+  }
+
+  // At the end of a page the next one follows.
+  void wheelEvent(QWheelEvent* event) override {
+    const int turn = event->angleDelta().y();
+    const QScrollBar& bar = *verticalScrollBar();
+    if ((event->modifiers() & Qt::ControlModifier) != 0)
+      hands_.key(turn > 0 ? "Ctrl++" : "Ctrl+-");
+    else if (turn < 0 && bar.value() == bar.maximum())
+      turnTo(1);
+    else if (turn > 0 && bar.value() == bar.minimum())
+      turnTo(-1);
+    else
+      QAbstractScrollArea::wheelEvent(event);
+  }
+
+  void mouseMoveEvent(QMouseEvent* event) override {
+    viewport()->setCursor(linkAt(event->position()) ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  }
+
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (const std::optional<std::size_t> link = linkAt(event->position()))
+      hands_.act([&](form::Input& input) { input.follow(hands_.screen(), control_, page_, *link); });
   }
 
  private:
-  QPlainTextEdit* text_;
+  const reports::PreparedPages* paper() const {
+    const auto* all = static_cast<const reports::PreparedPages*>(control_.pageView()->pages.get());
+    return all != nullptr && page_ >= 1 && page_ <= all->pageCount() ? all : nullptr;
+  }
+  // Pixels for 1/1000 inch.
+  double scale() const { return logicalDpiX() / 1000.0 * control_.pageView()->zoom / 100.0; }
+
+  QPointF origin() const {
+    const double width = paper()->width * scale();
+    const double x = std::max<double>(kAround, (viewport()->width() - width) / 2);
+    return {x - horizontalScrollBar()->value(), static_cast<double>(kAround - verticalScrollBar()->value())};
+  }
+
+  void resizePaper() {
+    if (paper() == nullptr) return;
+    const int width = static_cast<int>(paper()->width * scale()) + 2 * kAround;
+    const int height = static_cast<int>(paper()->height * scale()) + 2 * kAround;
+    horizontalScrollBar()->setRange(0, std::max(0, width - viewport()->width()));
+    horizontalScrollBar()->setPageStep(viewport()->width());
+    verticalScrollBar()->setRange(0, std::max(0, height - viewport()->height()));
+    verticalScrollBar()->setPageStep(viewport()->height());
+    verticalScrollBar()->setSingleStep(40);
+    horizontalScrollBar()->setSingleStep(40);
+  }
+
+  void turnTo(int step) {
+    const int wanted = page_ + step;
+    if (paper() == nullptr || wanted < 1 || wanted > paper()->pageCount()) return;
+    hands_.key(step > 0 ? "PgDn" : "PgUp");
+    if (step < 0) verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+  }
+
+  std::optional<std::size_t> linkAt(QPointF place) const {
+    if (paper() == nullptr) return {};
+    const QPointF at = (place - origin()) / scale();
+    const std::vector<form::PageLink> links = paper()->links(page_);
+    for (std::size_t i = 0; i < links.size(); ++i)
+      if (QRectF(links[i].x, links[i].y, links[i].width, links[i].height).contains(at)) return i;
+    return {};
+  }
+
+  void draw(QPainter& painter, const reports::Page& page, const Element& element) {
+    const QRectF box(element.box.x * scale(), element.box.y * scale(), element.box.width * scale(),
+                     element.box.height * scale());
+    switch (element.kind) {
+      case Element::Kind::text:
+        drawText(painter, page.textOf(element), element, box);
+        break;
+      case Element::Kind::line:
+        painter.setPen(QPen(Qt::black, std::max(0.5, kHairline * scale())));
+        painter.drawLine(box.topLeft(), box.bottomRight());
+        break;
+      case Element::Kind::rectangle:
+        painter.setPen(QPen(Qt::black, std::max(0.5, kHairline * scale())));
+        painter.drawRect(box);
+        break;
+      case Element::Kind::picture:
+        drawPicture(painter, element.text, box);
+        break;
+    }
+  }
+
+  void drawText(QPainter& painter, std::string_view text, const Element& element, const QRectF& box) {
+    const std::string& found = control_.pageView()->found;
+    if (!found.empty() && foldCase(text).find(foldCase(found)) != std::string::npos)
+      painter.fillRect(box, QColor(0xFF, 0xE8, 0x8A));
+    const reports::Font& font = reports::Font::of(element.style.face);
+    font.shape(text, glyphs_);
+    const reports::Pen pen = reports::penOf(element, text);
+    const double unit = font.scale(element.style.size) * scale();
+    QList<quint32> ids;
+    QList<QPointF> places;
+    double x = pen.x * scale();
+    for (const reports::Glyph& glyph : glyphs_) {
+      ids.append(glyph.id);
+      places.append(QPointF(x, pen.y * scale()));
+      x += glyph.advance * unit;
+    }
+    QGlyphRun run;
+    run.setRawFont(rawFont(element.style, unit * font.unitsPerEm()));
+    run.setGlyphIndexes(ids);
+    run.setPositions(places);
+    painter.setPen(element.style.quiet ? QColor(0x60, 0x60, 0x60)
+                   : element.jump > 0  ? QColor(0x10, 0x3C, 0x8C)
+                                       : QColor(Qt::black));
+    painter.drawGlyphRun({}, run);
+  }
+
+  const QRawFont& rawFont(const reports::Style& style, double pixels) {
+    const std::pair<int, int> key{static_cast<int>(style.face), static_cast<int>(pixels * 16)};
+    const auto [place, isNew] = fonts_.try_emplace(key);
+    if (isNew)
+      place->second =
+          QRawFont(QString::fromStdString(reports::Font::of(style.face).path()), pixels, QFont::PreferNoHinting);
+    return place->second;
+  }
+
+  // A picture that is none leaves its place empty.
+  void drawPicture(QPainter& painter, std::size_t number, const QRectF& box) {
+    if (number >= paper()->pictures.size()) return;
+    const std::string& bytes = paper()->pictures[number];
+    const QImage picture = QImage::fromData(QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    if (!picture.isNull()) painter.drawImage(box, picture);
+  }
+
+  Hands& hands_;
+  form::Control& control_;
+  int page_ = 1;
+  const form::PageSource* pages_ = nullptr;
+  std::vector<reports::Glyph> glyphs_;
+  std::map<std::pair<int, int>, QRawFont> fonts_;
+};
+
+class PageviewView final : public ControlView {
+ public:
+  PageviewView(Hands& hands, form::Control& control, QWidget& parent)
+      : ControlView(hands, control), area_(new PageArea(hands, control, parent)) {
+    area_->setAccessibleName("Page");
+  }
+  QWidget* widget() const override { return area_; }
+  QWidget* focusWidget() const override { return area_; }
+  bool stretches() const override { return true; }
+  void sync() override {
+    syncLooks();
+    area_->sync();
+  }
+
+ private:
+  PageArea* area_;
 };
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "base/Errors.h"
 #include "desktop/Front.h"
+#include "desktop/PrintDialog.h"
 #include "desktop/Text.h"
 #include "desktop/Window.h"
 
@@ -111,12 +112,9 @@ std::optional<std::string> QtPerson::chooseFolder(const std::string& title, cons
   return folder.isEmpty() ? std::nullopt : std::optional(typed(folder));
 }
 
-std::optional<form::PrintChoice> QtPerson::choosePrint(const form::PrintChoice& /*offered*/, int /*pages*/) {
-  throw Error("This version cannot print yet");
-}
-
-void QtPerson::print(form::PageSource& /*pages*/, const form::PrintChoice& /*choice*/) {
-  throw Error("This version cannot print yet");
+std::optional<form::PrintChoice> QtPerson::choosePrint(const form::PrintQuestion& question) {
+  settle();
+  return askPrint(owner(), question);
 }
 
 void QtPerson::runModal(form::Screen& screen) {
@@ -125,6 +123,16 @@ void QtPerson::runModal(form::Screen& screen) {
   settle();
   QEventLoop loop;
   while (screen.visible()) loop.processEvents(QEventLoop::WaitForMoreEvents);
+  front_->sync();
+}
+
+void QtPerson::work(form::Screen& screen, const std::function<bool()>& step) {
+  settle();
+  QCoreApplication::processEvents();  // what there is already is on view before the rest is worked out
+  while (screen.visible() && step()) {
+    front_->sync();
+    QCoreApplication::processEvents();
+  }
   front_->sync();
 }
 

@@ -23,9 +23,9 @@ class QtPerson final : public form::Person {
                                      const std::string& initial) override;
   std::optional<std::string> chooseFile(const form::FileQuestion& question) override;
   std::optional<std::string> chooseFolder(const std::string& title, const std::string& initial) override;
-  std::optional<form::PrintChoice> choosePrint(const form::PrintChoice& offered, int pages) override;
-  void print(form::PageSource& pages, const form::PrintChoice& choice) override;
+  std::optional<form::PrintChoice> choosePrint(const form::PrintQuestion& question) override;
   void runModal(form::Screen& screen) override;
+  void work(form::Screen& screen, const std::function<bool()>& step) override;
   bool progress(const form::Progress& progress) override;
   void hourglass(bool on) override;
   void clipboard(const std::string& text) override;

@@ -158,6 +158,18 @@ Result App::runModal(std::string_view className, const Open& open) {
   return result;
 }
 
+void App::work(Screen& screen, const std::function<bool()>& step) {
+  const int before = screen.layer;
+  {
+    const Standing onTop(modals_, &screen);
+    screen.layer = static_cast<int>(modals_.size());
+    settle();
+    person_.work(screen, step);
+  }
+  for (const auto& other : screens_) other->layer = std::min(other->layer, static_cast<int>(modals_.size()));
+  screen.layer = before;
+}
+
 Screen* App::openFromMenu(std::string_view className) {
   const ScreenEntry& entry = entryOf(className);
   if (entry.opening == Opening::modal) {

@@ -71,6 +71,8 @@ class App {
 
   // Whether the person may use a screen: the field of Users and the name to show. Tells them when not.
   std::function<bool(const std::string& field, const std::string& displayName)> checkAccess;
+  // Runs a report, by its class name, and shows it in a preview.
+  std::function<void(const std::string& report, const Open& open)> preview;
   // Shows a page of the manual, by its context number.
   std::function<void(int context)> help;
 
@@ -82,6 +84,9 @@ class App {
   // this version does not have it.
   Screen& open(std::string_view className, const Open& open = {});
   Result runModal(std::string_view className, const Open& open = {});
+  // Takes step after step of what a screen on view shows, which alone can be used meanwhile, until one gives false or
+  // it is closed.
+  void work(Screen& screen, const std::function<bool()>& step);
   Screen* find(std::string_view instanceName) const;  // among those on view and those hidden; null
   void bring(Screen& screen);                         // to the front
   // Asks it to close; false when it stays.

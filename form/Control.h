@@ -13,7 +13,7 @@
 namespace quillon::form {
 
 class Grid;
-class PageSource;
+struct PageView;
 
 enum class Kind {
   label,    // a text
@@ -96,7 +96,7 @@ class Control {
   bool isDefault() const { return default_(); }
   Binding* binding() const { return binding_.get(); }
   Grid* grid() const { return grid_.get(); }
-  PageSource* pages() const { return pages_; }
+  PageView* pageView() const { return pageView_; }
   const std::function<void()>& command() const { return command_; }
   const std::function<void(const std::string&)>& typing() const { return typing_; }
   Control* list() const { return list_; }  // that the arrow keys move in, of a find box
@@ -132,7 +132,7 @@ class Control {
   // For the layout.
   void bind(BindingPtr binding) { binding_ = std::move(binding); }
   void runs(std::function<void()> command) { command_ = std::move(command); }
-  void show(PageSource* pages) { pages_ = pages; }
+  void show(PageView& view) { pageView_ = &view; }
   void setGrid(std::unique_ptr<Grid> grid);
   void adopt(std::unique_ptr<Control> child) { children_.push_back(std::move(child)); }
   std::vector<std::unique_ptr<Control>> takeChildren() { return std::exchange(children_, {}); }
@@ -148,7 +148,7 @@ class Control {
   bool secret_ = false;
   BindingPtr binding_;
   std::unique_ptr<Grid> grid_;
-  PageSource* pages_ = nullptr;
+  PageView* pageView_ = nullptr;
   Control* list_ = nullptr;
   std::function<void()> command_;
   std::function<void(const std::string&)> typing_;

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "form/Grid.h"
+#include "form/PageView.h"
 #include "form/Table.h"
 
 namespace quillon::form {
@@ -224,6 +225,15 @@ Ended Input::turn(Screen& screen, Control& control, int page) {
     take(screen);
     control.page = page;
   });
+}
+
+Ended Input::follow(Screen& screen, Control& control, int page, std::size_t link) {
+  requireUsable(screen, control);
+  const PageView* view = control.pageView();
+  if (view == nullptr || !view->pages || page < 1 || page > view->pages->pageCount() ||
+      link >= view->pages->links(page).size())
+    throw Error("'" + commandName(screen, control) + "' leads nowhere from there");
+  return app_.run(screen, commandName(screen, control), [&, pages = view->pages] { pages->follow(app_, page, link); });
 }
 
 Ended Input::close(Screen& screen) {

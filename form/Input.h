@@ -35,6 +35,8 @@ class Input {
   // Stands on the first row in which the fields (joined by ';') hold the values.
   Ended locate(Screen& screen, Control& grid, const std::string& fields, const std::vector<store::Value>& values);
   Ended turn(Screen& screen, Control& pages, int page);  // 0 is the first
+  // Opens what a figure on a page is made of; `page` 1 is the first, `link` 0 the first on it.
+  Ended follow(Screen& screen, Control& pageView, int page, std::size_t link);
   Ended close(Screen& screen);
   // What the main window's menu does; `main` is that window. A screen that stands in its menus is refused while none of
   // its entries is enabled.

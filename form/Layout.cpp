@@ -216,9 +216,9 @@ Control& Layout::picture(std::string name, std::function<store::Value()> image) 
   return control;
 }
 
-Control& Layout::pageview(std::string name, PageSource* pages) {
+Control& Layout::pageview(std::string name, PageView& view) {
   Control& control = make(Kind::pageview, std::move(name), {});
-  control.show(pages);
+  control.show(view);
   return control;
 }
 

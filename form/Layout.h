@@ -75,7 +75,7 @@ class Layout {
   Control& separator();
   Control& progress(std::string name);
   Control& picture(std::string name, std::function<store::Value()> image);
-  Control& pageview(std::string name, PageSource* pages);
+  Control& pageview(std::string name, PageView& view);
 
   // Grids. Columns are made by the functions below.
   Control& grid(store::Cursor& cursor, std::vector<std::unique_ptr<Control>> columns);  // a list

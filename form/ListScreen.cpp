@@ -1,5 +1,6 @@
 #include "form/ListScreen.h"
 
+#include "base/Text.h"
 #include "form/App.h"
 #include "form/FilterScreen.h"
 #include "form/Grid.h"
@@ -8,9 +9,30 @@
 namespace quillon::form {
 
 std::string ListScreen::title() {
-  std::string states = viewName_;
-  if (isFiltered()) states += states.empty() ? "Filtered" : ", Filtered";
-  return plan_.title + (states.empty() ? "" : " (" + states + ")");
+  const std::string all = states();
+  return plan_.title + (all.empty() ? "" : " (" + all + ")");
+}
+
+std::string ListScreen::states() const {
+  std::string all = viewName_;
+  if (isFiltered()) all += all.empty() ? "Filtered" : ", Filtered";
+  return all;
+}
+
+Open ListScreen::asShown() {
+  Open open{.filter = condition()};
+  open.values["selection"] = store::Value(states());
+  if (!rows().isOpen()) return open;
+  std::string order;
+  for (const store::IndexDef& index : rows().definition().indexes) {
+    if (index.name.empty() || !equalFolded(index.name, rows().indexName())) continue;
+    for (const store::IndexPart& part : index.parts)
+      order += (order.empty() ? "" : ", ") + rows().definition().fields[static_cast<std::size_t>(part.field)].name +
+               (part.descending ? " DESC" : "");
+    if (index.caseInsensitive) order += " NOCASE";
+  }
+  open.values["order"] = store::Value(order);
+  return open;
 }
 
 void ListScreen::setFilter(const std::string& text) {
@@ -41,12 +63,14 @@ void ListScreen::clearConditions() {
   if (auto* filter = dynamic_cast<FilterScreen*>(app().find(plan_.filterScreen.substr(1)))) filter->reset();
 }
 
-void ListScreen::applyFilter() {
+std::string ListScreen::condition() const {
   std::string all;
   for (const std::string* part : {&filter_, &jump_, &view_})
     if (!part->empty()) all += (all.empty() ? "" : " AND ") + *part;
-  showOnly(all);
+  return all;
 }
+
+void ListScreen::applyFilter() { showOnly(condition()); }
 
 void ListScreen::showOnly(const std::string& condition) {
   Table& filtered = *tables().front();

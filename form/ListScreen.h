@@ -31,6 +31,9 @@ class ListScreen : public Screen {
   void setJump(const std::string& clause);
   void resetFilter();
   bool isFiltered() const { return !filter_.empty() || !jump_.empty(); }
+  // What it shows, for a report that prints it: the condition as its filter, and as values "order", a list for ORDER
+  // BY, and "selection", the condition's name in the title.
+  virtual Open asShown();
 
  protected:
   virtual store::Cursor& rows() const { return *tables().front(); }
@@ -64,6 +67,8 @@ class ListScreen : public Screen {
  private:
   void clearConditions();
   void applyFilter();
+  std::string condition() const;
+  std::string states() const;
 
   ListPlan plan_;
   std::string filter_, viewName_, view_, jump_;

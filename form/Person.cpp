@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "form/Screen.h"
+
 namespace quillon::form {
 
 std::string_view nameOf(Button button) {
@@ -24,6 +26,11 @@ Button Dialog::dismissal() const {
   for (const Button button : {Button::cancel, Button::no, Button::ok})
     if (std::ranges::find(buttons, button) != buttons.end()) return button;
   return standard;
+}
+
+void Person::work(Screen& screen, const std::function<bool()>& step) {
+  while (screen.visible() && step()) {
+  }
 }
 
 void Person::show(Tone tone, const std::string& text, const std::string& caption) {

@@ -1,12 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace quillon::form {
 
-class PageSource;
 class Screen;
 
 enum class Tone { information, warning, error, confirmation, stop };
@@ -42,6 +42,12 @@ struct PrintChoice {
   int copies = 1;
 };
 
+struct PrintQuestion {
+  PrintChoice offered;
+  int pages = 1;  // which of them is only asked for where there are two or more
+  std::vector<std::string> printers = {};
+};
+
 struct Progress {
   std::string text;
   long done = 0, total = 0;  // total 0: not known
@@ -61,10 +67,11 @@ class Person {
                                              const std::string& initial) = 0;
   virtual std::optional<std::string> chooseFile(const FileQuestion& question) = 0;
   virtual std::optional<std::string> chooseFolder(const std::string& title, const std::string& initial) = 0;
-  virtual std::optional<PrintChoice> choosePrint(const PrintChoice& offered, int pages) = 0;
-  virtual void print(PageSource& pages, const PrintChoice& choice) = 0;
+  virtual std::optional<PrintChoice> choosePrint(const PrintQuestion& question) = 0;
   // Runs the screen until it is closed.
   virtual void runModal(Screen& screen) = 0;
+  // Takes step after step until one gives false or the screen is closed; meanwhile that screen can be used.
+  virtual void work(Screen& screen, const std::function<bool()>& step);
   // False: the person wants it ended. Only painting and the progress's own Cancel are delivered meanwhile.
   virtual bool progress(const Progress& progress) = 0;
   virtual void hourglass(bool on) = 0;
@@ -76,15 +83,6 @@ class Person {
   void show(Tone tone, const std::string& text, const std::string& caption = {});
   // Yes or No; `standard` is what Enter presses.
   bool confirm(const std::string& text, Tone tone = Tone::confirmation, Button standard = Button::yes);
-};
-
-// Prepared pages, as a preview shows them and a printer prints them.
-class PageSource {
- public:
-  virtual ~PageSource() = default;
-  virtual int pageCount() const = 0;
-  virtual std::string title() const = 0;
-  virtual std::string pageText(int page) const = 0;  // 1 is the first; in reading order
 };
 
 }  // namespace quillon::form

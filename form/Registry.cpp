@@ -57,6 +57,12 @@ const ScreenEntry* Registry::findInstance(std::string_view instanceName) const {
   return found == screens_.end() ? nullptr : &*found;
 }
 
+const ReportEntry* Registry::findReport(std::string_view className) const {
+  const auto found =
+      std::ranges::find_if(reports_, [&](const ReportEntry& entry) { return equalFolded(entry.className, className); });
+  return found == reports_.end() ? nullptr : &*found;
+}
+
 std::vector<const MenuRow*> Registry::menuRows(std::string_view path) const {
   const std::string wanted = foldedPath(path);
   std::vector<const MenuRow*> whole, ends;

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "form/PageRun.h"
+
 namespace quillon::form {
 
 class App;
@@ -55,17 +57,21 @@ struct MenuRow {
 class Registry {
  public:
   void add(ScreenEntry entry);  // an entry of that class that has no maker yet is completed
+  void addReport(ReportEntry entry) { reports_.push_back(std::move(entry)); }
   void addMenu(MenuRow row) { menu_.push_back(std::move(row)); }
 
   const ScreenEntry* find(std::string_view className) const;             // null: no such screen
   const ScreenEntry* findInstance(std::string_view instanceName) const;  // "frmJVs", in any case
   const std::deque<ScreenEntry>& screens() const { return screens_; }
+  const ReportEntry* findReport(std::string_view className) const;  // null: no such report; in any case
+  const std::deque<ReportEntry>& reports() const { return reports_; }
   const std::vector<MenuRow>& menu() const { return menu_; }
   // The rows whose path ends with this one; a path may leave out its beginning, "&" and "..." always.
   std::vector<const MenuRow*> menuRows(std::string_view path) const;
 
  private:
   std::deque<ScreenEntry> screens_;  // open screens look at theirs
+  std::deque<ReportEntry> reports_;
   std::vector<MenuRow> menu_;
 };
 

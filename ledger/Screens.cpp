@@ -1,6 +1,8 @@
 #include "ledger/Screens.h"
 
+#include "ledger/MakeReports.h"
 #include "ledger/MakeScreens.h"
+#include "reports/ReportRun.h"
 #include "shell/Session.h"
 
 namespace quillon::ledger {
@@ -42,6 +44,22 @@ constexpr Row kScreens[] = {
     {.className = "TfrmBank", .make = makeBank, .help = 260},
 };
 
+struct ReportRow {
+  const char* className;
+  const char* screen;
+  ReportPtr (*make)(shell::Session&);
+};
+
+constexpr ReportRow kReports[] = {
+    {"TrptGLAccounts", "TfrmGLAccounts", makeTrptGLAccounts},
+    {"TrptJVs", "TfrmJVs", makeTrptJVs},
+    {"TrptJV", "TfrmJVs", makeTrptJV},
+    {"TrptGLBalances", "TfrmGLBalances", makeTrptGLBalances},
+    {"TrptGLHistory", "TfrmGLHistory", makeTrptGLHistory},
+    {"TrptBanks", "TfrmBanks", makeTrptBanks},
+    {"TrptCurrencies", "TfrmCurrencies", makeTrptCurrencies},
+};
+
 }  // namespace
 
 void registerScreens(shell::Session& session) {
@@ -52,6 +70,10 @@ void registerScreens(shell::Session& session) {
                             .many = row.many,
                             .help = row.help,
                             .make = [&session, make = row.make](form::App&) { return make(session); }});
+  for (const ReportRow& row : kReports)
+    session.registry().addReport({row.className, row.screen, [&session, make = row.make](const form::Open& open) {
+                                    return std::make_unique<reports::ReportRun>(session, make(session), open);
+                                  }});
 }
 
 }  // namespace quillon::ledger

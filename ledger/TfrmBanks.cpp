@@ -40,7 +40,8 @@ void TfrmBanks::build(form::Layout& l) {
   tblBank.setIndex("BankName1");
   form::Control& edit = editMenu(l);
   form::Control& book = jump(l, "mnuBankBook", "Bank &Book", "TfrmBankBook");
-  l.row(edit, l.menu("&View", book, jump(l, "mnuBankRec", "Bank &Reconciliation", "TfrmBankRec")));
+  l.row(edit, l.menu("&View", book, jump(l, "mnuBankRec", "Bank &Reconciliation", "TfrmBankRec"),
+                     l.entry("mnuPrint", "&Print...", [this] { app().preview("TrptBanks", asShown()); })));
   listGrid(l, l.columns(l.column("Bank Name", tblBank["BankName"]),
                         l.codeColumn("GL Account", tblBank["BankGLAccountID"], accountCode()),
                         l.codeColumn("Currency", tblBank["CurrencyID"],

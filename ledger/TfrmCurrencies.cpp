@@ -31,7 +31,9 @@ class TfrmCurrencies final : public form::ListScreen {
  private:
   void build(form::Layout& l) override {
     tblCurrency.setIndex("CurrencyName1");
-    editMenu(l);
+    form::Control& edit = editMenu(l);
+    l.row(edit,
+          l.menu("&View", l.entry("mnuPrint", "&Print...", [this] { app().preview("TrptCurrencies", asShown()); })));
     listGrid(l, l.columns(l.column("Currency Name", tblCurrency["CurrencyName"]),
                           l.column("Exchange Rate", tblCurrency["ExchangeRate"])));
   }

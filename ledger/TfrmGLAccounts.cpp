@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "form/App.h"
 #include "form/Grid.h"
 #include "form/ListScreen.h"
 #include "form/Transaction.h"
@@ -48,6 +49,7 @@ class TfrmGLAccounts final : public form::ListScreen {
   int level() const { return cboSubaccount.value.asInt(); }
   bool isMain() const { return level() == 0; }
   void sort(const char* main, const char* sub) { rows().setIndex(isMain() ? main : sub); }
+  void mnuPrintClick();
   void later(const std::string& what);
   form::Control& laterEntry(form::Layout& l, std::string name, std::string caption, std::string what);
   std::vector<std::unique_ptr<form::Control>> levelColumns(form::Layout& l);
@@ -121,7 +123,7 @@ void TfrmGLAccounts::build(form::Layout& l) {
   tblGLAccnt.setIndex("GLAccount");
   for (form::Table* table : {&tblGLAcSub1, &tblGLAcSub2, &tblGLAcSub3}) table->setIndex("SubAccount");
   form::Control& edit = editMenu(l);
-  form::Control& print = laterEntry(l, "mnuPrint", "&Print...", "Subaccounts Print");
+  form::Control& print = l.entry("mnuPrint", "&Print...", &TfrmGLAccounts::mnuPrintClick);
   form::Control& totals = l.entry("mnuTotals", "&Totals", &TfrmGLAccounts::mnuTotalsClick);
   form::Control& history = l.entry("mnuHistory", "&History", &TfrmGLAccounts::mnuHistoryClick);
   form::Control& budget = laterEntry(l, "mnuBudget", "&Budget", "GL Budget filtered by selected subaccount");
@@ -154,6 +156,11 @@ form::Control& TfrmGLAccounts::laterEntry(form::Layout& l, std::string name, std
   return l.entry(std::move(name), std::move(caption), [this, what] { later(what); }).enabledWhen([this] {
     return !isMain();
   });
+}
+
+void TfrmGLAccounts::mnuPrintClick() {
+  if (!isMain()) return later("Subaccounts Print");
+  app().preview("TrptGLAccounts", asShown());
 }
 
 void TfrmGLAccounts::later(const std::string& what) {

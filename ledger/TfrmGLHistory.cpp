@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "form/App.h"
 #include "form/Grid.h"
 #include "form/ListScreen.h"
 #include "form/UsedBy.h"
@@ -69,7 +70,8 @@ void TfrmGLHistory::build(form::Layout& l) {
   form::Control& source =
       l.entry("mnuSource", "&Source", &TfrmGLHistory::mnuSourceClick).enabledWhen([this] { return hasSource(); });
   form::Control& jv = l.entry("mnuJV", "&JV", &TfrmGLHistory::mnuJVClick);
-  l.row(edit, l.menu("&View", source, jv, l.entry("mnuPrint", "&Print...", [] {}).disabled()));
+  l.row(edit, l.menu("&View", source, jv,
+                     l.entry("mnuPrint", "&Print...", [this] { app().preview("TrptGLHistory", asShown()); })));
   l.grid(tblGLHist, columns(l)).opens([this] { mnuJVClick(); });
   voucherPanel(l);
 }

@@ -27,6 +27,7 @@ class TfrmJVs final : public form::ListScreen {
   void mnuCopyClick();
   void mnuUnpostClick();
   void mnuHistoryClick();
+  void mnuPrintClick();
   void find(const std::string& typed) override;
   std::string number() { return tblJV["JVNumber"].value().toText(); }
   std::string periodText();
@@ -48,8 +49,8 @@ void TfrmJVs::build(form::Layout& l) {
   form::Control& copy = l.entry("mnuCopy", "&Copy", &TfrmJVs::mnuCopyClick);
   form::Control& unpost = l.entry("mnuUnpost", "&Unpost Selected JV", &TfrmJVs::mnuUnpostClick);
   form::Control& history = l.entry("mnuHistory", "&History", &TfrmJVs::mnuHistoryClick);
-  form::Control& printList = l.entry("mnuPrintList", "Print &List...", [] {}).disabled();
-  form::Control& print = l.entry("mnuPrint", "Print &Selected JV...", [] {}).disabled();
+  form::Control& printList = l.entry("mnuPrintList", "Print &List...", [this] { app().preview("TrptJVs", asShown()); });
+  form::Control& print = l.entry("mnuPrint", "Print &Selected JV...", &TfrmJVs::mnuPrintClick).key("Ctrl+P");
   form::Control& sort = l.menu("&Sort by", sortEntry(l, "mnuSortPeriod", "Period &ascending", "PeriodJVNumber"),
                                sortEntry(l, "mnuSortPeriodDESC", "Period &descending", "PeriodJVNumberDESC"),
                                sortEntry(l, "mnuSortJVNo", "&JV no.", "JVNumber"),
@@ -115,6 +116,11 @@ void TfrmJVs::mnuUnpostClick() {
 void TfrmJVs::mnuHistoryClick() {
   requireRow();
   app().open("TfrmGLHistory", {.filter = "(JVID = " + tblJV.value("JVID").toText() + ")"});
+}
+
+void TfrmJVs::mnuPrintClick() {
+  requireRow();
+  app().preview("TrptJV", {.filter = "V.JVID = " + tblJV.value("JVID").toText()});
 }
 
 void TfrmJVs::find(const std::string& typed) { app().runModal("TfrmJVsFind", {.values = {{"text", Value(typed)}}}); }

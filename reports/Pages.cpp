@@ -61,4 +61,19 @@ std::string PreparedPages::pageText(int number) const {
   return all;
 }
 
+std::vector<form::PageLink> PreparedPages::links(int number) const {
+  const Page& page = this->page(number);
+  std::vector<form::PageLink> all;
+  for (const Element& element : page.elements)
+    if (element.jump > 0)
+      all.push_back(
+          {std::string(page.textOf(element)), element.box.x, element.box.y, element.box.width, element.box.height});
+  return all;
+}
+
+void PreparedPages::follow(form::App& app, int number, std::size_t link) const {
+  for (const Element& element : page(number).elements)
+    if (element.jump > 0 && link-- == 0) return jumps.at(element.jump - 1U)(app, element.jumpKey);
+}
+
 }  // namespace quillon::reports

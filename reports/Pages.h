@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "form/Person.h"
+#include "form/PageView.h"
 #include "store/Value.h"
 
 namespace quillon::form {
@@ -107,6 +107,8 @@ class PreparedPages final : public form::PageSource {
   int pageCount() const override { return static_cast<int>(pages.size()); }
   std::string title() const override { return reportTitle; }
   std::string pageText(int page) const override;
+  std::vector<form::PageLink> links(int page) const override;
+  void follow(form::App& app, int page, std::size_t link) const override;
   const Page& page(int number) const { return pages.at(static_cast<std::size_t>(number - 1)); }  // 1 is the first
 };
 

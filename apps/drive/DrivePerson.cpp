@@ -210,17 +210,18 @@ std::optional<std::string> DrivePerson::chooseFolder(const std::string& title, c
   return pathFor({.kind = "folder", .caption = title, .text = {}, .buttons = kOkCancel, .standard = initial});
 }
 
-std::optional<form::PrintChoice> DrivePerson::choosePrint(const form::PrintChoice& offered, int pages) {
+std::optional<form::PrintChoice> DrivePerson::choosePrint(const form::PrintQuestion& asked) {
   std::optional<form::PrintChoice> choice;
+  const int pages = asked.pages;
   const Question question{.kind = "print",
                           .caption = "Print",
                           .text = std::to_string(pages) + " pages",
                           .buttons = kOkCancel,
-                          .standard = offered.printer};
+                          .standard = asked.offered.printer};
   answerTo(question, [&](const Json& answer) {
     choice.reset();
     if (answer.is(Kind::null) || (answer.is(Kind::text) && equalFolded(answer.text, "Cancel"))) return;
-    form::PrintChoice chosen = offered;
+    form::PrintChoice chosen = asked.offered;
     const auto number = [](const Json& value, const std::string& name) {
       return static_cast<int>(std::min<std::int64_t>(wholeOf(value, name), INT32_MAX));
     };
@@ -243,10 +244,6 @@ std::optional<form::PrintChoice> DrivePerson::choosePrint(const form::PrintChoic
     choice = chosen;
   });
   return choice;
-}
-
-void DrivePerson::print(form::PageSource& /*pages*/, const form::PrintChoice& /*choice*/) {
-  throw Error("This version cannot print yet");
 }
 
 // Modal screens and long work.

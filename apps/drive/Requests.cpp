@@ -10,6 +10,7 @@
 #include "apps/drive/State.h"
 #include "base/Text.h"
 #include "form/Grid.h"
+#include "form/PageView.h"
 #include "shell/Security.h"
 #include "store/Query.h"
 
@@ -28,6 +29,7 @@ struct Verb {
 
 bool canBeClicked(const form::Control& control) { return static_cast<bool>(control.command()); }
 bool canBeSet(const form::Control& control) { return control.binding() || control.grid(); }
+bool showsPages(const form::Control& control) { return control.pageView() != nullptr; }
 bool isGrid(const form::Control& control) { return control.grid() != nullptr; }
 
 std::string quoted(std::string_view name) { return "'" + std::string(name) + "'"; }
@@ -186,6 +188,27 @@ Done serveGrid(Program& program, const Request& request, Reply&) {
   return program.input().grid(*target.screen, *target.control, action->text);
 }
 
+// The figure is told by its text, and by its page where that is not the one on view.
+Done serveFollow(Program& program, const Request& request, Reply&) {
+  const Target target = targetNamed(program.app(), request.name(), showsPages);
+  const form::PageView* view = target.control->pageView();
+  if (view == nullptr || !view->pages) throw RequestRefused(quoted(request.name()) + " shows no pages");
+  int page = view->page;
+  if (const Json* asked = request.whole.find("page"))
+    page = static_cast<int>(std::min<std::int64_t>(wholeOf(*asked, "page"), INT32_MAX));
+  const Json* text = request.whole.find("text");
+  if (text == nullptr || !text->is(Json::Kind::text)) throw RequestRefused("\"follow\" needs a \"text\"");
+  if (page < 1 || page > view->pages->pageCount()) throw RequestRefused("There is no page " + std::to_string(page));
+  const std::vector<form::PageLink> links = view->pages->links(page);
+  const auto found = std::ranges::find(links, text->text, &form::PageLink::text);
+  if (found != links.end())
+    return program.input().follow(*target.screen, *target.control, page,
+                                  static_cast<std::size_t>(found - links.begin()));
+  std::vector<std::string> texts;
+  for (const form::PageLink& link : links) texts.push_back(link.text);
+  throw RequestRefused(quoted(text->text) + " leads nowhere", texts);
+}
+
 Done serveState(Program& program, const Request& request, Reply& reply) {
   constexpr std::int64_t kMostRows = 1000;
   StateRange range;
@@ -238,6 +261,7 @@ constexpr Verb kVerbs[] = {{"open", {}, false, serveOpen},
                            {"type", {"keys"}, false, serveType},
                            {"key", {}, false, serveKey},
                            {"grid", {"do", "row", "values"}, false, serveGrid},
+                           {"follow", {"page", "text"}, false, serveFollow},
                            {"state", {"from", "count", "page"}, true, serveState},
                            {"screens", {}, true, serveScreens},
                            {"close", {}, false, serveClose},

@@ -5,6 +5,7 @@
 #include "apps/drive/JsonWriter.h"
 #include "apps/drive/Names.h"
 #include "form/Grid.h"
+#include "form/PageView.h"
 #include "form/Table.h"
 
 namespace quillon::apps {
@@ -68,7 +69,7 @@ class StateWriter {
     if (!control.shortcut().empty()) out_.member("shortcut", control.shortcut());
     if (control.binding()) writeValue(control);
     if (control.grid()) writeGrid(*control.grid());
-    if (control.pages()) writePages(*control.pages());
+    if (control.pageView()) writePages(*control.pageView());
     if (control.kind() == Kind::pages || control.kind() == Kind::steps) {
       out_.member("page", control.page).key("pages").array();
       for (const auto& page : control.children()) out_.value(page->caption());
@@ -137,13 +138,18 @@ class StateWriter {
     out_.endObject();
   }
 
-  void writePages(form::PageSource& pages) {
+  void writePages(const form::PageView& view) {
+    out_.member("page", view.page).member("zoom", view.zoom).member("found", view.found);
+    if (!view.pages) return;
+    form::PageSource& pages = *view.pages;
     out_.member("title", pages.title()).member("count", pages.pageCount());
     if (!range_.page) return;
     if (*range_.page < 1 || *range_.page > pages.pageCount())
       throw RequestRefused("There is no page " + std::to_string(*range_.page) + "; it has " +
                            std::to_string(pages.pageCount()));
-    out_.member("page", *range_.page).member("text", pages.pageText(*range_.page));
+    out_.member("text", pages.pageText(*range_.page)).key("links").array();
+    for (const form::PageLink& link : pages.links(*range_.page)) out_.value(link.text);
+    out_.endArray();
   }
 
   void writeMenus() {

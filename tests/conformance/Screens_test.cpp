@@ -18,6 +18,7 @@
 #include "form/Table.h"
 #include "ledger/VoucherLines.h"
 #include "maintenance/Screens.h"
+#include "reports/Screens.h"
 #include "shell/Session.h"
 #include "shell/Start.h"
 #include "store/Query.h"
@@ -63,6 +64,7 @@ class Screens : public testing::TestWithParam<bool> {
         std::make_unique<shell::Session>(store::Environment{*files_, clock_, "BEN", "PC", 99}, person_, desktop_);
     desktop_.given().today = Date(2026, 3, 5);
     shell::registerScreens(*session_);
+    reports::registerScreens(*session_);
     ledger::registerScreens(*session_);
     maintenance::registerScreens(*session_);
     shell::prepareStart(*session_);

@@ -44,11 +44,8 @@ class ScriptedPerson final : public form::Person {
     heard.push_back("folder: " + title);
     return next(texts, title);
   }
-  std::optional<form::PrintChoice> choosePrint(const form::PrintChoice& offered, int /*pages*/) override {
-    return offered;
-  }
-  void print(form::PageSource& pages, const form::PrintChoice& /*choice*/) override {
-    heard.push_back("printed: " + pages.title());
+  std::optional<form::PrintChoice> choosePrint(const form::PrintQuestion& question) override {
+    return question.offered;
   }
   void runModal(form::Screen& screen) override {
     heard.push_back("modal: " + screen.name());
