@@ -8,8 +8,10 @@
 
 namespace quillon::bench {
 
-Options readOptions(int count, char** words, std::string_view program, const std::vector<std::string_view>& names) {
+Options readOptions(int count, char** words, std::string_view program, const std::vector<std::string_view>& names,
+                    std::int64_t rows) {
   Options options;
+  options.rows = rows;
   for (int i = 1; i < count; ++i) {
     const std::string_view word = words[i];
     if (word == "--tsv") {

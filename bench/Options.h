@@ -14,6 +14,7 @@ struct Options {
 };
 
 // Reads a program's words; --cpu sets the clock of all stopwatches. Raises Error with the usage when they do not fit.
-Options readOptions(int count, char** words, std::string_view program, const std::vector<std::string_view>& names);
+Options readOptions(int count, char** words, std::string_view program, const std::vector<std::string_view>& names,
+                    std::int64_t rows = 1'000'000);
 
 }  // namespace quillon::bench
