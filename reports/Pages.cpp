@@ -1,9 +1,9 @@
 #include "reports/Pages.h"
 
 #include <algorithm>
-#include <map>
 
 #include "base/Text.h"
+#include "reports/PageRows.h"
 
 namespace quillon::reports {
 namespace {
@@ -44,15 +44,12 @@ int columnOf(const Element& element, std::string_view text) {
 
 std::string PreparedPages::pageText(int number) const {
   const Page& page = this->page(number);
-  std::map<int, std::vector<const Element*>> rows;  // by their middle
-  for (const Element& element : page.elements)
-    if (element.kind == Element::Kind::text && element.length > 0)
-      rows[element.box.y + element.box.height / 2].push_back(&element);
+  PageRows rows;
+  rows.read(page, [](const Element&) { return true; });
   std::string all;
-  for (auto& [y, elements] : rows) {
-    std::ranges::stable_sort(elements, {}, [](const Element* some) { return some->box.x; });
+  for (std::size_t i = 0; i < rows.size(); ++i) {
     TextLine line;
-    for (const Element* element : elements) {
+    for (const Element* element : rows.row(i)) {
       const std::string_view text = page.textOf(*element);
       line.place(columnOf(*element, text) - left / kCharacter, text);
     }

@@ -13,6 +13,7 @@
 #include "bench/reports/History.h"
 #include "bench/reports/Theirs.h"
 #include "reports/WritePdf.h"
+#include "reports/WriteSpreadsheet.h"
 
 namespace quillon::bench {
 namespace {
@@ -62,6 +63,11 @@ Costs measure(const reports::PreparedPages& pages, const std::string& folder) {
   costs.theirs.memory = memoryOf(theirs);
   const Pair pair = alternate(kRounds, 1'000'000, timed(ours), timed(theirs));  // one operation is then in seconds
   costs.ours.seconds = pair.ours, costs.theirs.seconds = pair.theirs;
+  const std::string sheetPath = folder + "/ours.xlsx";
+  const auto sheet = [&] { writeSpreadsheet(pages, sheetPath); };
+  costs.sheet.memory = memoryOf(sheet);
+  costs.sheet.seconds = alternate(kRounds, 1'000'000, timed(sheet), timed([] {})).ours;
+  costs.sheet.size = megabytes(sheetPath);
   costs.ours.size = megabytes(ourPath), costs.theirs.size = megabytes(theirPath);
   return costs;
 }
@@ -70,7 +76,7 @@ void run(int count, char** words) {
   const Options options = readOptions(count, words, "bench_reports", {}, 100'000);
   const Scratch scratch;
   Report report(options.tabs);
-  double before = 0;
+  Costs before;
   for (const std::int64_t lines : {options.rows, 2 * options.rows}) {
     const reports::PreparedPages pages = ledgerHistory(lines);
     const Costs costs = measure(pages, scratch.path());
@@ -79,8 +85,14 @@ void run(int count, char** words) {
     report.add({"pdf" + of, costs.ours.seconds, costs.theirs.seconds, "s", 1});
     report.add({"pdf memory" + of, costs.ours.memory, costs.theirs.memory, "MiB", 1});
     report.add({"pdf size" + of, costs.ours.size, costs.theirs.size, "MB", 1});
-    if (before > 0) report.add({"pdf growth", costs.ours.seconds / before, {}, "times for twice the lines"});
-    before = costs.ours.seconds;
+    report.add({"xlsx" + of, costs.sheet.seconds, {}, "s"});
+    report.add({"xlsx memory" + of, costs.sheet.memory, {}, "MiB"});
+    report.add({"xlsx size" + of, costs.sheet.size, {}, "MB"});
+    if (lines > options.rows) {
+      report.add({"pdf growth", costs.ours.seconds / before.ours.seconds, {}, "times for twice the lines"});
+      report.add({"xlsx growth", costs.sheet.seconds / before.sheet.seconds, {}, "likewise"});
+    }
+    before = costs;
   }
 }
 
