@@ -29,6 +29,7 @@ void RowReader::arrive(std::size_t slot, RowId row) {
   key_.clear();
   KeyCodec::appendRow(key_, row);
   at_ = &*walks_[slot];
+  half_ = slot < kTogether ? 0 : kTogether;
   if (!at_->arrive(key_) || at_->key() != key_)
     throw StoreError(Code::damaged, "An index of table '" + table_.name() +
                                         "' names a record that is not there. Run Pack/Repair on the company.");
@@ -47,16 +48,16 @@ bool RowReader::readEach(std::span<const RowId> rows, const Each& each) {
   while (!rows.empty()) {
     const auto now = rows.first(std::min(rows.size(), kTogether));
     rows = rows.subspan(now.size());
-    half_ = kTogether - half_;
+    const std::size_t half = kTogether - half_;  // where the one that is read from now does not stand
     RowId before = last_;
     for (std::size_t i = 0; i < now.size(); before = now[i++])
-      if (!areNear(now[i], before)) approach(half_ + i, now[i]);
+      if (!areNear(now[i], before)) approach(half + i, now[i]);
     for (std::size_t i = 0; i < now.size(); ++i) {
       if (!areNear(now[i], last_)) {
-        arrive(half_ + i, now[i]);
+        arrive(half + i, now[i]);
       } else if (!moveTo(now[i])) {
-        approach(half_ + i, now[i]);
-        arrive(half_ + i, now[i]);
+        approach(half + i, now[i]);
+        arrive(half + i, now[i]);
       }
       last_ = now[i];
       if (!each(now[i], table_.record(at_->payload(), scratch_))) return false;

@@ -33,9 +33,10 @@ class RowReader {
   void arrive(std::size_t slot, RowId row);
 
   Table& table_;
-  std::array<std::optional<TreeWalk>, 2 * kTogether> walks_;  // one half in turn, so that the last one stays
-  std::size_t half_ = 0;
-  TreeWalk* at_ = nullptr;  // the one that stands on the record read last
+  // Those that are sent ahead are of the half in which the one read last does not stand: it may stay for whole batches.
+  std::array<std::optional<TreeWalk>, 2 * kTogether> walks_;
+  std::size_t half_ = 0;    // in which that one stands
+  TreeWalk* at_ = nullptr;  // that one
   RowId last_ = 0;
   std::string key_, scratch_;
 };

@@ -3,9 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <span>
+
 #include "base/Errors.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
+#include "store/table/RowReader.h"
 #include "support/SimProcess.h"
 
 namespace quillon::store {
@@ -98,6 +102,44 @@ TEST(Glances, AGlanceSeesOtherRowsWhileARowIsBeingEdited) {
   }
   EXPECT_EQ(cursor.state(), CursorState::insert);
   EXPECT_TRUE(cursor["Name"].isNull());
+}
+
+// Rows that follow each other, single ones, and far ones, in batches of all sizes.
+TEST(RowReaders, RecordsAreReadInAnyOrderHoweverTheyLieToEachOther) {
+  Company company;
+  Cursor cursor(company.database(), "Line");
+  cursor.open();
+  constexpr int kRows = 400;
+  for (int i = 1; i <= kRows; ++i) {
+    cursor.insert();
+    cursor["Amount"] = i;
+    cursor.post();
+  }
+  const int amount = cursor.fieldPosition("Amount");
+  std::mt19937 random(20260305);
+  for (int round = 0; round < 200; ++round) {
+    std::vector<RowId> wanted;
+    auto row = static_cast<RowId>(1 + random() % kRows);
+    for (int i = 0; i < 300; ++i) {
+      const auto way = static_cast<unsigned>(random() % 10);
+      row = way < 7 ? row + 1 : way < 9 ? row - 1 : static_cast<RowId>(1 + random() % kRows);
+      row = std::clamp<RowId>(row, 1, kRows);
+      wanted.push_back(row);
+    }
+    cursor.table().read([&] {
+      RowReader reader(cursor.table());
+      for (std::size_t at = 0; at < wanted.size();) {
+        const std::size_t count = std::min<std::size_t>(1 + random() % 40, wanted.size() - at);
+        std::size_t next = at;
+        reader.readEach(std::span(wanted).subspan(at, count), [&](RowId id, std::string_view record) {
+          EXPECT_EQ(id, wanted[next]);
+          EXPECT_EQ(RecordView(cursor.table().layout(), record).get(amount).asInt(), static_cast<int>(wanted[next++]));
+          return true;
+        });
+        at += count;
+      }
+    });
+  }
 }
 
 }  // namespace
