@@ -47,6 +47,7 @@ void TrptGLBalances::tell(reports::Bands& b, const form::Open& open) {
          orderOf(open, "g.GLAccount, s1.SubAccount, s2.SubAccount, s3.SubAccount, a.GLYear"));
   b.landscape = true;
   b.size = 75;
+  b.look = [] { return reports::RowLook{.spaceAbove = 40}; };
   b.text("Account no.", "GLAccount", 850);
   b.shown("Name", 1900, [this] {
     return accountNames(app(), value("GLAccountID"),

@@ -51,7 +51,8 @@ class Report {
   void select(std::string statement) { qryMain_.setStatement(std::move(statement)); }
   store::Query& qryMain() { return qryMain_; }
 
-  // " WHERE ..." of the condition that it is opened with, and " ORDER BY ..." as the list is that it prints, or `order`.
+  // " WHERE ..." of the condition that it is opened with, and " ORDER BY ..." as the list is that it prints, or
+  // `order`.
   static std::string whereOf(const form::Open& open);
   static std::string orderOf(const form::Open& open, const std::string& order);
   // One of its values as text; empty when it has none of that name.

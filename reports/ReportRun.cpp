@@ -348,7 +348,7 @@ int ReportRun::detailCell(Strip& strip, std::size_t i, const RowLook& look) {
   const std::string text = column.format->show(value);
   if (text.empty()) return box.bottom();
   if (!column.wraps) {
-    strip.text(box, itsStyle, text, value);
+    figure&& value.isNumber() ? strip.figure(box, itsStyle, text, value) : void(strip.text(box, itsStyle, text, value));
     return box.bottom();
   }
   for (const std::string& some : wrapped(text, itsStyle, box.width)) {
@@ -377,7 +377,7 @@ Strip ReportRun::sums(Part part, const Band& band, const std::string& words, con
     Style look = style(Face::bold);
     look.align = Align::right;
     if (places_[i].line == 0) strip.line({box.x, box.y, box.width, 0});
-    strip.text(box, look, column.format->show(Value(sums[i])), Value(sums[i]));
+    strip.figure(box, look, column.format->show(Value(sums[i])), Value(sums[i]));
     if (part == Part::summary && places_[i].line + 1 == lines_)
       for (const int below : {0, kRuleRoom}) strip.line({box.x, narrow(box.bottom() + below), box.width, 0});
   }

@@ -67,6 +67,12 @@ Element& Strip::text(Box box, Style style, std::string_view text, const store::V
   return content.elements.emplace_back(element);
 }
 
+void Strip::figure(Box box, Style style, const std::string& shown, const store::Value& value) {
+  const auto hang = static_cast<int>(Font::of(style.face).width(")", style.size) + 0.5);
+  if (!shown.ends_with(')')) box.width = static_cast<std::int16_t>(box.width - hang);
+  text(box, style, shown, value);
+}
+
 void Strip::line(Box box) {
   content.elements.push_back({.kind = Element::Kind::line, .part = part, .box = box});
   height = std::max(height, box.bottom());

@@ -24,6 +24,9 @@ struct Strip {
 
   // A text is cut short with "…" where it is too long for its box; a figure is set in smaller letters instead.
   Element& text(Box box, Style style, std::string_view text, const store::Value& value = {});
+  // A figure in a column that ends at the box's right edge: the parenthesis of a negative one stands behind that edge,
+  // so that decimal points stand below each other.
+  void figure(Box box, Style style, const std::string& text, const store::Value& value);
   void line(Box box);
   // What the band has, `top` below the upper edge; grows to hold it.
   void add(const Band& band, int top);
