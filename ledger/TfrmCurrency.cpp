@@ -1,7 +1,8 @@
 // One currency: its rate, in home units for one of its own (0 and 1 translate nothing), and the control accounts of its
 // customers, vendors and banks. The rates of the periods' ends are there to restate a statement.
 //
-// Keeps: a currency with a rate has the account that takes what translating leaves over.
+// Keeps: a currency with a rate has the account that takes what translating leaves over; no rate is below zero, which
+// would turn debits into credits.
 #include <array>
 
 #include "form/App.h"
@@ -18,6 +19,8 @@ using form::focus;
 using form::refuse;
 
 constexpr int kPeriods = 12;
+// The rates of the periods' ends; behind each stands a period's number.
+constexpr const char *kLastYear = "ExchangeRateLY", *kThisYear = "ExchangeRateTY";
 
 struct Account {
   const char* caption;
@@ -63,12 +66,18 @@ TfrmCurrency::TfrmCurrency(shell::Session& session)
                                    .keyFocus = "CurrencyName",
                                    .nextId = true}) {
   tblCurrency.events.beforePost = [this] { tblCurrencyBeforePost(); };
+  const auto validateRate = [](const store::Value& rate) {
+    if (rate.asDouble() < 0) refuse("Exchange Rate cannot be negative");
+  };
+  tblCurrency.validate("ExchangeRate", validateRate);
+  for (int period = 1; period <= kPeriods; ++period)
+    for (const char* field : {kLastYear, kThisYear}) tblCurrency.validate(field + std::to_string(period), validateRate);
 }
 
 void TfrmCurrency::build(form::Layout& l) {
   Control& first = general(l);
-  Control& lastYear = rates(l, "Last Year Exchange Rates", "ExchangeRateLY");
-  Control& thisYear = rates(l, "This Year Exchange Rates", "ExchangeRateTY");
+  Control& lastYear = rates(l, "Last Year Exchange Rates", kLastYear);
+  Control& thisYear = rates(l, "This Year Exchange Rates", kThisYear);
   l.pages(first, l.group("Exch. Rates", l.row(lastYear, thisYear)));
   l.row(l.button("btnOK", "OK", &TfrmCurrency::btnOKClick).saves().standard(),
         l.button("btnCancel", "Cancel", &TfrmCurrency::btnCancelClick).abandons());

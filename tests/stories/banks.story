@@ -52,6 +52,16 @@
 > {"click":"frmCurrencies.mnuEdit"}
 > {"state":"frmCurrency"}
 < {"state":{"title":"Currency","cursor":"browse"}}
+| General | editExchangeRate | -1.25 | Exchange Rate cannot be negative
+| General | editExchangeRate | 1e400 | '1e400' is not a valid number
+| Exch. Rates | editExchangeRateLY1 | -0.001 | Exchange Rate cannot be negative
+| Exch. Rates | editExchangeRateTY12 | -2 | Exchange Rate cannot be negative
+> {"set":"frmCurrency.pagPages","value":"{1}"}
+> {"set":"frmCurrency.{2}","value":"{3}"}
+< {"ok":false,"messages":[{"kind":"error","text":"{4}"}],"focus":"frmCurrency.{2}"}
+> {"key":"Esc"}
+|
+> {"set":"frmCurrency.pagPages","value":"General"}
 > {"set":"frmCurrency.editExchangeRate","value":"1.3333"}
 > {"click":"frmCurrency.btnOK"}
 < {"ok":false,"messages":[{"text":"Field 'Gain/Loss Exchange Account' must have a value if rate is entered"}],
