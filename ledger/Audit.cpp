@@ -8,6 +8,7 @@
 
 #include "base/Period.h"
 #include "ledger/Accounts.h"
+#include "ledger/AuditKeys.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
 
@@ -61,6 +62,7 @@ class Audit {
   store::Database& database_;
   Cursor jv_{database_, "JV"}, lines_{database_, "JVDet"}, history_{database_, "GLHist"},
       totals_{database_, "GLActual"}, control_{database_, "JVCtl"}, company_{database_, "Company"};
+  AuditKeys setUp_{database_};
   std::vector<std::unique_ptr<Cursor>> keyRows_;  // accounts, subaccounts by level
   std::array<Ids, 1 + kSubaccountLevels> keys_;
   Ids vouchers_, historyYears_;
@@ -77,6 +79,7 @@ AuditReport Audit::take() {
   std::vector<store::Table*> tables;
   for (Cursor* cursor : {&jv_, &lines_, &history_, &totals_, &control_, &company_}) tables.push_back(&cursor->table());
   for (const auto& cursor : keyRows_) tables.push_back(&cursor->table());
+  setUp_.addTables(tables);
   const store::Database::Snapshot moment(database_, tables);
   company_.first();
   fiscalYear_ = company_["FiscalYear"].asInt();
@@ -89,6 +92,7 @@ AuditReport Audit::take() {
   checkHistory();
   checkTotals();
   checkControl();
+  for (Disagreement& fault : setUp_.faults(keys_.front())) report(INT_MAX, std::move(fault));
   // A purge takes whole years, up to one: what was posted again since stands in them.
   const auto behind = historyYears_.upper_bound(lastCancelled_);
   const int first = behind != historyYears_.end() ? *behind : lastCancelled_ + 1;

@@ -98,6 +98,13 @@ TEST_F(SampleLedger, EveryPlantedErrorIsFound) {
        "JVDet, JVID 90000, lines without a voucher"},
       {"UPDATE JVCtl SET NextJVID = NextJVID - 1", "UPDATE JVCtl SET NextJVID = NextJVID + 1",
        "JVCtl, the row, NextJVID"},
+      {"UPDATE Currency SET GainLossExchangeGLAccntID = 900 WHERE CurrencyID = 2",
+       "UPDATE Currency SET GainLossExchangeGLAccntID = 60",
+       "CurrencyID 2, GainLossExchangeGLAccntID: 900, an account"},
+      {"UPDATE Bank SET CurrencyID = NULL WHERE BankID = 1", "UPDATE Bank SET CurrencyID = 1 WHERE BankID = 1",
+       "BankID 1, CurrencyID: nothing, a currency"},
+      {"UPDATE Company SET DfltCOGSGLAccountID = 900", "UPDATE Company SET DfltCOGSGLAccountID = 32",
+       "Company, the row, DfltCOGSGLAccountID: 900"},
       {"UPDATE GLAccnt SET GLAccountID = 900 WHERE GLAccountID = 1",
        "UPDATE GLAccnt SET GLAccountID = 1 WHERE GLAccountID = 900", "GLAccountID: 1, an account"},
   };
