@@ -11,7 +11,7 @@ std::string bound(const std::string& field, const char* comparison, const store:
   if (number.isNull()) return {};
   std::string text;
   for (const char c : number.asText()) text += c == '\'' ? "''" : std::string(1, c);
-  return "(" + field + comparison + "'" + text + "')";
+  return "(UPPER(" + field + ")" + comparison + "UPPER('" + text + "'))";
 }
 
 }  // namespace

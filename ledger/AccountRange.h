@@ -7,13 +7,13 @@
 
 namespace quillon::ledger {
 
-// A filter's condition on account numbers: from one to another, both included; an end that is empty is open.
+// A filter's condition on account numbers: from one to another, both included, case apart; an end that is empty is open.
 struct AccountRange {
   form::Variable from = {}, to = {};
 
   // editAccountFrom and editAccountTo, side by side.
   form::Control& told(form::Layout& layout);
-  // On `field`, which holds the number: "(g.GLAccount >= '1000') AND (g.GLAccount <= '1999')"; empty for all.
+  // On `field`, which holds the number; empty for all.
   std::string condition(const std::string& field) const;
 };
 

@@ -3,7 +3,7 @@
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (1, '1000', 'Cash', 1)
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (2, '2000', 'Alimony', 2)
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (3, '4000', 'Sales', 3)
-| GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (4, '5''0', 'Unused', 4)
+| GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (4, 'X5''0', 'Unused', 4)
 | GLAcSub1 (SubAccountID, SubAccount, SubAccountName) VALUES (1, 'N', 'North')
 | GLAcSub3 (SubAccountID, SubAccount, SubAccountName) VALUES (2, 'R', 'Retail')
 | GLActual (GLAccountID, GLYear, ActualBudget, OpeningBal, Amount3, Amount12) VALUES (1, 2026, 'A', 100.5, 1500.25, -2)
@@ -34,7 +34,7 @@
    "Amount12":"(2.00)","TotalChange":"1,498.25"}},
    {"cells":{"GLAccount":"1000","Name":"Cash - North - Retail","Amount1":"7.00","TotalChange":"7.00"}},
    {"cells":{"GLAccount":"2000","GLYear":"2025","OpeningBal":"(30.00)","TotalChange":"0.00"}},
-   {"cells":{"GLAccount":"4000"}},{"cells":{"GLAccount":"5'0","Name":"Unused","GLYear":"","OpeningBal":""}}]}},
+   {"cells":{"GLAccount":"4000"}},{"cells":{"GLAccount":"X5'0","Name":"Unused","GLYear":"","OpeningBal":""}}]}},
    "menus":[{"path":"&Edit > &Find..."},{"path":"&Edit > F&ilter..."},{"path":"&Edit > &Refresh"},
    {"path":"&View > &History"},{"path":"&View > &Budget","enabled":false},{"path":"&View > &Print...","enabled":false},
    {"path":"&View > &Export..."},{"path":"&Sort by > Account &no.","checked":true},{"path":"&Sort by > &Name"}]}}
@@ -54,7 +54,7 @@
 # Filters.
 | editAccountFrom | 2000 | 3
 | editAccountTo | 2000 | 3
-| editAccountFrom | 5'0 | 1
+| editAccountFrom | x5'0 | 1
 | cboAccountType | Revenue | 1
 | editSubAccount1 | n | 1
 | editSubAccount3 | R | 1
