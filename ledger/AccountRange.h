@@ -7,7 +7,8 @@
 
 namespace quillon::ledger {
 
-// A filter's condition on account numbers: from one to another, both included, case apart; an end that is empty is open.
+// A filter's condition on account numbers: from one to another, both included, case apart; an end that is empty is
+// open.
 struct AccountRange {
   form::Variable from = {}, to = {};
 
