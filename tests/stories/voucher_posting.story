@@ -162,3 +162,16 @@
 < {"ok":true,"messages":[]}
 > {"sql":"SELECT GLAccountID, Amount3 FROM GLActual WHERE GLYear = 2026 AND Amount3 IS NOT NULL"}
 < {"rows":[[1,20],[2,0]]}
+
+# A period that no entry lets through reaches the history and the row of totals, but none of its amounts.
+> {"close":"frmJV"}
+> {"sql":"UPDATE JV SET Posted = true"}
+> {"sql":"INSERT INTO JV (JVID, GLYear, GLPeriod, JVNumber, Source, TransType, TransDate, Posted, AutoReverse) VALUES (8, 2026, 13, 1008, 'GL', 'JV', '2026-12-31', false, true)"}
+> {"sql":"INSERT INTO JVDet (JVID, Seq, GLAccountID, GLAmount) VALUES (8, 1, 3, 5)"}
+> {"click":"frmJVs.mnuPost"}
+> {"click":"frmJVsPost.btnOK"}
+< {"ok":true,"messages":[]}
+> {"sql":"SELECT GLYear, GLPeriod, Amount FROM GLHist WHERE JVID = 8"}
+< {"rows":[[2026,13,5],[2027,1,-5]]}
+> {"sql":"SELECT GLYear, Amount1, Amount12 FROM GLActual WHERE GLAccountID = 3"}
+< {"rows":[[2026,null,null],[2027,-5,null]]}
