@@ -3,14 +3,11 @@
 //
 // Limited to one account it reads by the index of accounts, and leaves out the columns that would say the same in each
 // row.
-#include <algorithm>
-#include <array>
-
 #include "form/App.h"
 #include "form/Grid.h"
 #include "form/ListScreen.h"
-#include "form/UsedBy.h"
 #include "ledger/Accounts.h"
+#include "ledger/HistoryOrigin.h"
 #include "ledger/MakeScreens.h"
 #include "ledger/Sources.h"
 #include "shell/Periods.h"
@@ -19,25 +16,7 @@
 namespace quillon::ledger {
 namespace {
 
-using form::refuse;
 using store::Value;
-
-// The documents that vouchers come from: their list, and by which field of the history they are found.
-struct Origin {
-  const char* source;
-  const char* transType;  // empty: any
-  const char* screen;
-  const char* table;
-  const char* key;
-  const char* name;
-};
-constexpr std::array<Origin, 5> kOrigins = {{
-    {"AP", "Inv", "TfrmAPInvoices", "APInv", "APInvoiceID", "AP Invoice"},
-    {"AP", "Chq", "TfrmAPCheques", "APCheq", "ChequeID", "AP Payment"},
-    {"AR", "Inv", "TfrmARInvoices", "ARInv", "ARInvoiceID", "AR Invoice"},
-    {"AR", "Pmt", "TfrmARPayments", "ARPmt", "PaymentID", "AR Payment"},
-    {"IN", "", "TfrmInvAdjustments", "IAdjust", "AdjustmentID", "Inventory Adjustment"},
-}};
 
 class TfrmGLHistory final : public form::ListScreen {
  public:
@@ -49,14 +28,10 @@ class TfrmGLHistory final : public form::ListScreen {
   void build(form::Layout& layout) override;
   void showOnly(const std::string& condition) override;
   void mnuRefreshClick() override;
-  void mnuSourceClick();
-  void mnuJVClick();
+  void mnuSourceClick() { openSource(app(), tblGLHist, "It may have been purged."); }
+  void mnuJVClick() { openVoucher(app(), tblGLHist, "It may have been deleted or purged."); }
   std::vector<std::unique_ptr<form::Control>> columns(form::Layout& l);
   form::Control& voucherPanel(form::Layout& l);
-  std::string text(const char* field) { return tblGLHist[field].isNull() ? "" : tblGLHist.value(field).toText(); }
-  const Origin* origin();
-  bool hasSource();
-  Value voucherId();
   std::vector<Value> voucher(const std::string& fields);
 
   form::Table tblGLHist{*this, "GLHist"};
@@ -67,8 +42,9 @@ class TfrmGLHistory final : public form::ListScreen {
 void TfrmGLHistory::build(form::Layout& l) {
   tblGLHist.setIndex("PeriodDateJVDESC");
   form::Control& edit = editMenu(l);
-  form::Control& source =
-      l.entry("mnuSource", "&Source", &TfrmGLHistory::mnuSourceClick).enabledWhen([this] { return hasSource(); });
+  form::Control& source = l.entry("mnuSource", "&Source", &TfrmGLHistory::mnuSourceClick).enabledWhen([this] {
+    return hasSource(app(), tblGLHist);
+  });
   form::Control& jv = l.entry("mnuJV", "&JV", &TfrmGLHistory::mnuJVClick);
   l.row(edit, l.menu("&View", source, jv,
                      l.entry("mnuPrint", "&Print...", [this] { app().preview("TrptGLHistory", asShown()); })));
@@ -146,64 +122,10 @@ void TfrmGLHistory::mnuRefreshClick() {
   tblJVDet.refresh();
 }
 
-// The voucher of the current row.
-
-// A reversing row is of the period after its voucher's; one without an id cancels a voucher whose own rows were purged.
-Value TfrmGLHistory::voucherId() {
-  if (tblGLHist.isEmpty()) return {};
-  store::Cursor& vouchers = app().lookUp("JV");
-  const bool reverses = text("TransType") == "JVR";
-  if (const Value id = tblGLHist.value("JVID"); !id.isNull() && !reverses) return vouchers.lookup("JVID", {id}, "JVID");
-  Period period{tblGLHist["GLYear"].asInt(), tblGLHist["GLPeriod"].asInt()};
-  if (reverses) period = period.previous();
-  return vouchers.lookup("GLYear;GLPeriod;JVNumber",
-                         {Value(period.year), Value(period.number), tblGLHist.value("JVNumber")}, "JVID");
-}
-
 // What the panel's voucher has in these fields; nothing when it is gone.
 std::vector<Value> TfrmGLHistory::voucher(const std::string& fields) {
   const Value id = tblGLHist.isOpen() && !tblGLHist.isEmpty() ? tblGLHist.value("JVID") : Value();
   return id.isNull() ? std::vector<Value>() : app().lookUp("JV").lookupAll("JVID", {id}, fields);
-}
-
-// Commands.
-
-const Origin* TfrmGLHistory::origin() {
-  const std::string source = text("Source"), type = text("TransType");
-  const auto found = std::ranges::find_if(kOrigins, [&](const Origin& some) {
-    return source == some.source && (*some.transType == '\0' || type == some.transType);
-  });
-  return found == kOrigins.end() ? nullptr : &*found;
-}
-
-bool TfrmGLHistory::hasSource() {
-  if (!tblGLHist.isOpen() || tblGLHist.isEmpty()) return false;
-  if (text("Source") == "GL") return app().has("TfrmJV");
-  const Origin* from = origin();
-  return from != nullptr && app().has(from->screen);
-}
-
-void TfrmGLHistory::mnuSourceClick() {
-  requireRow();
-  if (text("Source") == "GL") {
-    const Value id = voucherId();
-    if (id.isNull()) refuse("JV " + text("JVNumber") + " not found...\rIt may have been purged.");
-    app().open("TfrmJV", {.locate = {{"JVID", id}}});
-    return;
-  }
-  const Origin* from = origin();
-  if (from == nullptr) form::abort();
-  const Value id = tblGLHist.value(from->key);
-  if (id.isNull() || !form::isUsed(database(), {from->table, from->key, {}}, id))
-    refuse(std::string(from->name) + " not found...\rIt may have been purged.");
-  app().open(from->screen, {.locate = {{from->key, id}}});
-}
-
-void TfrmGLHistory::mnuJVClick() {
-  requireRow();
-  const Value id = voucherId();
-  if (id.isNull()) refuse("JV " + text("JVNumber") + " not found...\rIt may have been deleted or purged.");
-  app().open("TfrmJVs", {.locate = {{"JVID", id}}});
 }
 
 }  // namespace
