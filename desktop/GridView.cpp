@@ -5,6 +5,8 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyle>
+#include <QStyleOptionButton>
 #include <algorithm>
 
 #include "desktop/Hands.h"
@@ -23,6 +25,19 @@ QColor lineColour(const QPalette& palette) {
   const QColor ink = palette.color(QPalette::Text), paper = palette.color(QPalette::Base);
   const auto mixed = [](int some, int other) { return (some + 5 * other) / 6; };
   return {mixed(ink.red(), paper.red()), mixed(ink.green(), paper.green()), mixed(ink.blue(), paper.blue())};
+}
+
+bool ticks(const form::Control* column) { return column && column->binding() && column->binding()->ticks(); }
+
+// A box in the middle of a cell.
+void paintTick(QPainter& painter, QRect cell, bool ticked, const QWidget& grid) {
+  QStyleOptionButton box;
+  box.initFrom(&grid);
+  box.state = QStyle::State_Enabled | (ticked ? QStyle::State_On : QStyle::State_Off);
+  const QSize size(grid.style()->pixelMetric(QStyle::PM_IndicatorWidth, &box, &grid),
+                   grid.style()->pixelMetric(QStyle::PM_IndicatorHeight, &box, &grid));
+  box.rect = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size, cell);
+  grid.style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, &grid);
 }
 
 // What is typed in the active cell. Keys that mean something to the grid go to the program.
@@ -202,6 +217,13 @@ void GridArea::paintHeader(QPainter& painter, const std::vector<Column>& columns
   }
 }
 
+void GridArea::paintText(QPainter& painter, QRect cell, const Column& column, const std::string& text) {
+  const bool right = column.control->binding() && column.control->binding()->alignsRight();
+  const QRect inner = cell.adjusted(kPadding, 0, -kPadding, 0);
+  painter.drawText(inner, (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
+                   painter.fontMetrics().elidedText(shown(text).section('\n', 0, 0), Qt::ElideRight, inner.width()));
+}
+
 void GridArea::paintRow(QPainter& painter, const std::vector<Column>& columns, std::size_t place) const {
   const form::Grid::Row& row = view_.rows[place];
   const int top = headerHeight() + static_cast<int>(place) * rowHeight();
@@ -223,11 +245,10 @@ void GridArea::paintRow(QPainter& painter, const std::vector<Column>& columns, s
     } else {
       painter.setPen(ink);
     }
-    const bool right = columns[i].control->binding() && columns[i].control->binding()->alignsRight();
-    const QRect inner = cell.adjusted(kPadding, 0, -kPadding, 0);
-    const QString text =
-        painter.fontMetrics().elidedText(shown(row.texts[i]).section('\n', 0, 0), Qt::ElideRight, inner.width());
-    painter.drawText(inner, (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter, text);
+    if (ticks(columns[i].control))
+      paintTick(painter, cell, row.data[i].asBool(), *viewport());
+    else
+      paintText(painter, cell, columns[i], row.texts[i]);
     if (!grid().lines()) continue;
     painter.setPen(lineColour(palette()));
     painter.drawLine(cell.topRight(), cell.bottomRight());
@@ -269,11 +290,16 @@ void GridArea::goTo(const Spot& spot) {
 
 void GridArea::mousePressEvent(QMouseEvent* event) {
   setFocus(Qt::MouseFocusReason);
-  if (const auto spot = spotAt(event->pos())) goTo(*spot);
+  const auto spot = spotAt(event->pos());
+  if (!spot) return;
+  goTo(*spot);
+  if (ticks(spot->column)) hands_.act([this](form::Input& input) { input.tick(hands_.screen(), control_); });
 }
 
 void GridArea::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (!spotAt(event->pos())) return;
+  const auto spot = spotAt(event->pos());
+  if (!spot) return;
+  if (ticks(spot->column)) return mousePressEvent(event);
   if (control_.command())
     hands_.act([this](form::Input& input) { input.click(hands_.screen(), control_); });
   else if (const form::Control* target = hands_.screen().target();

@@ -54,6 +54,34 @@ class FieldBinding final : public Binding {
   ConverterPtr converter_;
 };
 
+class TickBinding final : public Binding {
+ public:
+  TickBinding(store::Cursor& cursor, std::string field) : cursor_(cursor), field_(std::move(field)) {}
+
+  std::string text() override { return converter_->show(data()); }
+  Value data() override { return cursor_.isOpen() ? cursor_.value(field_) : Value(); }
+  void take(std::string_view typed) override { put(converter_->read(typed)); }
+  void put(const Value& value) override {
+    if (cursor_.isEmpty() || data().asBool() == value.asBool()) return;
+    cursor_.edit();
+    try {
+      cursor_[field_] = value.asBool();
+      cursor_.post();
+    } catch (...) {
+      cursor_.cancel();
+      throw;
+    }
+  }
+  std::string_view field() const override { return field_; }
+  int width() const override { return 3; }
+  bool ticks() const override { return true; }
+
+ private:
+  store::Cursor& cursor_;
+  std::string field_;
+  ConverterPtr converter_ = yesNoConverter();
+};
+
 class VariableBinding final : public Binding {
  public:
   VariableBinding(Variable& variable, ConverterPtr converter) : variable_(variable), converter_(std::move(converter)) {}
@@ -97,6 +125,10 @@ void Variable::set(const Value& next) {
 
 BindingPtr fieldBinding(store::Cursor& cursor, std::string field, ConverterPtr converter) {
   return std::make_unique<FieldBinding>(cursor, std::move(field), std::move(converter));
+}
+
+BindingPtr tickBinding(store::Cursor& cursor, std::string field) {
+  return std::make_unique<TickBinding>(cursor, std::move(field));
 }
 
 BindingPtr variableBinding(Variable& variable, ConverterPtr converter) {

@@ -36,6 +36,8 @@ class Binding {
   virtual store::Cursor* cursor() const { return nullptr; }
   virtual std::string_view field() const { return {}; }
   virtual int width() const { return 0; }  // in characters, of what may be typed; 0: not known
+  // Yes or no, turned over by a click or Space and saved at once.
+  virtual bool ticks() const { return false; }
 
   // Fields that are typed as a code: opens the picker, which begins with the text; true when it was put in.
   // `asItStands` begins it with what the field holds. Dates have one too, which opens only when it is asked for.
@@ -47,6 +49,9 @@ using BindingPtr = std::unique_ptr<Binding>;
 
 // A field of a cursor's row.
 BindingPtr fieldBinding(store::Cursor& cursor, std::string field, ConverterPtr converter);
+
+// A tick: a yes/no field of a cursor's row, whose record is locked, saved and let go by a single put.
+BindingPtr tickBinding(store::Cursor& cursor, std::string field);
 
 // Lets a date be picked from the program's calendar.
 BindingPtr pickedDate(App& app, BindingPtr date);

@@ -27,6 +27,12 @@ Control* Grid::column(std::string_view name) const {
   return nullptr;
 }
 
+Control* Grid::tick() const {
+  for (const auto& column : columns_)
+    if (column->visible() && column->binding() && column->binding()->ticks()) return column.get();
+  return nullptr;
+}
+
 bool Grid::isNewRow() const { return cursor_->isOpen() && cursor_->state() == store::CursorState::insert; }
 
 bool Grid::isDear() const {

@@ -45,6 +45,7 @@ class Grid {
   bool lines() const { return lines_; }
   const std::vector<std::unique_ptr<Control>>& columns() const { return columns_; }
   Control* column(std::string_view name) const;
+  Control* tick() const;  // the column that is ticked; null where none is
 
   std::optional<std::uint64_t> total() const;
   std::optional<std::uint64_t> activeRow() const;  // 0 is the first; null without a row, and where counting is dear

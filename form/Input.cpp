@@ -48,7 +48,8 @@ void Input::begin(Screen& screen) {
   Control* target = screen.target();
   if (target == nullptr || target->binding() == nullptr) throw Error("Nothing can be typed here");
   const Grid* grid = screen.focused()->grid();
-  if (grid && !grid->lines()) throw Error("Nothing can be typed into this list");
+  const bool ticks = target->binding()->ticks();
+  if (grid && !grid->lines() && !ticks) throw Error("Nothing can be typed into this list");
   if (target->readOnly() || (grid && screen.focused()->readOnly())) {
     std::string why = target->explanation();
     if (why.empty()) why = screen.focused()->explanation();
@@ -100,6 +101,8 @@ Ended Input::cell(Screen& screen, Control& control, std::uint64_t row, std::stri
 Ended Input::type(Screen& screen, std::string_view text) {
   require(screen);
   if (screen.focused() == nullptr) throw Error("Nothing has the focus");
+  if (const Control* target = screen.target(); target && target->binding() && target->binding()->ticks())
+    throw Error("This is ticked by Space");
   return app_.run(screen, commandName(screen, *screen.focused()), [&] {
     begin(screen);
     screen.setTyped(std::string(text));
@@ -154,6 +157,17 @@ Ended Input::setCell(Screen& screen, Control& grid, std::uint64_t row, std::stri
     begin(screen);
     screen.setTyped(std::string(text));
     screen.takeTyped();
+  });
+}
+
+Ended Input::tick(Screen& screen, Control& control) {
+  Grid* grid = usableGrid(screen, control);
+  Control* column = grid->tick();
+  if (column == nullptr) throw Error("'" + commandName(screen, control) + "' has nothing to tick");
+  return app_.run(screen, commandName(screen, control), [&] {
+    take(screen);
+    screen.setFocus(&control);
+    column->binding()->put(!column->binding()->data().asBool());
   });
 }
 

@@ -27,6 +27,7 @@ class Input {
   Ended setCell(Screen& screen, Control& grid, std::uint64_t row, std::string_view column, std::string_view text);
   Ended click(Screen& screen, Control& control);
   Ended choose(Screen& screen, Control& control, const store::Value& value);  // check boxes, choosers, months
+  Ended tick(Screen& screen, Control& grid);  // turns over what is ticked in the active row
   // The screen's shortcuts ("Ctrl+F"), access keys ("Alt+N"), "Enter", "Esc", "Tab", "Shift+Tab", "F1", "F2", "F5",
   // "Insert", "Delete", "Up", "Down", "Left", "Right", "PgUp", "PgDn", "Home", "End", "Ctrl+Home", "Ctrl+End", "Space",
   // "Backspace", or a character. Error for a key that does nothing where the focus is.

@@ -234,6 +234,7 @@ Ended Input::openHelp(Screen& screen) {
 std::optional<Ended> Input::keyInGrid(Screen& screen, Control& control, const std::string& key) {
   Grid& grid = *control.grid();
   if (grid.lines() && (key == "insert" || key == "delete") && !screen.typed()) return this->grid(screen, control, key);
+  if (key == "space" && grid.tick() && (!grid.lines() || screen.target() == grid.tick())) return tick(screen, control);
   const bool sideways = key == "left" || key == "right" || key == "home" || key == "end";
   if (sideways && screen.typed()) return std::nullopt;
   if (!moves(key) && !sideways) return std::nullopt;

@@ -252,6 +252,11 @@ std::unique_ptr<Control> Layout::column(std::string caption, const store::Field&
                     bindingOf(screen_.app(), field, std::move(converter)));
 }
 
+std::unique_ptr<Control> Layout::tickColumn(std::string caption, const store::Field& field) {
+  const std::string name = fieldName(field);
+  return makeColumn(std::move(caption), controlNameOf(name), tickBinding(field.cursor(), name));
+}
+
 std::unique_ptr<Control> Layout::codeColumn(std::string caption, const store::Field& idField, CodeOf code) {
   const std::string name = fieldName(idField);
   return makeColumn(std::move(caption), controlNameOf(name),

@@ -83,6 +83,8 @@ class Layout {
   Control& grid(std::string name, store::Cursor& cursor, std::vector<std::unique_ptr<Control>> columns);
   Control& lines(store::Cursor& cursor, std::vector<std::unique_ptr<Control>> columns);  // typed into
   std::unique_ptr<Control> column(std::string caption, const store::Field& field, ConverterPtr converter = nullptr);
+  // Ticked by a click or Space, in a list as well; each tick is saved at once.
+  std::unique_ptr<Control> tickColumn(std::string caption, const store::Field& field);
   std::unique_ptr<Control> codeColumn(std::string caption, const store::Field& idField, CodeOf code);
   std::unique_ptr<Control> shownColumn(std::string name, std::string caption, std::function<std::string()> text,
                                        int width);

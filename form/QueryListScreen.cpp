@@ -20,6 +20,7 @@ void QueryListScreen::reread() {
   rows_.close();
   rows_.setStatement(statement(condition_));
   rows_.open();
+  rowsRead();
   if (!place.empty()) rows_.locate(key_, place);
 }
 

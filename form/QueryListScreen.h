@@ -1,6 +1,8 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "form/App.h"
 #include "form/ListScreen.h"
@@ -21,6 +23,8 @@ class QueryListScreen : public ListScreen {
   // The SELECT of the rows that pass; an empty condition passes all.
   virtual std::string statement(const std::string& condition) const = 0;
   void reread();
+  virtual void rowsRead() {}  // each time
+  void setParameter(std::string_view name, store::Value value) { rows_.setParameter(name, std::move(value)); }
 
   store::Cursor& rows() const override { return rows_; }
   void showOnly(const std::string& condition) override;

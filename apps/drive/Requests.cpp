@@ -91,7 +91,10 @@ Done serveClick(Program& program, const Request& request, Reply&) {
   const Target target = targetNamed(program.app(), name, canBeClicked);
   if (!target.row) return program.input().click(*target.screen, *target.control);
   const Done moved = program.input().cell(*target.screen, *target.control, *target.row, target.column);
-  return moved->ok ? program.input().click(*target.screen, *target.control) : moved;
+  if (!moved->ok) return moved;
+  const form::Control* tick = target.control->grid()->tick();
+  return tick && tick->name() == target.column ? program.input().tick(*target.screen, *target.control)
+                                               : program.input().click(*target.screen, *target.control);
 }
 
 Done turnPage(Program& program, const Target& target, const Json& value) {
