@@ -34,5 +34,7 @@ ScreenPtr makeCurrencies(shell::Session& session);
 ScreenPtr makeCurrency(shell::Session& session);
 ScreenPtr makeBanks(shell::Session& session);
 ScreenPtr makeBank(shell::Session& session);
+ScreenPtr makeBankBook(shell::Session& session);
+ScreenPtr makeBankRec(shell::Session& session);
 
 }  // namespace quillon::ledger

@@ -42,6 +42,8 @@ constexpr Row kScreens[] = {
     {.className = "TfrmCurrency", .make = makeCurrency, .help = 250},
     {.className = "TfrmBanks", .make = makeBanks, .opening = Opening::plain, .help = 260},
     {.className = "TfrmBank", .make = makeBank, .help = 260},
+    {.className = "TfrmBankBook", .make = makeBankBook, .opening = Opening::plain, .help = 261},
+    {.className = "TfrmBankRec", .make = makeBankRec, .opening = Opening::plain, .help = 262},
 };
 
 struct ReportRow {

@@ -52,8 +52,12 @@ void TfrmBanks::build(form::Layout& l) {
 }
 
 form::Control& TfrmBanks::jump(form::Layout& l, std::string name, std::string caption, std::string screen) {
-  return l.entry(std::move(name), std::move(caption), [this, screen] { app().open(screen); })
-      .enabledWhen([this, screen] { return app().has(screen); });
+  const auto open = [this, screen] {
+    form::Open bank;
+    if (!tblBank.isEmpty()) bank.values["BankID"] = tblBank.value("BankID");
+    app().open(screen, bank);
+  };
+  return l.entry(std::move(name), std::move(caption), open).enabledWhen([this, screen] { return app().has(screen); });
 }
 
 }  // namespace

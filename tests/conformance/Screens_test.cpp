@@ -36,7 +36,8 @@ using form::Kind;
 
 // Everything that the screens read, once.
 constexpr const char* kRows[] = {
-    "INSERT INTO Company (CompanyNo, CompanyName, FiscalYear) VALUES (1, 'Pine Street Books', 2026)",
+    "INSERT INTO Company (CompanyNo, CompanyName, FiscalYear, DefaultCurrencyID) "
+    "VALUES (1, 'Pine Street Books', 2026, 1)",
     "INSERT INTO GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (1, '1000', 'Cash', 1)",
     "INSERT INTO GLAcSub1 (SubAccountID, SubAccount, SubAccountName) VALUES (1, 'N', 'North')",
     "INSERT INTO GLAcSub2 (SubAccountID, SubAccount, SubAccountName) VALUES (1, 'P', 'Pine')",

@@ -105,8 +105,8 @@
 < {"opened":["frmBanks"]}
 > {"state":"frmBanks"}
 < {"state":{"title":"Banks","menus":[{"path":"&Edit > &New"},{"path":"&Edit > &Edit"},{"path":"&Edit > &Delete"},
-   {"path":"&Edit > &Refresh"},{"path":"&View > Bank &Book","enabled":false},
-   {"path":"&View > Bank &Reconciliation","enabled":false}]}}
+   {"path":"&Edit > &Refresh"},{"path":"&View > Bank &Book","enabled":true},
+   {"path":"&View > Bank &Reconciliation","enabled":true}]}}
 > {"click":"frmBanks.mnuNew"}
 > {"state":"frmBank"}
 < {"state":{"title":"New Bank","focus":"frmBank.editBankName","controls":{
