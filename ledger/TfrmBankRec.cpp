@@ -57,6 +57,11 @@ TfrmBankRec::TfrmBankRec(shell::Session& session)
     wasTicked_ = tblGLHist["Reconciling"].asBool();
     othersWrote_ = tblGLHist.table().version() != version_;
   };
+  tblGLHist.events.onEditError = [this](const store::StoreError& error) {
+    const store::ErrorAnswer answer = app().editError(tblGLHist, error);
+    if (error.code() == store::Code::recordChanged) readFigures();
+    return answer;
+  };
   tblGLHist.events.afterPost = [this] { adjustFigures(); };
 }
 

@@ -177,7 +177,7 @@
 2< {"ok":false,"messages":[{"kind":"warning","text":"A record you are trying to edit or delete on 'tblGLHist' has been changed or deleted since last retrieved.\rData will now be refreshed."}]}
 2> {"state":"frmBankRec"}
 2< {"state":{"controls":{"grdGLHist":{"rows":["...",{"cells":{"Reconciling":"Yes","Amount":"(70.50)"},"active":true},"..."]}}}}
-# From here on its figures count the other's ticks.
+# Its figures count the other's ticks.
 2> {"click":"frmBankRec.grdGLHist[4].Reconciling"}
 2> {"state":"frmBankRec"}
 2< {"state":{"controls":{"lblFigures":{"caption":"Balance: 65.50       Outstanding: 0.00       Adjusted Balance: 65.50"}}}}
