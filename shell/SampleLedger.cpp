@@ -12,6 +12,7 @@ using store::Cursor;
 using store::Value;
 
 constexpr int kFirstVoucherNumber = 1001;
+constexpr unsigned kTickedUpTo = 20;  // day of the month that is being reconciled
 
 int numberOf(int id) { return kFirstVoucherNumber + id - 1; }
 Value idOrNull(int id) { return id == 0 ? Value() : Value(id); }
@@ -19,9 +20,9 @@ Period periodOf(const SampleVoucher& voucher) { return {voucher.date.year(), sta
 
 class Ledger {
  public:
-  Ledger(store::Database& database, const std::map<std::string, int>& accounts)
-      : database_(database), accounts_(accounts) {}
-  void write(std::span<const SampleVoucher> vouchers, Period lastPosted);
+  Ledger(store::Database& database, const std::map<std::string, int>& accounts, Period lastPosted)
+      : database_(database), accounts_(accounts), lastPosted_(lastPosted) {}
+  void write(std::span<const SampleVoucher> vouchers);
 
  private:
   // Account, subaccounts and year; and the twelve months, each null until something is added to it.
@@ -38,15 +39,16 @@ class Ledger {
 
   store::Database& database_;
   const std::map<std::string, int>& accounts_;
+  Period lastPosted_;
   std::map<TotalKey, Months> totals_;
   Cursor jv_{database_, "JV"}, lines_{database_, "JVDet"}, history_{database_, "GLHist"};
 };
 
-void Ledger::write(std::span<const SampleVoucher> vouchers, Period lastPosted) {
+void Ledger::write(std::span<const SampleVoucher> vouchers) {
   for (Cursor* cursor : {&jv_, &lines_, &history_}) cursor->open();
   int count = 0;
   for (const SampleVoucher& voucher : vouchers) {
-    const bool posted = periodOf(voucher) <= lastPosted;
+    const bool posted = periodOf(voucher) <= lastPosted_;
     writeVoucher(voucher, ++count, posted);
     if (posted) post(voucher, count);
   }
@@ -102,6 +104,10 @@ void Ledger::post(const SampleVoucher& voucher, int id) {
 
 void Ledger::addHistory(const SampleVoucher& voucher, const SampleLine& line, int id, Period period,
                         const char* transType, Money amount) {
+  const bool ofBank = line.account == kHomeBank || line.account == kForeignBank;
+  const Period own = periodOf(voucher);  // a row that reverses goes with the one that it reverses
+  const bool reconciled = ofBank && own < lastPosted_;
+  const bool ticked = reconciled || (ofBank && own == lastPosted_ && voucher.date.day() <= kTickedUpTo);
   addRow(history_, [&] {
     history_["GLAccountID"] = idOf(line.account);
     history_["SubAccount1ID"] = idOrNull(line.department);
@@ -118,8 +124,8 @@ void Ledger::addHistory(const SampleVoucher& voucher, const SampleLine& line, in
          {"VendorID", "APInvoiceID", "ChequeID", "CustomerID", "ARInvoiceID", "PaymentID", "AdjustmentID"})
       history_[link] = 0;
     history_["JVID"] = id;
-    history_["Reconciled"] = false;
-    history_["Reconciling"] = false;
+    history_["Reconciled"] = reconciled;
+    history_["Reconciling"] = ticked;
   });
 }
 
@@ -150,7 +156,7 @@ void Ledger::writeTotals() {
 
 void writeSampleLedger(store::Database& database, const std::map<std::string, int>& accounts,
                        std::span<const SampleVoucher> vouchers, Period lastPosted) {
-  Ledger(database, accounts).write(vouchers, lastPosted);
+  Ledger(database, accounts, lastPosted).write(vouchers);
 }
 
 }  // namespace quillon::shell

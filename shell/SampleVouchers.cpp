@@ -86,7 +86,7 @@ Money Year::about(int average) {
 void Year::open() {
   book(1, "Opening balances",
        {{.account = "1000", .amount = units(300)},
-        {.account = "1010", .amount = units(48500)},
+        {.account = kHomeBank, .amount = units(48500)},
         {.account = "1100", .amount = owing_},
         {.account = "1200", .amount = units(19800)},
         {.account = "1220", .amount = units(31400)},
@@ -139,7 +139,7 @@ void Year::pay(int day) {
         {.account = "6000", .department = showroom, .amount = inShowroom},
         {.account = "6050", .department = office, .amount = employer},
         {.account = "2200", .amount = -(percent(gross, 22) + employer)}},
-       "1010");
+       kHomeBank);
 }
 
 void Year::payBills() {
@@ -148,19 +148,20 @@ void Year::payBills() {
        {{.account = "6150", .department = workshop, .amount = percent(power, 70)},
         {.account = "6150", .department = showroom, .amount = power - percent(power, 70)},
         {.account = "2100", .amount = tax(power)}},
-       "1010");
+       kHomeBank);
   book(22, "Telephone and internet",
-       {{.account = "6200", .department = office, .amount = calls}, {.account = "2100", .amount = tax(calls)}}, "1010");
+       {{.account = "6200", .department = office, .amount = calls}, {.account = "2100", .amount = tax(calls)}},
+       kHomeBank);
   book(28, "Payments to vendors",
-       {{.account = "2000", .amount = owed_}, {.account = "5100", .amount = -percent(owed_, 1)}}, "1010");
-  book(lastDay(), "Bank charges", {{.account = "6700", .department = office, .amount = hundredths(3850)}}, "1010");
+       {{.account = "2000", .amount = owed_}, {.account = "5100", .amount = -percent(owed_, 1)}}, kHomeBank);
+  book(lastDay(), "Bank charges", {{.account = "6700", .department = office, .amount = hundredths(3850)}}, kHomeBank);
 }
 
 void Year::collect() {
   const Money early = percent(owing_, 60), late = percent(owing_, 38);
   book(8, "Receipts from customers",
-       {{.account = "1100", .amount = -early}, {.account = "4200", .amount = percent(early, 1)}}, "1010");
-  book(24, "Receipts from customers", {{.account = "1100", .amount = -late}}, "1010");
+       {{.account = "1100", .amount = -early}, {.account = "4200", .amount = percent(early, 1)}}, kHomeBank);
+  book(24, "Receipts from customers", {{.account = "1100", .amount = -late}}, kHomeBank);
 }
 
 void Year::depreciate() {
@@ -189,7 +190,7 @@ void Year::buyAbroad() {
   const Money supply = units(std::max(1L, std::lround(82 / usualRate_)) * 100);
   if (month_ % 3 == 1)
     book(3, "Transfer to the foreign account",
-         {{.account = kForeignBank, .amount = supply}, {.account = "1010", .amount = -converted(supply, rate())}},
+         {{.account = kForeignBank, .amount = supply}, {.account = kHomeBank, .amount = -converted(supply, rate())}},
          "7000");
   if (month_ % 3 == 2) {
     const Money foreign = percent(supply, 75 + month_);
@@ -211,14 +212,14 @@ void Year::revalue() {
 
 void Year::eachQuarter() {
   if (month_ % 3 == 1)
-    book(25, "Tax on sales of the quarter", {{.account = "2100", .amount = -balance("2100")}}, "1010");
+    book(25, "Tax on sales of the quarter", {{.account = "2100", .amount = -balance("2100")}}, kHomeBank);
   if (month_ % 3 != 0) return;
   const Money interest = percent(-balance("2500"), 2);
   book(27, "Bank loan",
        {{.account = "2500", .amount = units(2500)}, {.account = "6750", .department = office, .amount = interest}},
-       "1010");
-  book(27, "Advertising", {{.account = "6450", .department = showroom, .amount = about(900)}}, "1010");
-  book(28, "Owners' drawings", {{.account = "3100", .amount = units(9000)}}, "1010");
+       kHomeBank);
+  book(27, "Advertising", {{.account = "6450", .department = showroom, .amount = about(900)}}, kHomeBank);
+  book(28, "Owners' drawings", {{.account = "3100", .amount = units(9000)}}, kHomeBank);
 }
 
 void Year::month() {
@@ -226,11 +227,11 @@ void Year::month() {
   book(1, "Rent",
        {{.account = "5410", .department = workshop, .amount = units(2600)},
         {.account = "6100", .department = showroom, .amount = units(1400)}},
-       "1010");
-  if (month_ == 1) book(4, "Insurance for the year", {{.account = "1300", .amount = units(7200)}}, "1010");
+       kHomeBank);
+  if (month_ == 1) book(4, "Insurance for the year", {{.account = "1300", .amount = units(7200)}}, kHomeBank);
   // Before the first tax of the month's own sales.
   eachQuarter();
-  book(15, "Payroll deductions", {{.account = "2200", .amount = -balance("2200")}}, "1010");
+  book(15, "Payroll deductions", {{.account = "2200", .amount = -balance("2200")}}, kHomeBank);
   buyAbroad();
   buyMaterials(5, 14200);
   buyMaterials(19, 8800);
@@ -242,7 +243,7 @@ void Year::month() {
   payBills();
   if (month_ == 6)
     book(11, "Edge-banding machine",
-         {{.account = "1540", .amount = units(18000)}, {.account = "2100", .amount = tax(units(18000))}}, "1010");
+         {{.account = "1540", .amount = units(18000)}, {.account = "2100", .amount = tax(units(18000))}}, kHomeBank);
   produce();
   depreciate();
   accrue();

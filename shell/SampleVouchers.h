@@ -8,7 +8,9 @@
 
 namespace quillon::shell {
 
-// The accounts that the sample company has beside those of a manufacturer's chart: what it holds in foreign currency.
+// The account of the bank at home; and those that the sample company has beside a manufacturer's chart, for what it
+// holds in foreign currency.
+inline constexpr const char* kHomeBank = "1010";
 inline constexpr const char* kForeignBank = "1020";
 inline constexpr const char* kForeignReceivable = "1110";
 inline constexpr const char* kForeignPayable = "2010";

@@ -41,6 +41,10 @@ class SampleLedger : public testing::Test {
       for (const Value& id : posted_) (ledger.*deed)(id);
     });
   }
+  // As posting leaves it.
+  static void unreconcile(store::Database& database) {
+    store::Query(database, "UPDATE GLHist SET Reconciled = false, Reconciling = false").execute();
+  }
   static std::pair<Rows, Rows> figures(store::Database& database) {
     return {rowsOf(database, kHistory), rowsOf(database, kTotals)};
   }
@@ -53,6 +57,7 @@ class SampleLedger : public testing::Test {
 TEST_F(SampleLedger, IsWhatPostingMakesOfItsVouchers) {
   sim::SimProcess process(disk_, clock_, {});
   process.open();
+  unreconcile(process.database());
   const auto before = figures(process.database());
   ASSERT_GT(posted_.size(), 100u);
   all(process.database(), &PostVouchers::unpost);
@@ -125,6 +130,7 @@ TEST_F(SampleLedger, IsPostedWhollyOrNotAtAll) {
   {
     sim::SimProcess process(unposted, clock_, {});
     process.open();
+    unreconcile(process.database());
     full = figures(process.database());
     all(process.database(), &PostVouchers::unpost);
     none = figures(process.database());
