@@ -38,6 +38,8 @@ void paintTick(QPainter& painter, QRect cell, bool ticked, const QWidget& grid) 
                    grid.style()->pixelMetric(QStyle::PM_IndicatorHeight, &box, &grid));
   box.rect = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size, cell);
   grid.style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, &grid);
+  painter.setPen(grid.palette().color(QPalette::PlaceholderText));  // a style's own frame is lost in dark palettes
+  painter.drawRect(box.rect.adjusted(0, 0, -1, -1));
 }
 
 // What is typed in the active cell. Keys that mean something to the grid go to the program.

@@ -32,10 +32,11 @@ class TextView final : public ControlView {
     syncLooks();
     const QString text = shown(control_.caption());
     if (label_->text() == text) return;
-    constexpr int kWidest = 70;  // characters, before it goes on below
-    const bool isLong = text.size() > kWidest && !text.contains('\n');
+    constexpr int kWidest = 70;  // characters, before it goes on below where nothing else is said
+    const int widest = control_.width() > 0 ? control_.width() : kWidest;
+    const bool isLong = text.size() > widest && !text.contains('\n');
     label_->setWordWrap(isLong);
-    label_->setMinimumWidth(isLong ? widthOf(*label_, kWidest) : 0);
+    label_->setMinimumWidth(isLong ? widthOf(*label_, widest) : 0);
     label_->setText(text);
   }
 

@@ -88,7 +88,7 @@ void TfrmBankRec::build(form::Layout& l) {
                    l.column("Payment/Deposit", tblGLHist["Amount"]),
                    l.column("Description", tblGLHist["TransDescription"])))
       .opens([this] { openVoucher(app(), tblGLHist, kVoucherGone); });
-  l.row(l.label("lblFigures", [this] { return figures(); }));
+  l.row(l.label("lblFigures", [this] { return figures(); }).wide(120));
   l.row(l.button("btnReconcile", "Reconcile", [this] { change(reconcileTicked); }),
         l.button("btnClose", "Close (Save)", [this] { app().closeLater(*this); }),
         l.button("btnSelectAll", "Select All", [this] { change(tickAll); }),
