@@ -198,25 +198,37 @@ bool Access::byList(Frame& frame, const std::function<bool()>& row) {
   return fetch(frame, ids, row);
 }
 
+// Rows that a value known before any source rules out are left aside.
 void Access::build(Frame& frame) {
   built_ = std::make_unique<Built>();
   const TableMeta& meta = table_.files().meta();
   const bool withRecords = meta.space[kDat].pages <= kHashedPages;
+  if (withRecords) built_->starts.push_back(0);
   std::string identity;
   Texts texts;
+  const auto append = [&](const Term& term, const Expression& side, std::string& to) {
+    appendIdentity(convert(side.eval(frame), commonType(term.column->type, term.value->type), texts), to);
+  };
+  std::vector<std::string> known;  // by hashTerms_; empty where the value is a source's
+  for (const std::size_t t : hashTerms_) {
+    known.emplace_back();
+    if (terms_[t].value->sources == 0) append(terms_[t], *terms_[t].value, known.back());
+  }
   scan(frame, [&] {
-    SourceRow& here = frame.rows[static_cast<std::size_t>(source_)];
+    texts.clear();
     identity.clear();
-    for (const std::size_t t : hashTerms_) {
-      const Term& term = terms_[t];
-      appendIdentity(convert(term.column->eval(frame), commonType(term.column->type, term.value->type), texts),
-                     identity);
+    for (std::size_t i = 0; i < hashTerms_.size(); ++i) {
+      const Term& term = terms_[hashTerms_[i]];
+      const std::size_t start = identity.size();
+      append(term, *term.column, identity);
+      if (!known[i].empty() && std::string_view(identity).substr(start) != known[i]) return true;
     }
+    const SourceRow& here = frame.rows[static_cast<std::size_t>(source_)];
     built_->byKey[identity].push_back(static_cast<std::uint32_t>(built_->ids.size()));
     built_->ids.push_back(here.row);
-    if (withRecords)
-      built_->records.emplace_back(reinterpret_cast<const char*>(here.view->bytes().data()), here.view->bytes().size());
-    texts.clear();
+    if (!withRecords) return true;
+    built_->records.append(reinterpret_cast<const char*>(here.view->bytes().data()), here.view->bytes().size());
+    built_->starts.push_back(built_->records.size());
     return true;
   });
 }
@@ -231,7 +243,7 @@ bool Access::byHash(Frame& frame, const std::function<bool()>& row) {
   }
   const auto found = built_->byKey.find(identity);
   if (found == built_->byKey.end()) return true;
-  if (built_->records.empty()) {
+  if (built_->starts.empty()) {
     std::vector<RowId> ids;
     for (const std::uint32_t place : found->second) ids.push_back(built_->ids[place]);
     return fetch(frame, ids, row);
@@ -239,7 +251,7 @@ bool Access::byHash(Frame& frame, const std::function<bool()>& row) {
   SourceRow& here = frame.rows[static_cast<std::size_t>(source_)];
   for (const std::uint32_t place : found->second) {
     here.row = built_->ids[place];
-    here.view.emplace(table_.layout(), std::string_view(built_->records[place]));
+    here.view.emplace(table_.layout(), built_->record(place));
     if (!row()) return false;
   }
   return true;

@@ -71,8 +71,12 @@ class Access {
 
  private:
   struct Built {  // of a hash: rows by the identity of their key
-    std::vector<std::string> records;
+    std::string records;
+    std::vector<std::size_t> starts;  // of the records, and the end of the last
     std::vector<RowId> ids;
+    std::string_view record(std::uint32_t place) const {
+      return std::string_view(records).substr(starts[place], starts[place + 1] - starts[place]);
+    }
     std::unordered_map<std::string, std::vector<std::uint32_t>> byKey;
   };
   bool stand(Frame& frame, RowId row, std::string_view record, const std::function<bool()>& callback);
