@@ -30,7 +30,9 @@ ExitStatus auditCommand(Arguments arguments) {
   store::Database database(session, folder);
   login.requireSecurity(database);
   const ledger::AuditReport report = ledger::auditLedger(database);
-  if (report.historyFrom) std::cout << "History reaches back to " << *report.historyFrom << '\n';
+  for (const auto& [year, vouchers] : report.withoutHistory)
+    std::cout << "History of " << year << " is not there for "
+              << counted(static_cast<std::size_t>(vouchers), "posted voucher") << ", as after a purge\n";
   if (!report.interrupted.empty()) std::cout << "Entry that was interrupted:\n";
   print(report.interrupted);
   if (!report.wrong.empty()) std::cout << "Disagreements:\n";

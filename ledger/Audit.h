@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,17 +20,25 @@ struct AuditReport {
   std::vector<Disagreement> wrong;
   // Entry that somebody did not bring to its end, or is at this moment: it has not reached the ledger.
   std::vector<Disagreement> interrupted;
-  // The first year of which the history is there, where disagreements of earlier ones were left out.
-  std::optional<int> historyFrom;
+  // What a purge of history leaves: by year, how many posted vouchers have none of their rows in it.
+  std::map<int, int> withoutHistory;
 };
 
 // Works the ledger out anew from its vouchers and history, all as of one moment; changes nothing, and others' saves
-// wait meanwhile. A posted voucher balances and has exactly its rows in the history, and no other voucher has any; the
-// amounts of GLActual are the sums of the history; accounts, subaccounts and vouchers that rows point to are there, and
-// so is what currencies, banks and the company's defaults point to; the next voucher's id is above all that were used.
-// Openings are taken as they stand. History may be purged, up to a year: those up to the last with a row that cancels a
-// purged one, and from there to the next that has any, are not worked out; where there is none at all, nothing counts
-// as purged. The vouchers of years before the one that was closed last may be purged, too.
+// wait meanwhile.
+//
+// Keeps an eye on: a posted voucher balances and has exactly its rows in the history, and no other voucher has any; a
+// voucher can be posted; the amounts of GLActual are the sums of the posted vouchers and, of vouchers that are gone, of
+// their history; rows of history without a voucher balance document by document; the openings of a year come to
+// nothing in all; accounts, subaccounts, currencies and vouchers that rows point to are there; the next voucher's id is
+// above all that were used.
+//
+// What was purged is no disagreement, as far as only a purge can have taken it: of years before the one that was closed
+// last, or before all others, vouchers may be gone with their lines, and so may all rows that a voucher has in such a
+// year's history. A year of which both may be gone has nothing that its totals could follow from.
+//
+// What follows from nothing else is taken as it stands: numbers that only have to be unique or to ascend, what was
+// typed into a voucher that waits to be posted as far as it balances, a single opening, marks of the bank's statements.
 AuditReport auditLedger(store::Database& database);
 
 }  // namespace quillon::ledger

@@ -1,14 +1,29 @@
 #include "ledger/Sources.h"
 
+#include <algorithm>
+
 #include "form/FilterScreen.h"
 
 namespace quillon::ledger {
+namespace {
 
 using store::Value;
 
-std::string sourceText(const Value& source, const Value& transType) {
+constexpr const char* kSources[] = {"AP Chq", "AP Inv", "AR Inv", "AR Pmt", "GL JV", "IN Adj"};
+
+std::string joined(const Value& source, const Value& transType) {
   const auto text = [](const Value& value) { return value.isNull() ? std::string() : value.asText(); };
-  const std::string both = text(source) + " " + text(transType);
+  return text(source) + " " + text(transType);
+}
+
+}  // namespace
+
+bool isSource(const Value& source, const Value& transType) {
+  return std::ranges::find(kSources, joined(source, transType)) != std::end(kSources);
+}
+
+std::string sourceText(const Value& source, const Value& transType) {
+  const std::string both = joined(source, transType);
   return both == "AP Chq" ? "AP Pmt" : both;
 }
 

@@ -8,6 +8,9 @@
 // Where a voucher and its history come from, which Source and TransType tell together.
 namespace quillon::ledger {
 
+// Whether there are vouchers with these two.
+bool isSource(const store::Value& source, const store::Value& transType);
+
 // What a list shows: "AP Inv", "AP Pmt", "GL JV".
 std::string sourceText(const store::Value& source, const store::Value& transType);
 
