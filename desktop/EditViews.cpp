@@ -42,6 +42,8 @@ class Line final : public QLineEdit {
   }
   // A character typed where nothing can be typed is answered by the program, which says why.
   void keyPressEvent(QKeyEvent* event) override {
+    if (control_.isInColumn() && (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down))
+      return hands_.key(keyName(*event));
     const std::string key = isReadOnly() ? keyName(*event) : std::string();
     if (event->text().isEmpty() || key.empty() || key.size() > 4)
       QLineEdit::keyPressEvent(event);

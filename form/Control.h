@@ -100,6 +100,7 @@ class Control {
   const std::function<void()>& command() const { return command_; }
   const std::function<void(const std::string&)>& typing() const { return typing_; }
   Control* list() const { return list_; }  // that the arrow keys move in, of a find box
+  bool isInColumn() const { return inColumn_; }
   const std::vector<std::unique_ptr<Control>>& children() const { return children_; }
   int page = 0;  // of pages and steps: the one on view
 
@@ -126,6 +127,8 @@ class Control {
   Control& onTyping(std::function<void(const std::string&)> handler) { return typing_ = std::move(handler), *this; }
   // Of a find box: the arrow keys move in that list of choices.
   Control& movesIn(Control& list) { return list_ = &list, *this; }
+  // Up and Down lead to the next field of the screen that is in the column, too.
+  Control& inColumn() { return inColumn_ = true, *this; }
   // Of a grid: what Enter and a double click do; of a month or a list: a double click.
   Control& opens(std::function<void()> command) { return command_ = std::move(command), *this; }
 
@@ -145,7 +148,7 @@ class Control {
   int width_ = 0, height_ = 0;
   std::string shortcut_;
   Pending pending_ = Pending::leaves;
-  bool secret_ = false;
+  bool secret_ = false, inColumn_ = false;
   BindingPtr binding_;
   std::unique_ptr<Grid> grid_;
   PageView* pageView_ = nullptr;

@@ -57,6 +57,7 @@ class Input {
   Ended openPicker(Screen& screen);
   Ended openHelp(Screen& screen);
   std::optional<Ended> keyInGrid(Screen& screen, Control& control, const std::string& key);
+  Ended moveInColumn(Screen& screen, Control& control, int step);
   std::optional<Ended> keyInField(Screen& screen, Control& control, const std::string& key);
 
   App& app_;

@@ -250,9 +250,20 @@ std::optional<Ended> Input::keyInGrid(Screen& screen, Control& control, const st
   });
 }
 
-// Space, Backspace, and the arrows in a month and in a list of choices.
+// Up and Down from a field to the next one of its column; at its ends nowhere.
+Ended Input::moveInColumn(Screen& screen, Control& control, int step) {
+  std::vector<Control*> column = screen.tabOrder();
+  std::erase_if(column, [](const Control* some) { return !some->isInColumn(); });
+  const std::ptrdiff_t to = std::ranges::find(column, &control) - column.begin() + step;
+  const bool there = to >= 0 && to < static_cast<std::ptrdiff_t>(column.size());
+  return focus(screen, there ? *column[static_cast<std::size_t>(to)] : control);
+}
+
+// Space, Backspace, and the arrows in a column of fields, in a month and in a list of choices.
 std::optional<Ended> Input::keyInField(Screen& screen, Control& control, const std::string& key) {
   if (control.kind() == Kind::button && key == "space") return click(screen, control);
+  if (control.isInColumn() && (key == "up" || key == "down"))
+    return moveInColumn(screen, control, key == "down" ? 1 : -1);
   if (control.kind() == Kind::month) {
     const store::Value now = control.binding()->data();
     const Date today = app_.today();

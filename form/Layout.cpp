@@ -114,6 +114,13 @@ Control& Layout::codeAndName(std::string caption, const store::Field& idField, C
   return row(number, label("lbl" + number.name().substr(4), name));
 }
 
+Control& Layout::shown(std::string name, std::string caption, std::function<store::Value()> value,
+                       ConverterPtr converter) {
+  Control& control = make(Kind::edit, std::move(name), std::move(caption));
+  control.bind(shownBinding(std::move(value), std::move(converter)));
+  return control.readOnlyAlways();
+}
+
 Control& Layout::period(std::string caption, const store::Field& period, const store::Field& year) {
   Control& number = bound(Kind::edit, "edit", std::move(caption), period,
                           wholeConverter(screen_.app().formats(), 1, 12, "Period must be between 1 and 12"));

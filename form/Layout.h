@@ -48,6 +48,8 @@ class Layout {
   Control& period(std::string caption, Variable& period, Variable& year);
   Control& date(std::string name, std::string caption, Variable& variable);
   Control& month(std::string name, Variable& date);
+  // A value that is worked out and never typed.
+  Control& shown(std::string name, std::string caption, std::function<store::Value()> value, ConverterPtr converter);
 
   // Texts.
   Control& label(std::string name, std::function<std::string()> text);

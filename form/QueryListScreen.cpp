@@ -1,6 +1,6 @@
 #include "form/QueryListScreen.h"
 
-#include <vector>
+#include "form/RowKey.h"
 
 namespace quillon::form {
 
@@ -10,18 +10,16 @@ void QueryListScreen::showOnly(const std::string& condition) {
 }
 
 void QueryListScreen::reread() {
-  std::vector<store::Value> place;
-  if (rows_.isOpen() && !rows_.isEmpty())
-    for (std::size_t from = 0; from <= key_.size();) {
-      const std::size_t end = std::min(key_.find(';', from), key_.size());
-      place.push_back(rows_.value(key_.substr(from, end - from)));
-      from = end + 1;
-    }
+  const bool stands = rows_.isOpen() && !rows_.isEmpty();
+  moveTo(stands ? valuesOf(rows_, key_) : std::vector<store::Value>());
+}
+
+void QueryListScreen::moveTo(const std::vector<store::Value>& key) {
   rows_.close();
   rows_.setStatement(statement(condition_));
   rows_.open();
   rowsRead();
-  if (!place.empty()) rows_.locate(key_, place);
+  if (!key.empty()) rows_.locate(key_, key);
 }
 
 store::Value QueryListScreen::value(const char* field) const {

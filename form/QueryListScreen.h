@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "form/App.h"
 #include "form/ListScreen.h"
@@ -18,6 +19,9 @@ class QueryListScreen : public ListScreen {
  public:
   QueryListScreen(App& app, const ListPlan& plan)
       : ListScreen(app, plan), key_(plan.key), rows_(app.database(), {}, "qryRows") {}
+
+  // Reads the rows anew and stands on the one with these values of the plan's key, where it is there.
+  void moveTo(const std::vector<store::Value>& key);
 
  protected:
   // The SELECT of the rows that pass; an empty condition passes all.

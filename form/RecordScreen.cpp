@@ -4,6 +4,8 @@
 
 #include "form/App.h"
 #include "form/NextId.h"
+#include "form/QueryListScreen.h"
+#include "form/RowKey.h"
 #include "form/UsedBy.h"
 #include "store/Errors.h"
 
@@ -36,10 +38,10 @@ void RecordScreen::shown(const Open& open) {
 // What others changed is shown; when they deleted it, the cursor stands on another record, which is none of this
 // screen.
 store::ErrorAnswer RecordScreen::recordError(const store::StoreError& error) {
-  const store::Value key = record().value(plan_.key);
+  const std::vector<store::Value> key = valuesOf(record(), plan_.key);
   const store::ErrorAnswer answer = app().editError(record(), error);
   if (error.code() != store::Code::recordChanged) return answer;
-  if (record().isEmpty() || record().value(plan_.key) != key)
+  if (record().isEmpty() || valuesOf(record(), plan_.key) != key)
     app().closeLater(*this);
   else
     recordShown({});
@@ -112,13 +114,15 @@ void RecordScreen::moveList() {
   if (plan_.list.empty()) return;
   Screen* list = app().find(plan_.list);
   if (list == nullptr || !list->visible()) return;
+  const std::vector<store::Value> key = valuesOf(record(), plan_.key);
+  if (auto* query = dynamic_cast<QueryListScreen*>(list)) return query->moveTo(key);
   const std::string& table = record().definition().name;
   const auto rows =
       std::ranges::find_if(list->tables(), [&](const Table* some) { return some->definition().name == table; });
   if (rows == list->tables().end()) return;
   try {
     (*rows)->refresh();
-    (*rows)->locate(plan_.key, {record().value(plan_.key)});
+    (*rows)->locate(plan_.key, key);
   } catch (const store::StoreError&) {
   }
 }

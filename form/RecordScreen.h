@@ -11,7 +11,7 @@ namespace quillon::form {
 
 // What a record screen does as all others do.
 struct RecordPlan {
-  std::string key;           // the field by which its row is found, here and in the list
+  std::string key;           // the fields, joined by ';', by which its row is found, here and in the list
   std::string list;          // instance name of its list; empty: none
   std::string keyViolation;  // what a value that is there already is told as
   std::string keyFocus;      // and the field to go to
