@@ -2,14 +2,10 @@
 //
 // Keeps: a line gets into the voucher through the voucher's own rules; one whose account is unknown is left out only
 // when the person says so.
-#include <filesystem>
-
-#include "base/Text.h"
-#include "form/App.h"
-#include "form/Screen.h"
 #include "ledger/Accounts.h"
+#include "ledger/ImportScreen.h"
+#include "ledger/ImportTable.h"
 #include "ledger/MakeScreens.h"
-#include "ledger/VoucherFile.h"
 #include "ledger/VoucherLines.h"
 #include "shell/Session.h"
 #include "store/Database.h"
@@ -18,81 +14,49 @@
 namespace quillon::ledger {
 namespace {
 
-using form::focus;
-using form::refuse;
 using store::Value;
 
-class TfrmImportJVData final : public form::Screen {
+using Kind = ImportColumn::Kind;
+
+const std::vector<ImportColumn> kColumns = {{"Account", Kind::text, 10},
+                                            {"SubAccount1", Kind::text, 5},
+                                            {"SubAccount2", Kind::text, 5},
+                                            {"SubAccount3", Kind::text, 5},
+                                            {"Amount", Kind::amount, 10, 2}};
+
+class TfrmImportJVData final : public ImportScreen {
  public:
-  explicit TfrmImportJVData(shell::Session& session) : Screen(session.app()) {}
-  std::string title() override { return "Import JV Data"; }
+  explicit TfrmImportJVData(shell::Session& session)
+      : ImportScreen(session.app(), "Import JV Data",
+                     {"Format: *.txt, fields separated by tabs, first line with the field names",
+                      "Fields: Account, SubAccount1, SubAccount2, SubAccount3, Amount (debit positive, decimal "
+                      "separator \".\")"}) {}
 
  private:
-  void build(form::Layout& layout) override;
   void shown(const form::Open& open) override;
-  void btnBrowseClick();
-  void btnOKClick();
-  void btnCancelClick() { setResult(false); }
-  void checkFileName();
+  void import(const std::string& path) override;
   void importRows(const std::vector<std::uint64_t>& lines);
   void take(store::Cursor& row, std::uint64_t line);
   std::string unknownCode(store::Cursor& row);
 
-  form::Variable fileName_;
-  std::string status_;
   VoucherLineTaker* taker_ = nullptr;
 };
 
-void TfrmImportJVData::build(form::Layout& l) {
-  l.label("Format: *.txt, fields separated by tabs, first line with the field names");
-  l.label("Fields: Account, SubAccount1, SubAccount2, SubAccount3, Amount (debit positive, decimal separator \".\")");
-  l.row(l.edit("editFileName", "&File name:", fileName_, form::textConverter(0)).wide(50),
-        l.button("btnBrowse", "&Browse...", &TfrmImportJVData::btnBrowseClick));
-  l.label("lblStatus", [this] { return status_; });
-  l.progress("ProgressBar");
-  l.row(l.button("btnOK", "OK", &TfrmImportJVData::btnOKClick).standard(),
-        l.button("btnCancel", "Cancel", &TfrmImportJVData::btnCancelClick).abandons());
-}
-
 void TfrmImportJVData::shown(const form::Open& open) {
+  ImportScreen::shown(open);
   taker_ = std::any_cast<VoucherLineTaker*>(open.draft);
-  status_.clear();
 }
 
-void TfrmImportJVData::btnBrowseClick() {
-  const std::optional<std::string> chosen = app().person().chooseFile(
-      {.title = "Import JV Data", .filter = "Text files (*.txt)|*.txt|All files (*.*)|*.*", .extension = "txt"});
-  if (chosen) fileName_.set(*chosen);
-}
-
-void TfrmImportJVData::checkFileName() {
-  const std::string name = fileName_.value.asText();
-  if (name.empty()) refuse("File name must be entered", focus("editFileName"));
-  if (lengthInCharacters(name) < 4) refuse("File name invalid", focus("editFileName"));
-  if (!std::filesystem::is_regular_file(name)) refuse("The specified file does not exist", focus("editFileName"));
-}
-
-void TfrmImportJVData::btnOKClick() {
-  checkFileName();
-  status_ = "Importing to memory";
-  makeImportTable(database());
-  try {
-    const auto progress = [this](std::uint64_t done, std::uint64_t total) {
-      app().person().progress({.text = status_, .done = static_cast<long>(done), .total = static_cast<long>(total)});
-    };
-    importRows(loadVoucherFile(database(), fileName_.value.asText(), progress));
-  } catch (...) {
-    dropImportTable(database());
-    status_.clear();
-    throw;
-  }
-  dropImportTable(database());
-  setResult(true);
+void TfrmImportJVData::import(const std::string& path) {
+  show("Importing to memory");
+  ImportTable table(database(), "JVDataImport", kColumns,
+                    "Import JV Data is already running.\rMultiple instances are not allowed");
+  importRows(table.load(path, [this](std::uint64_t done, std::uint64_t total) { progress(done, total); }));
 }
 
 // `lines` of the file that the rows come from.
 void TfrmImportJVData::importRows(const std::vector<std::uint64_t>& lines) {
-  status_ = "Importing";
+  show("Importing");
   store::Query qryImport(
       database(),
       "SELECT I.Account, I.SubAccount1, I.SubAccount2, I.SubAccount3, I.Amount, A.GLAccountID, S1.SubAccountID AS "
@@ -102,13 +66,11 @@ void TfrmImportJVData::importRows(const std::vector<std::uint64_t>& lines) {
       "LEFT OUTER JOIN GLAcSub2 S2 ON S2.SubAccount = I.SubAccount2 "
       "LEFT OUTER JOIN GLAcSub3 S3 ON S3.SubAccount = I.SubAccount3");
   qryImport.open();
-  const std::size_t total = lines.size();
   const store::Database::BulkScope bulk(database());
   std::size_t done = 0;
   for (qryImport.first(); !qryImport.eof(); qryImport.next()) {
     const std::uint64_t line = lines.at(done);
-    if (++done % 256 == 0)
-      app().person().progress({.text = status_, .done = static_cast<long>(done), .total = static_cast<long>(total)});
+    if (++done % 256 == 0) progress(done, lines.size());
     // Yes leaves the row out; No ends the import, and the rows already added stay.
     if (const std::string unknown = unknownCode(qryImport); !unknown.empty()) {
       database().settle();
