@@ -29,6 +29,8 @@ form::ConverterPtr accountTypes() {
                                  {Value(5), "Equity"}});
 }
 
+bool isCarriedForward(AccountType type) { return type != AccountType::revenue && type != AccountType::expense; }
+
 std::string subaccountTable(int level) { return "GLAcSub" + std::to_string(level); }
 std::string subaccountField(int level) { return "SubAccount" + std::to_string(level) + "ID"; }
 
@@ -82,6 +84,8 @@ bool subaccountExists(form::App& app, int level, const Value& id) {
 }
 
 std::string accountClause(const Value& id) { return "(GLAccountID = " + id.toText() + ")"; }
+
+std::string totalsClause(const Value& id) { return "(g.GLAccountID = " + id.toText() + ")"; }
 
 std::string accountNames(form::App& app, const Value& account, const Value (&subaccounts)[3]) {
   std::string names;

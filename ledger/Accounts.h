@@ -18,6 +18,8 @@ inline constexpr int kSubaccountLevels = 3;
 
 using shell::AccountType;
 form::ConverterPtr accountTypes();
+// Whether balances are carried from year to year: revenue and expense begin each year with nothing.
+bool isCarriedForward(AccountType type);
 
 // "GLAcSub1" to "GLAcSub3".
 std::string subaccountTable(int level);
@@ -40,6 +42,9 @@ bool subaccountExists(form::App& app, int level, const store::Value& id);
 
 // "(GLAccountID = 7)": what limits a list of history to one account.
 std::string accountClause(const store::Value& id);
+
+// "(g.GLAccountID = 7)": a list of totals or budgets.
+std::string totalsClause(const store::Value& id);
 
 // The names of an account and its subaccounts, joined by " - "; those that are null or gone are left out.
 std::string accountNames(form::App& app, const store::Value& account, const store::Value (&subaccounts)[3]);

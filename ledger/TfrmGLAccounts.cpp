@@ -38,6 +38,7 @@ class TfrmGLAccounts final : public form::ListScreen {
   void mnuFilterClick() override;
   void mnuTotalsClick();
   void mnuHistoryClick();
+  void mnuBudgetClick();
   void btnSubaccountsClick();
   void find(const std::string& typed) override;
   form::Table& rows() const override { return *tables()[static_cast<std::size_t>(level())]; }
@@ -126,7 +127,7 @@ void TfrmGLAccounts::build(form::Layout& l) {
   form::Control& print = l.entry("mnuPrint", "&Print...", &TfrmGLAccounts::mnuPrintClick);
   form::Control& totals = l.entry("mnuTotals", "&Totals", &TfrmGLAccounts::mnuTotalsClick);
   form::Control& history = l.entry("mnuHistory", "&History", &TfrmGLAccounts::mnuHistoryClick);
-  form::Control& budget = laterEntry(l, "mnuBudget", "&Budget", "GL Budget filtered by selected subaccount");
+  form::Control& budget = l.entry("mnuBudget", "&Budget", &TfrmGLAccounts::mnuBudgetClick);
   form::Control& byNo =
       l.entry("mnuSortAccountNo", "Account &no.", [this] { sort("GLAccount", "SubAccount"); }).checkedWhen([this] {
         return rows().indexName() == (isMain() ? "GLAccount" : "SubAccount");
@@ -205,7 +206,13 @@ void TfrmGLAccounts::mnuFilterClick() { isMain() ? ListScreen::mnuFilterClick() 
 void TfrmGLAccounts::mnuTotalsClick() {
   if (!isMain()) return later("GL Totals filtered by selected subaccount");
   requireRow();
-  app().open("TfrmGLBalances", {.filter = "(g.GLAccountID = " + rows().value("GLAccountID").toText() + ")"});
+  app().open("TfrmGLBalances", {.filter = totalsClause(rows().value("GLAccountID"))});
+}
+
+void TfrmGLAccounts::mnuBudgetClick() {
+  if (!isMain()) return later("GL Budget filtered by selected subaccount");
+  requireRow();
+  app().open("TfrmGLBudget", {.filter = totalsClause(rows().value("GLAccountID"))});
 }
 
 void TfrmGLAccounts::mnuHistoryClick() {

@@ -5,6 +5,7 @@
 
 #include "base/Errors.h"
 #include "base/Money.h"
+#include "ledger/Totals.h"
 #include "store/Cursor.h"
 #include "store/Glance.h"
 

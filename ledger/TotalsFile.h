@@ -8,8 +8,6 @@ class Cursor;
 
 namespace quillon::ledger {
 
-inline constexpr int kPeriods = 12;
-
 // Writes the rows of a list of totals as a text file in UTF-8: fields separated by tabs, their names in the first line,
 // amounts with a decimal point. The rows have the fields GLAccount, Sub1 to Sub3, AccountName, Sub1Name to Sub3Name,
 // AccountType, GLYear, OpeningBal and Period1 to Period12. Error when the file cannot be written.

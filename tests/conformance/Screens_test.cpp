@@ -46,6 +46,7 @@ constexpr const char* kRows[] = {
     "ARDiscGLAccountID) VALUES (1, 'Home', 1, 1, 1, 1)",
     "INSERT INTO Bank (BankID, BankName, BankGLAccountID, CurrencyID) VALUES (1, 'Main', 1, 1)",
     "INSERT INTO GLActual (GLAccountID, SubAccount1ID, GLYear, ActualBudget, Amount3) VALUES (1, 1, 2026, 'A', 10)",
+    "INSERT INTO GLBudget (GLAccountID, SubAccount1ID, GLYear, ActualBudget, Amount3) VALUES (1, 1, 2026, 'B', 10)",
     "INSERT INTO GLHist (GLAccountID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount, JVID) "
     "VALUES (1, 2026, 3, 'GL', 'JV', 1900, '2026-03-02', 10, 900)",
     "INSERT INTO JV (JVID, GLYear, GLPeriod, JVNumber, Source, TransType, TransDate, JVAmount, Posted) "
@@ -87,11 +88,9 @@ class Screens : public testing::TestWithParam<bool> {
     form::Open open;
     open.values["level"] = store::Value(1);
     open.draft = static_cast<ledger::VoucherLineTaker*>(&lines_);
-    const std::map<std::string, std::string> keys = {{"TfrmGLAccount", "GLAccountID"},
-                                                     {"TfrmGLAccountSub", "SubAccountID"},
-                                                     {"TfrmJV", "JVID"},
-                                                     {"TfrmCurrency", "CurrencyID"},
-                                                     {"TfrmBank", "BankID"}};
+    const std::map<std::string, std::string> keys = {
+        {"TfrmGLAccount", "GLAccountID"},       {"TfrmGLAccountSub", "SubAccountID"}, {"TfrmJV", "JVID"},
+        {"TfrmGLBudgetAccount", "GLAccountID"}, {"TfrmCurrency", "CurrencyID"},       {"TfrmBank", "BankID"}};
     const auto key = keys.find(entry.className);
     if (key == keys.end()) return open;
     if (GetParam())

@@ -36,7 +36,7 @@
    {"cells":{"GLAccount":"2000","GLYear":"2025","OpeningBal":"(30.00)","TotalChange":"0.00"}},
    {"cells":{"GLAccount":"4000"}},{"cells":{"GLAccount":"X5'0","Name":"Unused","GLYear":"","OpeningBal":""}}]}},
    "menus":[{"path":"&Edit > &Find..."},{"path":"&Edit > F&ilter..."},{"path":"&Edit > &Refresh"},
-   {"path":"&View > &History"},{"path":"&View > &Budget","enabled":false},{"path":"&View > &Print...","enabled":false},
+   {"path":"&View > &History"},{"path":"&View > &Budget","enabled":true},{"path":"&View > &Print...","enabled":false},
    {"path":"&View > &Export..."},{"path":"&Sort by > Account &no.","checked":true},{"path":"&Sort by > &Name"}]}}
 
 # Sorting and reading anew keep the row.
