@@ -34,6 +34,7 @@ ScreenPtr makeGLBudgetAccount(shell::Session& session);
 ScreenPtr makeImportGLBudget(shell::Session& session);
 ScreenPtr makeGLHistory(shell::Session& session);
 ScreenPtr makeGLHistoryFilter(shell::Session& session);
+ScreenPtr makeYearEnd(shell::Session& session);
 ScreenPtr makeCurrencies(shell::Session& session);
 ScreenPtr makeCurrency(shell::Session& session);
 ScreenPtr makeBanks(shell::Session& session);

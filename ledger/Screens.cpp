@@ -42,6 +42,7 @@ constexpr Row kScreens[] = {
     {"TfrmGLBalancesFilter", makeGLBalancesFilter, Opening::companion, Lifetime::hidden, false, 230},
     {"TfrmGLHistory", makeGLHistory, Opening::list, Lifetime::freed, false, 240},
     {"TfrmGLHistoryFilter", makeGLHistoryFilter, Opening::companion, Lifetime::hidden, false, 240},
+    {.className = "TfrmYearEnd", .make = makeYearEnd, .help = 225},
     {.className = "TfrmCurrencies", .make = makeCurrencies, .opening = Opening::plain, .help = 250},
     {.className = "TfrmCurrency", .make = makeCurrency, .help = 250},
     {.className = "TfrmBanks", .make = makeBanks, .opening = Opening::plain, .help = 260},

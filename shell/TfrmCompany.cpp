@@ -37,6 +37,8 @@ class TfrmCompany final : public form::RecordScreen {
   void requireNameAndYear();
   bool isUnsaved() const override { return RecordScreen::isUnsaved() || numbers_.changed(); }
   void save() override;
+  void btnYearEndClick();
+  void closeYear(int year);
   void btnLoadClick();
   void btnClearClick();
 
@@ -85,7 +87,9 @@ Control& TfrmCompany::general(form::Layout& l) {
   return l.group(
       "General", l.field("Company Name:", tblCompany["CompanyName"]),
       l.row(year(l, "Fiscal Year:", "FiscalYear", "Current Fiscal Year"),
-            l.button("btnYearEnd", "Year End", [] {}).disabled()),
+            l.button("btnYearEnd", "Year End", &TfrmCompany::btnYearEndClick).enabledWhen([this] {
+              return app().has("TfrmYearEnd");
+            })),
       period(l, "Default Period:", "DefaultPeriod", "Default Period"),
       l.row(period(l, "Warn if before:", "WPeriodFrom", "Warn Before Period"),
             period(l, "Warn if after:", "WPeriodTo", "Warn After Period")),
@@ -227,6 +231,42 @@ void TfrmCompany::save() {
 }
 
 // Commands.
+
+// Carrying forward and closing are two decisions: statements can be printed after the first, and the second waits until
+// no more vouchers come.
+void TfrmCompany::btnYearEndClick() {
+  if (isUnsaved() || isNew()) {
+    if (!app().person().confirm("Changes must be saved before year-end can proceed...\rSave now?")) form::abort();
+    save();
+  }
+  requireNameAndYear();
+  const int year = tblCompany["FiscalYear"].asInt();
+  if (!app().runModal("TfrmYearEnd", {.values = {{"year", Value(year)}}}).confirmed) return;
+  if (app().person().confirm("Year End: Permanently close " + std::to_string(year) +
+                                 "?\r\rGL balances have been carried forward, etc. so you can now print financial "
+                                 "statements for " +
+                                 std::to_string(year) + ".  You can leave " + std::to_string(year) +
+                                 " open if there will be more transactions.",
+                             form::Tone::confirmation, form::Button::no))
+    closeYear(year);
+}
+
+// The person still has to save it.
+void TfrmCompany::closeYear(int year) {
+  tblCompany.edit();
+  const store::Cursor::Silence silence(tblCompany);
+  const auto set = [this](const std::string& period, const Value& itsYear, const Value& number) {
+    tblCompany[period + "YYYY"] = itsYear;
+    tblCompany[period + "PP"] = number;
+  };
+  tblCompany["FiscalYear"] = year + 1;
+  if (tblCompany["DefaultPeriodYYYY"].asInt() > 0) tblCompany["DefaultPeriodYYYY"] = year + 1;
+  if (tblCompany["DefaultPeriodPP"].asInt() > 0) tblCompany["DefaultPeriodPP"] = 1;
+  set("WPeriodFrom", year + 1, 1);
+  set("WPeriodTo", year + 1, 12);
+  set("EPeriodFrom", {}, {});
+  set("EPeriodTo", {}, {});
+}
 
 void TfrmCompany::btnLoadClick() {
   const std::optional<std::string> path = app().person().chooseFile(

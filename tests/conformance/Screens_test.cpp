@@ -87,6 +87,7 @@ class Screens : public testing::TestWithParam<bool> {
   form::Open asked(const form::ScreenEntry& entry) {
     form::Open open;
     open.values["level"] = store::Value(1);
+    open.values["year"] = store::Value(2026);
     open.draft = static_cast<ledger::VoucherLineTaker*>(&lines_);
     const std::map<std::string, std::string> keys = {
         {"TfrmGLAccount", "GLAccountID"},       {"TfrmGLAccountSub", "SubAccountID"}, {"TfrmJV", "JVID"},

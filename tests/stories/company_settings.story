@@ -18,7 +18,7 @@
 < {"state":{"title":"Your Company","cursor":"browse","default":"btnOK","controls":{
    "pagAll":{"pages":["General","Logo","AP Options","AR Options","Numbers","Email","Notes","Backup"]},
    "editCompanyName":{"caption":"Company Name:","value":"Acme"},"editFiscalYear":{"caption":"Fiscal Year:","value":"2026"},
-   "editNextInvoiceNo":{"value":"1"},"cboDefaultCurrency":{"caption":"Default Currency:","choices":["","Dollar"]},"btnYearEnd":{"enabled":false},
+   "editNextInvoiceNo":{"value":"1"},"cboDefaultCurrency":{"caption":"Default Currency:","choices":["","Dollar"]},"btnYearEnd":{"enabled":true},
    "editEmailPassword":{"value":""},"radBackupOnExit":{"caption":"Backup on Exit","value":"Never",
    "choices":["Always","Never","Ask"]},"chkWordWrap":{"data":true},"btnClear":{"enabled":false}}}}
 
