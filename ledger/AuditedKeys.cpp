@@ -12,10 +12,32 @@ std::string fieldOf(int level) { return level == 0 ? "GLAccountID" : subaccountF
 
 std::string keyOf(Cursor& row, const char* field) { return std::string(field) + " " + row.value(field).toText(); }
 
+// What is set up with an account or a currency.
+struct SetUp {
+  const char* table;
+  const char* id;  // of the row; empty where there is but one
+  const char* field;
+  bool ofCurrency;  // else of an account
+  bool needed;
+};
+constexpr SetUp kSetUp[] = {
+    {"Currency", "CurrencyID", "APGLAccountID", false, true},
+    {"Currency", "CurrencyID", "APDiscGLAccountID", false, true},
+    {"Currency", "CurrencyID", "ARGLAccountID", false, true},
+    {"Currency", "CurrencyID", "ARDiscGLAccountID", false, true},
+    {"Currency", "CurrencyID", "GainLossExchangeGLAccntID", false, false},
+    {"Currency", "CurrencyID", "DfltWriteOffGLAccountID", false, false},
+    {"Bank", "BankID", "BankGLAccountID", false, true},
+    {"Bank", "BankID", "CurrencyID", true, true},
+    {"Company", "", "DfltSalesGLAccountID", false, false},
+    {"Company", "", "DfltCOGSGLAccountID", false, false},
+    {"Company", "", "DfltInventoryGLAccountID", false, false},
+};
+
 }  // namespace
 
 AuditedKeys::AuditedKeys(store::Database& database)
-    : database_(database), budgets_(open("GLBudget")), currencies_(open("Currency")), banks_(open("Bank")) {
+    : database_(database), budgets_(open("GLBudget")), currencies_(open("Currency")), banks_(open("Bank")), company_(open("Company")) {
   for (int level = 0; level <= kSubaccountLevels; ++level)
     levels_.at(static_cast<std::size_t>(level)) = &open(level == 0 ? "GLAccnt" : subaccountTable(level).c_str());
 }
@@ -45,20 +67,15 @@ void AuditedKeys::read() {
 void AuditedKeys::check(std::vector<Disagreement>& wrong) {
   checkAccounts(wrong);
   checkBudgets(wrong);
-  const auto points = [&wrong](Cursor& row, const std::string& key, const char* field, const Ids& ids,
-                               const char* what) {
-    const Value id = row.value(field);
-    if (!id.isNull() && !ids.contains(id.asInt()))
-      wrong.push_back({row.definition().name, key, field, id.toText(), what});
-  };
-  for (currencies_.first(); !currencies_.eof(); currencies_.next())
-    for (const char* field : {"APGLAccountID", "APDiscGLAccountID", "ARGLAccountID", "ARDiscGLAccountID",
-                              "DfltWriteOffGLAccountID", "GainLossExchangeGLAccntID"})
-      points(currencies_, keyOf(currencies_, "CurrencyID"), field, ids_.front(), "an account");
-  for (banks_.first(); !banks_.eof(); banks_.next()) {
-    points(banks_, keyOf(banks_, "BankID"), "BankGLAccountID", ids_.front(), "an account");
-    points(banks_, keyOf(banks_, "BankID"), "CurrencyID", currencyIds_, "a currency");
-  }
+  for (Cursor* rows : {&currencies_, &banks_, &company_})
+    for (rows->first(); !rows->eof(); rows->next())
+      for (const SetUp& key : kSetUp) {
+        if (rows->definition().name != key.table) continue;
+        const Value id = rows->value(key.field);
+        if (id.isNull() ? !key.needed : (key.ofCurrency ? currencyIds_ : ids_.front()).contains(id.asInt())) continue;
+        wrong.push_back({key.table, *key.id == '\0' ? "the row" : keyOf(*rows, key.id), key.field,
+                         id.isNull() ? "nothing" : id.toText(), key.ofCurrency ? "a currency" : "an account"});
+      }
 }
 
 void AuditedKeys::checkAccounts(std::vector<Disagreement>& wrong) {

@@ -41,7 +41,7 @@ class AuditedKeys {
   store::Database& database_;
   std::vector<std::unique_ptr<store::Cursor>> cursors_;
   std::array<store::Cursor*, 1 + kSubaccountLevels> levels_{};
-  store::Cursor &budgets_, &currencies_, &banks_;
+  store::Cursor &budgets_, &currencies_, &banks_, &company_;
   std::array<Ids, 1 + kSubaccountLevels> ids_;
   Ids currencyIds_;
 };
