@@ -14,6 +14,8 @@ bool Hands::isSyncing() const { return front_.isSyncing(); }
 void Hands::act(const std::function<void(form::Input&)>& action) {
   if (isSyncing()) return;
   Front& front = front_;
+  // Whoever works in a window has it in front, whichever was opened last.
+  if (front.app().accepts(screen_)) front.app().bring(screen_);
   {
     const Front::Busy busy(front);
     try {
