@@ -118,6 +118,9 @@ bool Grid::goTo(std::uint64_t row) {
   return cursor_->goTo(row + 1);
 }
 
+double Grid::depth() const { return cursor_->isOpen() ? cursor_->depth() : 0; }
+bool Grid::goToDepth(double depth) { return cursor_->goToDepth(depth); }
+
 void Grid::append() {
   if (isNewRow() && !cursor_->modified()) return;
   cursor_->append();

@@ -56,8 +56,12 @@ class Grid {
   int activeColumn() const { return activeColumn_; }
   void setActiveColumn(int column) { activeColumn_ = column; }
 
+  // Where the active row stands among all, 0 to 1: for scroll bars, where rows are not counted.
+  double depth() const;
+
   // Moves. Leaving a row that is being edited posts it, which may be refused.
   bool goTo(std::uint64_t row);
+  bool goToDepth(double depth);
   void append();
   void insert();
   void remove();

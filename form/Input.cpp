@@ -220,6 +220,15 @@ Ended Input::grid(Screen& screen, Control& control, std::string_view action) {
   });
 }
 
+Ended Input::scroll(Screen& screen, Control& control, double depth) {
+  Grid* grid = usableGrid(screen, control);
+  return app_.run(screen, commandName(screen, control), [&] {
+    take(screen);
+    screen.setFocus(&control);
+    grid->goToDepth(depth);
+  });
+}
+
 Ended Input::locate(Screen& screen, Control& control, const std::string& fields,
                     const std::vector<store::Value>& values) {
   Grid* grid = usableGrid(screen, control);

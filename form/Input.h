@@ -33,6 +33,8 @@ class Input {
   // "Backspace", or a character. Error for a key that does nothing where the focus is.
   Ended key(Screen& screen, std::string_view key);
   Ended grid(Screen& screen, Control& grid, std::string_view action);  // append, insert, delete, up, down
+  // To the row that stands so far down, 0 to 1: the thumb of a scroll bar whose rows are not counted.
+  Ended scroll(Screen& screen, Control& grid, double depth);
   // Stands on the first row in which the fields (joined by ';') hold the values.
   Ended locate(Screen& screen, Control& grid, const std::string& fields, const std::vector<store::Value>& values);
   Ended turn(Screen& screen, Control& pages, int page);  // 0 is the first

@@ -141,6 +141,10 @@ class Cursor {
   std::uint64_t recordCount();      // O(log n) without a filter; with one the rows that pass
   std::uint64_t recordNumber();     // 1 is the first; 0 without a row
   bool goTo(std::uint64_t number);  // the k-th row, 1 is the first
+  // How far down the row stands among those in order, also those that the filter hides: 0 the first, 1 the last. For
+  // scroll bars; O(log n).
+  double depth();
+  bool goToDepth(double depth);  // the first passing row from there on, else the last
   Bookmark bookmark();
   bool goTo(const Bookmark& bookmark);  // false, unmoved: the row is gone or out of view
   RowId rowId();                        // 0 without a row
@@ -187,6 +191,9 @@ class Cursor {
   struct Extra;  // a calculated or looked-up field
   struct Link;
   struct Search;
+  struct Ranks {  // of the rows within the bounds, filtered or not, among the tree's; `high` is behind the last
+    std::uint64_t low, high;
+  };
   struct Standing {  // a row that the cursor stands on
     bool there = false;
     RowId row = 0;
@@ -228,6 +235,7 @@ class Cursor {
   std::optional<std::uint64_t> countPassing(std::string high);
   bool inBounds(std::string_view key) const;
   bool isAt(std::uint64_t number);
+  Ranks ranks() const;
   void take(const Window::Entry& entry);
   void stand(RowId row, std::string key, std::string record);
   void arrived();

@@ -115,16 +115,20 @@ std::uint64_t Cursor::recordCount() {
   if (!filters()) {
     if (list_) return list_->rows.size() - list_->gone;
     const Table::Reading reading(*table_);
-    Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
-    const std::uint64_t above = high_.empty() ? tree.count() : tree.rank(high_);
-    const std::uint64_t below = low_.empty() ? 0 : tree.rank(low_);
-    return above > below ? above - below : 0;
+    const Ranks bounds = ranks();
+    return bounds.high - bounds.low;
   }
   if (const std::optional<std::uint64_t> passing = countPassing(high_)) return *passing;
   const Aside aside(*this);
   std::uint64_t count = 0;
   for (bool found = firstRow(); found; found = step(true)) ++count;
   return count;
+}
+
+Cursor::Ranks Cursor::ranks() const {
+  Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
+  const std::uint64_t high = high_.empty() ? tree.count() : tree.rank(high_);
+  return {std::min(high, low_.empty() ? 0 : tree.rank(low_)), high};
 }
 
 std::uint64_t Cursor::recordNumber() {
@@ -180,6 +184,49 @@ bool Cursor::seek(std::uint64_t number) {
   }
   const RowId row = KeyCodec::rowOf(key);
   stand(row, std::move(key), std::move(record));
+  return true;
+}
+
+double Cursor::depth() {
+  synchronise();
+  if (!at_.there || nothing_) return 0;
+  std::uint64_t above = 0, all = 0;
+  if (list_) {
+    above = list_->places[at_.row];
+    all = list_->rows.size();
+  } else {
+    const Table::Reading reading(*table_);
+    Tree& tree = order_ < 0 ? table_->rows() : table_->index(order_);
+    const Ranks bounds = ranks();
+    above = tree.rank(at_.key) - bounds.low;
+    all = bounds.high - bounds.low;
+  }
+  return all > 1 ? static_cast<double>(above) / static_cast<double>(all - 1) : 0;
+}
+
+bool Cursor::goToDepth(double depth) {
+  requireOpen();
+  leaveRow();
+  synchronise();
+  if (nothing_) return false;
+  const auto placeOf = [depth](std::uint64_t count) {
+    return static_cast<std::uint64_t>(std::clamp(depth, 0.0, 1.0) * static_cast<double>(count > 0 ? count - 1 : 0));
+  };
+  std::string key;
+  if (list_) {
+    if (list_->rows.empty()) return false;
+    keyOf(list_->rows[placeOf(list_->rows.size())], {}, key);
+  } else {
+    const Table::Reading reading(*table_);
+    const Ranks bounds = ranks();
+    TreeWalk walk(order_ < 0 ? table_->rows() : table_->index(order_));
+    if (!walk.seekRank(bounds.low + placeOf(bounds.high - bounds.low))) return false;
+    key = walk.key();
+  }
+  window_ = {};
+  if (!enter(true, key, true) && !lastRow()) return false;
+  bof_ = eof_ = false;
+  arrived();
   return true;
 }
 

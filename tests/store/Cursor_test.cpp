@@ -359,5 +359,41 @@ TEST(Cursor, ShowsWhatPlainSortedRowsSay) {
   std::printf("%llu tables, 250 steps each\n", static_cast<unsigned long long>(count));
 }
 
+// The thumb of a scroll bar: where a row stands and where it leads back to, with and without a range, under a filter.
+TEST(Cursor, LeadsBackToTheRowThatStandsSoFarDown) {
+  Company company;
+  company.database->createTable(TableDef::of("Deep", {{"ID", FieldType::autoInc}, {"Level", FieldType::integer}},
+                                             {{"", "ID", IndexOptions::unique}}));
+  Cursor rows(*company.database, "Deep");
+  rows.open();
+  EXPECT_FALSE(rows.goToDepth(0.5));
+  for (int i = 0; i < 200; ++i) {
+    rows.append();
+    rows["Level"] = i % 7;
+    rows.post();
+  }
+  for (const bool ranged : {false, true}) {
+    if (ranged) rows.setRange({Value(50)}, {Value(149)});
+    const int first = ranged ? 50 : 1, last = ranged ? 149 : 200;
+    for (const char* filter : {"", "Level = 3"}) {
+      rows.setFilter(filter);
+      rows.setFiltered(*filter != '\0');
+      double before = -1;
+      for (rows.first(); !rows.eof(); rows.next()) {
+        const int id = rows["ID"].asInt();
+        const double depth = rows.depth();
+        EXPECT_NEAR(depth, static_cast<double>(id - first) / (last - first), 1e-9);
+        EXPECT_GT(depth, before);
+        before = depth;
+        ASSERT_TRUE(rows.goToDepth(depth + 1e-9));
+        ASSERT_EQ(rows["ID"].asInt(), id);
+      }
+      const auto at = [&](double depth) { return rows.goToDepth(depth) ? rows.recordNumber() : 0; };
+      EXPECT_EQ(at(0), 1U);
+      EXPECT_EQ(at(1), rows.recordCount()) << "behind the last that passes";
+    }
+  }
+}
+
 }  // namespace
 }  // namespace quillon::store
