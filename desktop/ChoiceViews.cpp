@@ -7,6 +7,7 @@
 #include <QGroupBox>
 #include <QListWidget>
 #include <QRadioButton>
+#include <QTextCharFormat>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -51,7 +52,9 @@ class ChooserView final : public ControlView {
  public:
   ChooserView(Hands& hands, form::Control& control, QWidget& parent)
       : ControlView(hands, control), box_(new QComboBox(&parent)) {
+    constexpr int kLeastCharacters = 10;  // a list may have nothing in it yet
     box_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    box_->setMinimumWidth(widthOf(*box_, kLeastCharacters) + box_->sizeHint().height());
     QObject::connect(box_, &QComboBox::activated, [this](int place) {
       if (place >= 0 && place < static_cast<int>(choices_.size()))
         choose(hands_, control_, choices_[static_cast<std::size_t>(place)].first);
@@ -79,10 +82,12 @@ class ChoiceView final : public ControlView {
  public:
   ChoiceView(Hands& hands, form::Control& control, QWidget& parent)
       : ControlView(hands, control),
-        box_(new QGroupBox(&parent)),
+        frame_(control.caption().empty() ? nullptr : new QGroupBox(&parent)),
+        box_(frame_ ? frame_ : new QWidget(&parent)),
         group_(box_),
         choices_(control.binding()->choices()) {
     auto* layout = new QVBoxLayout(box_);
+    if (frame_ == nullptr) layout->setContentsMargins(0, 0, 0, 0);
     for (std::size_t i = 0; i < choices_.size(); ++i) {
       auto* button = new QRadioButton(shown(choices_[i].second), box_);
       group_.addButton(button, static_cast<int>(i));
@@ -98,7 +103,7 @@ class ChoiceView final : public ControlView {
   }
   void sync() override {
     syncLooks();
-    if (const QString caption = shown(control_.caption()); box_->title() != caption) box_->setTitle(caption);
+    if (frame_ != nullptr) frame_->setTitle(shown(control_.caption()));
     const int place = placeOf(choices_, control_.binding()->data());
     group_.setExclusive(false);
     for (QAbstractButton* button : group_.buttons()) button->setChecked(group_.id(button) == place);
@@ -106,7 +111,8 @@ class ChoiceView final : public ControlView {
   }
 
  private:
-  QGroupBox* box_;
+  QGroupBox* frame_;  // null without a caption
+  QWidget* box_;
   QButtonGroup group_;
   form::Choices choices_;
 };
@@ -152,6 +158,8 @@ class MonthView final : public ControlView {
       : ControlView(hands, control), month_(new QCalendarWidget(&parent)) {
     month_->setNavigationBarVisible(false);
     month_->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+    // Red is for what calls for attention; the end of a week does not.
+    for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday}) month_->setWeekdayTextFormat(day, QTextCharFormat());
     QObject::connect(month_, &QCalendarWidget::clicked, [this](QDate day) {
       if (const auto date = Date::parseIso(typed(day.toString(Qt::ISODate)))) choose(hands_, control_, *date);
     });

@@ -35,6 +35,11 @@ int widthOf(const QWidget& widget, int characters) {
                               : font.averageCharWidth() * characters;
 }
 
+int scaled(const QWidget& widget, int told) {
+  constexpr int kToldDots = 96;
+  return told * widget.logicalDpiX() / kToldDots;
+}
+
 ViewPtr makeView(Hands& hands, form::Control& control, QWidget& parent) {
   using form::Kind;
   const auto isMenu = [](const std::unique_ptr<form::Control>& child) { return child->kind() == Kind::menu; };
@@ -84,12 +89,12 @@ ViewPtr makeView(Hands& hands, form::Control& control, QWidget& parent) {
       break;
     case Kind::pages:
     case Kind::steps:
+    case Kind::splitter:
       view = makePagesView(hands, control, parent);
       break;
     case Kind::group:
     case Kind::row:
     case Kind::toolbar:
-    case Kind::splitter:
       view = makeHolderView(hands, control, parent);
       break;
     case Kind::menu:

@@ -67,9 +67,11 @@ ViewPtr makePictureView(Hands& hands, form::Control& control, QWidget& parent);
 ViewPtr makeProgressView(Hands& hands, form::Control& control, QWidget& parent);
 ViewPtr makePageviewView(Hands& hands, form::Control& control, QWidget& parent);
 ViewPtr makeHolderView(Hands& hands, form::Control& control, QWidget& parent);  // group, row, toolbar
-ViewPtr makePagesView(Hands& hands, form::Control& control, QWidget& parent);   // pages, steps
+ViewPtr makePagesView(Hands& hands, form::Control& control, QWidget& parent);   // pages, steps, splitter
 
 // The width of that many characters of ordinary text in a widget's font.
 int widthOf(const QWidget& widget, int characters);
+// A size that is told in 1/96 inch, on the widget's screen.
+int scaled(const QWidget& widget, int told);
 
 }  // namespace quillon::desktop

@@ -40,10 +40,17 @@ class Line final : public QLineEdit {
     else if (event->reason() != Qt::PopupFocusReason)
       selectAll();
   }
+  // Of a find box: the arrows move in what it finds in.
+  bool moves(const QKeyEvent& event) const {
+    const int key = event.key();
+    return control_.list() != nullptr &&
+           (key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown);
+  }
   // A character typed where nothing can be typed is answered by the program, which says why.
   void keyPressEvent(QKeyEvent* event) override {
     if (control_.isInColumn() && (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down))
       return hands_.key(keyName(*event));
+    if (moves(*event)) return hands_.key(keyName(*event));
     const std::string key = isReadOnly() ? keyName(*event) : std::string();
     if (event->text().isEmpty() || key.empty() || key.size() > 4)
       QLineEdit::keyPressEvent(event);

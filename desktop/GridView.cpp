@@ -19,6 +19,7 @@ namespace {
 constexpr int kPadding = 6;
 constexpr int kWidestColumn = 42;  // characters
 constexpr int kThumb = 1000;       // places of the thumb where rows are not counted
+constexpr int kRows = 16, kFewRows = 9;
 
 // A little of the ink on the paper: lines that stay behind what they part, in light palettes and in dark ones.
 QColor lineColour(const QPalette& palette) {
@@ -41,6 +42,8 @@ void paintTick(QPainter& painter, QRect cell, bool ticked, const QWidget& grid) 
   painter.setPen(grid.palette().color(QPalette::PlaceholderText));  // a style's own frame is lost in dark palettes
   painter.drawRect(box.rect.adjusted(0, 0, -1, -1));
 }
+
+bool isRight(const form::Control& column) { return column.binding() && column.binding()->alignsRight(); }
 
 // What is typed in the active cell. Keys that mean something to the grid go to the program.
 class CellEditor final : public QLineEdit {
@@ -76,9 +79,9 @@ GridArea::GridArea(Hands& hands, form::Control& control, QWidget& parent)
     : QAbstractScrollArea(&parent), hands_(hands), control_(control), editor_(new CellEditor(hands, viewport())) {
   setFocusPolicy(Qt::StrongFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   editor_->hide();
   QObject::connect(verticalScrollBar(), &QScrollBar::valueChanged, [this](int value) { scrolled(value); });
+  QObject::connect(verticalScrollBar(), &QScrollBar::actionTriggered, [this](int action) { turned(action); });
   QObject::connect(horizontalScrollBar(), &QScrollBar::valueChanged, [this] { viewport()->update(); });
 }
 
@@ -87,7 +90,9 @@ GridArea::~GridArea() = default;
 QSize GridArea::sizeHint() const {
   int width = verticalScrollBar()->sizeHint().width() + 4;
   for (const Column& column : columns()) width += column.width;
-  const int rows = control_.height() > 0 ? control_.height() : grid().lines() ? 9 : 16;
+  // A list alone in its window shows many rows; a part of a document, or of a page, leaves room for the rest.
+  const bool alone = !grid().lines() && hands_.screen().pathTo(control_).size() == 1;
+  const int rows = control_.height() > 0 ? control_.height() : alone ? kRows : kFewRows;
   return {width, headerHeight() + rowHeight() * rows + 4};
 }
 
@@ -108,8 +113,13 @@ std::vector<GridArea::Column> GridArea::columns() const {
     all.push_back({column.get(), left, widthOfColumn(*column)});
     left += all.back().width;
   }
-  // The last column takes the room that is left.
-  if (!all.empty() && left < viewport()->width()) all.back().width += viewport()->width() - left;
+  // The widest text takes the room that is left, up to as much again; amounts stay near what they belong to.
+  const auto textWidth = [](const Column& column) { return isRight(*column.control) ? 0 : column.width; };
+  const auto widest = std::ranges::max_element(all, {}, textWidth);
+  if (widest == all.end() || horizontalScrollBar()->maximum() > 0 || left >= viewport()->width()) return all;
+  const int more = std::min(viewport()->width() - left, textWidth(*widest));
+  widest->width += more;
+  for (auto behind = widest + 1; behind != all.end(); ++behind) behind->left += more;
   return all;
 }
 
@@ -130,21 +140,39 @@ void GridArea::fetch() {
   const QSignalBlocker quiet(bar);
   const bool whole = total && *total <= count;
   bar->setRange(0, whole ? 0 : total ? static_cast<int>(std::min<std::uint64_t>(*total - count, INT32_MAX)) : kThumb);
-  bar->setPageStep(static_cast<int>(count));
-  bar->setValue(total ? static_cast<int>(top_) : kThumb / 2);
+  bar->setPageStep(total ? static_cast<int>(count) : kThumb / 20);
+  // Where rows are not counted, the thumb stands as far down as the row does among all; while a person holds it, there.
+  if (total)
+    bar->setValue(static_cast<int>(top_));
+  else if (!bar->isSliderDown())
+    bar->setValue(static_cast<int>(grid().depth() * kThumb));
 }
 
 void GridArea::scrolled(int value) {
-  if (!grid().total()) {
-    // Uncounted rows are turned page by page; the thumb goes back to the middle.
-    hands_.key(value > kThumb / 2 ? "PgDn" : "PgUp");
-    return;
-  }
+  if (!grid().total()) return;
   top_ = static_cast<std::uint64_t>(value);
   follows_ = false;
   fetch();
   syncEditor();
   viewport()->update();
+}
+
+// What is done to the bar where rows are not counted: the active row moves, and the rows on view are those around it.
+void GridArea::turned(int action) {
+  if (grid().total()) return;
+  switch (action) {
+    case QAbstractSlider::SliderSingleStepAdd:
+      return hands_.key("Down");
+    case QAbstractSlider::SliderSingleStepSub:
+      return hands_.key("Up");
+    case QAbstractSlider::SliderPageStepAdd:
+      return hands_.key("PgDn");
+    case QAbstractSlider::SliderPageStepSub:
+      return hands_.key("PgUp");
+    default:
+      const double depth = static_cast<double>(verticalScrollBar()->sliderPosition()) / kThumb;
+      hands_.act([&](form::Input& input) { input.scroll(hands_.screen(), control_, depth); });
+  }
 }
 
 void GridArea::sync() {
@@ -161,6 +189,7 @@ void GridArea::limitSideways() {
     if (column->visible()) width += widthOfColumn(*column);
   horizontalScrollBar()->setRange(0, std::max(0, width - viewport()->width()));
   horizontalScrollBar()->setPageStep(viewport()->width());
+  horizontalScrollBar()->setSingleStep(widthOf(*this, 12));
 }
 
 QWidget* GridArea::typingWidget() const {
@@ -212,7 +241,7 @@ void GridArea::paintHeader(QPainter& painter, const std::vector<Column>& columns
     painter.setPen(lineColour(palette()));
     painter.drawLine(cell.right(), cell.top() + 4, cell.right(), cell.bottom() - 4);
     painter.setPen(palette().color(QPalette::ButtonText));
-    const bool right = column.control->binding() && column.control->binding()->alignsRight();
+    const bool right = isRight(*column.control);
     painter.drawText(cell.adjusted(kPadding, 0, -kPadding, 0),
                      (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
                      shown(form::plainCaption(column.control->caption())));
@@ -220,7 +249,7 @@ void GridArea::paintHeader(QPainter& painter, const std::vector<Column>& columns
 }
 
 void GridArea::paintText(QPainter& painter, QRect cell, const Column& column, const std::string& text) {
-  const bool right = column.control->binding() && column.control->binding()->alignsRight();
+  const bool right = isRight(*column.control);
   const QRect inner = cell.adjusted(kPadding, 0, -kPadding, 0);
   painter.drawText(inner, (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
                    painter.fontMetrics().elidedText(shown(text).section('\n', 0, 0), Qt::ElideRight, inner.width()));
@@ -235,7 +264,7 @@ void GridArea::paintRow(QPainter& painter, const std::vector<Column>& columns, s
   const QPalette::ColorGroup group = focused ? QPalette::Active : QPalette::Inactive;
   if (row.active && !grid().lines())
     painter.fillRect(whole, palette().color(group, QPalette::Highlight));
-  else if (place % 2 == 1)
+  else if (place % 2 == 1 && !grid().lines())
     painter.fillRect(whole, palette().alternateBase());
   const QColor ink =
       marked && !grid().lines() ? palette().color(group, QPalette::HighlightedText) : palette().color(QPalette::Text);
@@ -311,7 +340,10 @@ void GridArea::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void GridArea::keyPressEvent(QKeyEvent* event) {
   const std::string key = keyName(*event);
-  if (key.empty())
+  if (QScrollBar* bar = horizontalScrollBar();
+      !grid().lines() && bar->maximum() > 0 && (key == "Left" || key == "Right"))
+    bar->triggerAction(key == "Left" ? QAbstractSlider::SliderSingleStepSub : QAbstractSlider::SliderSingleStepAdd);
+  else if (key.empty())
     QAbstractScrollArea::keyPressEvent(event);
   else
     hands_.key(key);

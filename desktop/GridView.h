@@ -44,6 +44,7 @@ class GridArea final : public QAbstractScrollArea {
   void fetch();
   void limitSideways();
   void scrolled(int value);
+  void turned(int action);
   void paintHeader(QPainter& painter, const std::vector<Column>& columns) const;
   static void paintText(QPainter& painter, QRect cell, const Column& column, const std::string& text);
   void paintRow(QPainter& painter, const std::vector<Column>& columns, std::size_t place) const;

@@ -1,22 +1,30 @@
-// What holds other controls: below each other with their labels in a column, beside each other, on pages.
+// What holds other controls: below each other with their labels in a column, beside each other, in a toolbar.
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QSplitter>
-#include <QStackedWidget>
-#include <QTabWidget>
+#include <QToolButton>
 #include <algorithm>
 
-#include "desktop/ControlView.h"
 #include "desktop/Hands.h"
+#include "desktop/HolderView.h"
 #include "desktop/Text.h"
 #include "form/Screen.h"
 
 namespace quillon::desktop {
-namespace {
 
-constexpr int kSpacing = 6;  // the one unit of space, at 96 dots an inch
+bool HolderView::stretches() const {
+  return std::ranges::any_of(views_, [](const ViewPtr& view) { return view->stretches(); });
+}
+
+void HolderView::sync() {
+  syncLooks();
+  syncInside();
+}
+
+void HolderView::syncInside() {
+  for (const ViewPtr& view : views_) view->sync();
+}
 
 std::vector<ViewPtr> viewsIn(Hands& hands, form::Control& holder, QWidget& parent) {
   std::vector<ViewPtr> views;
@@ -24,6 +32,8 @@ std::vector<ViewPtr> viewsIn(Hands& hands, form::Control& holder, QWidget& paren
     if (ViewPtr view = makeView(hands, *child, parent)) views.push_back(std::move(view));
   return views;
 }
+
+namespace {
 
 QLabel* labelFor(ControlView& view, QWidget& parent) {
   auto* label = new QLabel(shown(view.control().caption()), &parent);
@@ -35,24 +45,16 @@ QLabel* labelFor(ControlView& view, QWidget& parent) {
 
 QLabel* leadingLabel(ControlView& view, QWidget& parent);
 
-class HolderView : public ControlView {
- public:
-  HolderView(Hands& hands, form::Control& control) : ControlView(hands, control) {}
-  const std::vector<ViewPtr>& inside() const override { return views_; }
-  bool stretches() const override {
-    return std::ranges::any_of(views_, [](const ViewPtr& view) { return view->stretches(); });
-  }
-  void sync() override {
-    syncLooks();
-    syncInside();
-  }
-  void syncInside() {
-    for (const ViewPtr& view : views_) view->sync();
-  }
+bool holdsButtons(const form::Control& row) {
+  return row.kind() == form::Kind::row && !row.children().empty() &&
+         std::ranges::all_of(row.children(), [](const auto& some) { return some->kind() == form::Kind::button; });
+}
 
- protected:
-  std::vector<ViewPtr> views_;
-};
+// Of the window itself, and not of a page or group in it.
+bool isOutermost(const Hands& hands, const form::Control& control) {
+  const auto& all = hands.screen().root().children();
+  return std::ranges::any_of(all, [&](const auto& some) { return some.get() == &control; });
+}
 
 // Beside each other. The label of the first one stands in the column of labels of whatever holds the row.
 class RowView final : public HolderView {
@@ -63,16 +65,15 @@ class RowView final : public HolderView {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(kSpacing);
     views_ = viewsIn(hands, control, *row_);
-    const auto isButton = [](const ViewPtr& view) { return view->control().kind() == form::Kind::button; };
-    const bool buttons = std::ranges::all_of(views_, isButton);
-    if (buttons && control.kind() == form::Kind::row) layout->addStretch();
+    const bool ends = holdsButtons(control) && isOutermost(hands, control);
+    if (ends) layout->addStretch();
     for (const ViewPtr& view : views_) {
       QLabel* caption = leadingLabel(*view, *row_);
       if (caption != nullptr && view != views_.front()) layout->addWidget(caption);
       layout->addWidget(view->widget(), view->stretches() ? 1 : 0);
       if (view == views_.front()) lead_ = caption;
     }
-    if (!buttons && !stretches()) layout->addStretch();
+    if (!ends && !stretches()) layout->addStretch();
   }
   QWidget* widget() const override { return row_; }
   // Of the first one in it; null when that has none. It stands nowhere yet.
@@ -88,6 +89,33 @@ QLabel* leadingLabel(ControlView& view, QWidget& parent) {
   return view.isLabelled() && !view.control().caption().empty() ? labelFor(view, parent) : nullptr;
 }
 
+// The controls of a row that hold no others, from left to right.
+void addLeaves(const ControlView& view, std::vector<const ControlView*>& leaves) {
+  if (view.inside().empty()) leaves.push_back(&view);
+  for (const ViewPtr& below : view.inside()) addLeaves(*below, leaves);
+}
+
+// Rows of the same kinds of controls that follow each other read as a table: the captions within them are made equally
+// wide, so that what stands behind them is in line.
+void alignRows(const std::vector<ViewPtr>& views) {
+  std::vector<const ControlView*> above;
+  for (const ViewPtr& view : views) {
+    std::vector<const ControlView*> here;
+    if (view->control().kind() == form::Kind::row) addLeaves(*view, here);
+    const bool alike = std::ranges::equal(
+        above, here, {}, [](const ControlView* some) { return some->control().kind(); },
+        [](const ControlView* some) { return some->control().kind(); });
+    for (std::size_t i = 1; alike && i < here.size(); ++i) {
+      QLabel *upper = above[i]->label, *lower = here[i]->label;
+      if (upper == nullptr || lower == nullptr) continue;
+      const int width = std::max(upper->sizeHint().width(), lower->sizeHint().width());
+      upper->setMinimumWidth(width);
+      lower->setMinimumWidth(width);
+    }
+    above = std::move(here);
+  }
+}
+
 // Below each other.
 class GroupView final : public HolderView {
  public:
@@ -99,109 +127,99 @@ class GroupView final : public HolderView {
     layout->setColumnStretch(1, 1);
     views_ = viewsIn(hands, control, *group_);
     int line = 0;
-    for (const ViewPtr& view : views_) place(*layout, *view, line++);
+    for (const ViewPtr& view : views_) place(*layout, *view, line);
+    alignRows(views_);
     if (!stretches()) layout->setRowStretch(line, 1);
   }
   QWidget* widget() const override { return group_; }
 
  private:
-  void place(QGridLayout& layout, ControlView& view, int line) {
-    const bool tall = view.stretches(), row = view.control().kind() == form::Kind::row;
+  static bool isField(const ControlView& view) {
+    return view.isLabelled() || view.control().kind() == form::Kind::check;
+  }
+  void place(QGridLayout& layout, ControlView& view, int& line) {
+    const form::Control& control = view.control();
+    const bool tall = view.stretches(), row = control.kind() == form::Kind::row;
+    const auto beside = tall || row ? Qt::Alignment() : Qt::AlignLeft | Qt::AlignVCenter;
+    // The buttons that end a window stand off from what they are about.
+    if (holdsButtons(control) && isOutermost(hands_, control) && line > 0) layout.setRowMinimumHeight(line++, kSpacing);
     if (tall) layout.setRowStretch(line, 1);
     if (QLabel* caption = leadingLabel(view, *group_)) {
       if (tall) caption->setAlignment(Qt::AlignRight | Qt::AlignTop);
       layout.addWidget(caption, line, 0);
-      layout.addWidget(view.widget(), line, 1, tall || row ? Qt::Alignment() : Qt::AlignLeft | Qt::AlignVCenter);
-    } else if (view.isLabelled() || view.control().kind() == form::Kind::check) {
-      layout.addWidget(view.widget(), line, 1, tall ? Qt::Alignment() : Qt::AlignLeft | Qt::AlignVCenter);
-    } else if (view.control().kind() == form::Kind::button) {
+      layout.addWidget(view.widget(), line, 1, beside);
+    } else if (isField(view) || (holdsButtons(control) && !isOutermost(hands_, control) &&
+                                 std::ranges::any_of(views_, [](const ViewPtr& some) { return isField(*some); }))) {
+      layout.addWidget(view.widget(), line, 1, beside);
+    } else if (control.kind() == form::Kind::button) {
       layout.addWidget(view.widget(), line, 0, 1, 2, Qt::AlignRight);
     } else {
       layout.addWidget(view.widget(), line, 0, 1, 2);
     }
+    ++line;
   }
 
   QWidget* group_;
 };
 
-// Two sides that share the width as the person draws it.
-class SidesView final : public HolderView {
+// Fields in one line, and the buttons in another one below, each as wide as its caption. Captions of two words stand in
+// two lines, and leave them to all, so that icons are in line.
+class ToolbarView final : public HolderView {
  public:
-  SidesView(Hands& hands, form::Control& control, QWidget& parent)
-      : HolderView(hands, control), sides_(new QSplitter(Qt::Horizontal, &parent)) {
-    sides_->setChildrenCollapsible(false);
-    views_ = viewsIn(hands, control, *sides_);
-    for (const ViewPtr& view : views_) sides_->addWidget(view->widget());
-  }
-  QWidget* widget() const override { return sides_; }
-  bool stretches() const override { return true; }
-
- private:
-  QSplitter* sides_;
-};
-
-class TabsView final : public HolderView {
- public:
-  TabsView(Hands& hands, form::Control& control, QWidget& parent)
-      : HolderView(hands, control), tabs_(new QTabWidget(&parent)) {
-    tabs_->setUsesScrollButtons(false);
-    for (const auto& child : control.children()) {
-      auto* page = new QWidget(tabs_);
-      auto* layout = new QVBoxLayout(page);
-      views_.push_back(std::make_unique<GroupView>(hands, *child, *page, false));
-      layout->addWidget(views_.back()->widget());
-      tabs_->addTab(page, shown(child->caption()));
+  ToolbarView(Hands& hands, form::Control& control, QWidget& parent)
+      : HolderView(hands, control), bar_(new QWidget(&parent)) {
+    auto* lines = new QVBoxLayout(bar_);
+    auto* fields = new QHBoxLayout;
+    auto* buttons = new QHBoxLayout;
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(kSpacing / 2);
+    lines->addLayout(fields);
+    lines->addLayout(buttons);
+    fields->setSpacing(kSpacing);
+    buttons->setSpacing(0);
+    views_ = viewsIn(hands, control, *bar_);
+    for (const ViewPtr& view : views_) {
+      if (view->control().kind() == form::Kind::button) {
+        buttons->addWidget(view->widget());
+        continue;
+      }
+      if (QLabel* caption = leadingLabel(*view, *bar_)) fields->addWidget(caption);
+      fields->addWidget(view->widget(), 1);
     }
-    QObject::connect(tabs_, &QTabWidget::currentChanged, [this](int page) {
-      hands_.act([&](form::Input& input) { input.turn(hands_.screen(), control_, page); });
-    });
+    buttons->addStretch();
   }
-  QWidget* widget() const override { return tabs_; }
-  bool stretches() const override { return true; }
+  QWidget* widget() const override { return bar_; }
   void sync() override {
     HolderView::sync();
-    for (std::size_t i = 0; i < views_.size(); ++i)
-      tabs_->setTabVisible(static_cast<int>(i), views_[i]->control().visible());
-    tabs_->setCurrentIndex(control_.page);
-  }
-
- private:
-  QTabWidget* tabs_;
-};
-
-class StepsView final : public HolderView {
- public:
-  StepsView(Hands& hands, form::Control& control, QWidget& parent)
-      : HolderView(hands, control), stack_(new QStackedWidget(&parent)) {
-    for (const auto& child : control.children()) {
-      views_.push_back(makeHolderView(hands, *child, *stack_));
-      stack_->addWidget(views_.back()->widget());
+    const auto hasTwo = [](const ViewPtr& view) { return view->control().caption().find(' ') != std::string::npos; };
+    const bool two = std::ranges::any_of(views_, hasTwo);
+    for (const ViewPtr& view : views_) {
+      auto* button = qobject_cast<QToolButton*>(view->widget());
+      if (button == nullptr) continue;
+      const QString caption = shown(view->control().caption());
+      button->setToolButtonStyle(control_.showsCaptions() ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonIconOnly);
+      if (control_.showsCaptions())
+        button->setText(caption.contains(' ') ? QString(caption).replace(' ', '\n') : two ? caption + "\n" : caption);
+      else
+        button->setToolTip(caption);
     }
   }
-  QWidget* widget() const override { return stack_; }
-  bool stretches() const override { return true; }
-  // Which page shows is the stack's business.
-  void sync() override {
-    for (const ViewPtr& view : views_) dynamic_cast<HolderView&>(*view).syncInside();
-    stack_->setCurrentIndex(control_.page);
-  }
 
  private:
-  QStackedWidget* stack_;
+  QWidget* bar_;
 };
 
 }  // namespace
 
+ViewPtr makePageView(Hands& hands, form::Control& control, QWidget& parent) {
+  return std::make_unique<GroupView>(hands, control, parent, false);
+}
+
 ViewPtr makeHolderView(Hands& hands, form::Control& control, QWidget& parent) {
   if (control.kind() == form::Kind::group)
     return std::make_unique<GroupView>(hands, control, parent, !control.caption().empty());
-  if (control.kind() == form::Kind::splitter) return std::make_unique<SidesView>(hands, control, parent);
+  if (control.kind() == form::Kind::toolbar) return std::make_unique<ToolbarView>(hands, control, parent);
   return std::make_unique<RowView>(hands, control, parent);
-}
-
-ViewPtr makePagesView(Hands& hands, form::Control& control, QWidget& parent) {
-  if (control.kind() == form::Kind::pages) return std::make_unique<TabsView>(hands, control, parent);
-  return std::make_unique<StepsView>(hands, control, parent);
 }
 
 }  // namespace quillon::desktop

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QToolButton>
 #include <algorithm>
+#include <optional>
 
 #include "desktop/ControlView.h"
 #include "desktop/Hands.h"
@@ -17,19 +18,24 @@
 namespace quillon::desktop {
 namespace {
 
+constexpr double kHeading = 1.25, kSmall = 0.85;  // of the font's size
+
 class TextView final : public ControlView {
  public:
   TextView(Hands& hands, form::Control& control, QWidget& parent)
       : ControlView(hands, control), label_(new QLabel(&parent)) {
     label_->setTextFormat(Qt::PlainText);
-    if (control.kind() == form::Kind::mark) {
-      label_->setForegroundRole(QPalette::NoRole);
-      label_->setStyleSheet("color: #d03030; font-weight: bold");
-    }
+    if (control.told().height > 0) label_->setFixedHeight(scaled(*label_, control.told().height));
+    if (control.kind() != form::Kind::mark && !control.isHeading()) return;
+    QFont font = label_->font();
+    font.setBold(true);
+    if (control.isHeading()) font.setPointSizeF(font.pointSizeF() * kHeading);
+    label_->setFont(font);
   }
   QWidget* widget() const override { return label_; }
   void sync() override {
     syncLooks();
+    if (control_.kind() == form::Kind::mark) ink();
     const QString text = shown(control_.caption());
     if (label_->text() == text) return;
     constexpr int kWidest = 70;  // characters, before it goes on below where nothing else is said
@@ -41,6 +47,15 @@ class TextView final : public ControlView {
   }
 
  private:
+  // Red, and light enough to be read on dark paper.
+  void ink() {
+    QPalette palette = label_->palette();
+    const QColor red = palette.color(QPalette::Window).lightness() < 128 ? QColor(0xff6b68) : QColor(0xc62828);
+    if (palette.color(QPalette::WindowText) == red) return;
+    palette.setColor(QPalette::WindowText, red);
+    label_->setPalette(palette);
+  }
+
   QLabel* label_;
 };
 
@@ -58,7 +73,7 @@ class LineView final : public ControlView {
   QFrame* line_;
 };
 
-// In a toolbar the icon stands above the caption; elsewhere a button is its caption.
+// In a toolbar the icon stands above the caption, which the toolbar sets; elsewhere a button is its caption.
 class ButtonView final : public ControlView {
  public:
   ButtonView(Hands& hands, form::Control& control, QWidget& parent) : ControlView(hands, control) {
@@ -72,9 +87,10 @@ class ButtonView final : public ControlView {
       button_ = button;
     } else {
       auto* button = new QToolButton(&parent);
-      button->setIcon(icon);
+      QFont font = button->font();
+      font.setPointSizeF(font.pointSizeF() * kSmall);
+      button->setFont(font);
       button->setIconSize(QSize(24, 24));
-      button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
       button->setAutoRaise(true);
       button->setFocusPolicy(Qt::TabFocus);
       button_ = button;
@@ -86,11 +102,20 @@ class ButtonView final : public ControlView {
   QWidget* focusWidget() const override { return button_; }
   void sync() override {
     syncLooks();
+    if (qobject_cast<QToolButton*>(button_)) return ink();
     if (const QString caption = shown(control_.caption()); button_->text() != caption) button_->setText(caption);
   }
 
  private:
+  void ink() {
+    const QRgb now = button_->palette().color(QPalette::ButtonText).rgb();
+    if (ink_ == now) return;
+    ink_ = now;
+    button_->setIcon(iconNamed(control_.name()));
+  }
+
   QAbstractButton* button_ = nullptr;
+  std::optional<QRgb> ink_;  // that the icon was drawn in
 };
 
 class PictureView final : public ControlView {
@@ -124,10 +149,16 @@ class ProgressView final : public ControlView {
   ProgressView(Hands& hands, form::Control& control, QWidget& parent)
       : ControlView(hands, control), bar_(new QProgressBar(&parent)) {
     bar_->setTextVisible(false);
+    QSizePolicy keepsRoom = bar_->sizePolicy();
+    keepsRoom.setRetainSizeWhenHidden(true);
+    bar_->setSizePolicy(keepsRoom);
+    bar_->hide();
   }
   QWidget* widget() const override { return bar_; }
-  void sync() override { syncLooks(); }
+  // Shows while there is work, in room of its own.
+  void sync() override { bar_->hide(); }
   bool show(const form::Progress& progress) override {
+    if (bar_->isHidden() && control_.visible()) bar_->show();
     bar_->setMaximum(static_cast<int>(progress.total));
     bar_->setValue(static_cast<int>(progress.done));
     return true;

@@ -6,12 +6,14 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 #include <algorithm>
+#include <cstdlib>
 
 #include "desktop/Front.h"
 #include "desktop/Icons.h"
@@ -20,6 +22,25 @@
 namespace quillon::desktop {
 
 using form::Kind;
+
+namespace {
+
+constexpr int kAir = 24;  // around the words of a window without a frame
+
+bool movesByArrows(const form::Control& control) {
+  switch (control.kind()) {
+    case Kind::grid:
+    case Kind::list:
+    case Kind::chooser:
+    case Kind::choice:
+    case Kind::month:
+      return true;
+    default:
+      return control.list() != nullptr;
+  }
+}
+
+}  // namespace
 
 Window::Window(Front& front, form::Screen& screen, Window* parent)
     : QWidget(parent, Qt::Window), hands_(front, front.input(), screen) {
@@ -30,6 +51,11 @@ Window::Window(Front& front, form::Screen& screen, Window* parent)
   if (menus_ != nullptr) layout->setMenuBar(menus_);
   root_ = makeHolderView(hands_, screen.root(), *this);
   layout->addWidget(root_->widget());
+  const form::Size told = screen.root().told();
+  const QMargins margins = layout->contentsMargins();
+  if (told.width > 0) root_->widget()->setMinimumWidth(scaled(*this, told.width) - margins.left() - margins.right());
+  // A bar of buttons is always as large as they are.
+  if (told.width > 0 && !root_->stretches()) layout->setSizeConstraint(QLayout::SetFixedSize);
   addShortcuts(screen.root());
   for (QWidget* widget : findChildren<QWidget*>()) widget->installEventFilter(this);
 }
@@ -97,7 +123,7 @@ void Window::sync() {
   for (const Entry& menu : dropDowns_) menu.action->setEnabled(menu.control->enabled());
   root_->sync();
   if (!wasShown_) placeFirst();
-  if (isMinimized() && !screen().minimised) showNormal();
+  if (isMinimized() && !screen().minimised) setWindowState(windowState() & ~Qt::WindowMinimized);
   const form::Control* focused = screen().focused();
   ControlView* view = focused ? viewOf(*focused) : nullptr;
   if (view != nullptr && view->focusWidget() && focusWidget() != view->focusWidget()) view->focusWidget()->setFocus();
@@ -105,8 +131,9 @@ void Window::sync() {
 
 void Window::placeFirst() {
   wasShown_ = true;
+  choosesFrame();
   const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
-  resize(sizeHint().boundedTo(room.size()));
+  resize(firstSize().boundedTo(room.size()));
   if (screen().entry().lifetime == form::Lifetime::kept && screen().root().children().front()->kind() == Kind::menu)
     move(room.topLeft());
   else
@@ -114,10 +141,48 @@ void Window::placeFirst() {
   QWidget::show();
 }
 
+// Only what can be made use of: a window that is waited for is not put aside, and one whose fields would not grow is
+// not made as large as the desktop. One that nothing can be done in has none.
+void Window::choosesFrame() {
+  if (screen().tabOrder().empty() && menus_ == nullptr) {
+    setWindowFlags(Qt::SplashScreen);
+    layout()->setContentsMargins(kAir, kAir, kAir, kAir);
+    return;
+  }
+  Qt::WindowFlags flags =
+      Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+  if (!isModal()) flags |= Qt::WindowMinimizeButtonHint;
+  if (root_->stretches()) flags |= Qt::WindowMaximizeButtonHint;
+  setWindowFlags(flags);
+}
+
+// What its contents need, and its title, and what is told.
+QSize Window::firstSize() const {
+  constexpr int kButtonsOfFrame = 110;
+  const form::Size told = screen().root().told();
+  QSize size = sizeHint().expandedTo({scaled(*this, told.width), scaled(*this, told.height)});
+  if (told.width == 0 && !windowFlags().testFlag(Qt::SplashScreen)) {
+    QFont bold = font();
+    bold.setBold(true);
+    size.setWidth(std::max(size.width(), QFontMetrics(bold).horizontalAdvance(windowTitle()) + kButtonsOfFrame));
+  }
+  return size;
+}
+
+void Window::paintEvent(QPaintEvent* event) {
+  QWidget::paintEvent(event);
+  if (!windowFlags().testFlag(Qt::SplashScreen)) return;
+  QPainter painter(this);
+  painter.setPen(palette().color(QPalette::Mid));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
 void Window::makeModal() { setWindowModality(Qt::ApplicationModal); }
 
 void Window::bringFront() {
-  if (isActiveWindow() || QApplication::activePopupWidget() || QApplication::activeModalWidget() == this) return;
+  if (isActiveWindow() || isMinimized() || QApplication::activePopupWidget() ||
+      QApplication::activeModalWidget() == this)
+    return;
   raise();
   activateWindow();
 }
@@ -163,13 +228,18 @@ void Window::closeEvent(QCloseEvent* event) {
 void Window::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::WindowStateChange && !leaving_) screen().minimised = isMinimized();
+  if (event->type() == QEvent::PaletteChange && wasShown_) root_->sync();
 }
 
 // The keys by which a person moves about, and the wheel, are the program's and not the widgets' own.
 bool Window::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Wheel) {
-    const int way = static_cast<QWheelEvent*>(event)->angleDelta().y();
-    return way != 0 && wheel(way);
+    const int turned = static_cast<QWheelEvent*>(event)->angleDelta().y();
+    const form::Control* focused = screen().focused();
+    if (turned == 0 || QApplication::activePopupWidget() || (focused && focused->kind() == Kind::pageview))
+      return QWidget::eventFilter(watched, event);
+    wheel(turned);
+    return true;
   }
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
   const auto& key = *static_cast<QKeyEvent*>(event);
@@ -194,15 +264,21 @@ bool Window::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
-// As the Up and Down keys, where they move something.
-bool Window::wheel(int way) {
-  const form::Control* focused = screen().focused();
-  if (focused == nullptr) return false;
-  const Kind kind = focused->kind();
-  const bool moves =
-      kind == Kind::grid || kind == Kind::list || kind == Kind::chooser || kind == Kind::choice || kind == Kind::month;
-  if (moves) hands_.key(way > 0 ? "Up" : "Down");
-  return moves;
+// As the Up and Down keys, wherever the focus is, one for each notch; nothing that only lies under the pointer turns.
+void Window::wheel(int turned) {
+  constexpr int kNotch = 120;
+  if ((turned_ > 0) != (turned > 0)) turned_ = 0;
+  turned_ += turned;
+  for (; std::abs(turned_) >= kNotch; turned_ -= turned > 0 ? kNotch : -kNotch) {
+    const form::Control* focused = screen().focused();
+    if (focused == nullptr) return;
+    if (focused->kind() == Kind::memo) {
+      QKeyEvent key(QEvent::KeyPress, turned > 0 ? Qt::Key_Up : Qt::Key_Down, Qt::NoModifier);
+      QApplication::sendEvent(focusWidget(), &key);
+    } else if (movesByArrows(*focused)) {
+      hands_.key(turned > 0 ? "Up" : "Down");
+    }
+  }
 }
 
 }  // namespace quillon::desktop

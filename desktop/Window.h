@@ -35,6 +35,7 @@ class Window final : public QWidget {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -47,9 +48,11 @@ class Window final : public QWidget {
   void buildMenus(form::Control& holder);
   void buildMenu(QMenu& menu, form::Control& control);
   void addShortcuts(form::Control& holder);
-  bool wheel(int way);
+  void wheel(int turned);
   std::vector<ControlView*> views() const;  // all, from the outside in
   ControlView* viewOf(const form::Control& control) const;
+  void choosesFrame();
+  QSize firstSize() const;
   void placeFirst();
 
   Hands hands_;
@@ -57,6 +60,7 @@ class Window final : public QWidget {
   std::vector<Entry> entries_;
   std::vector<Entry> dropDowns_;
   ViewPtr root_;
+  int turned_ = 0;  // the wheel, since it last moved something
   bool leaving_ = false, wasShown_ = false;
 };
 

@@ -29,6 +29,7 @@ class FieldBinding final : public Binding {
   std::string_view field() const override { return field_; }
   int width() const override {
     using store::FieldType;
+    if (converter_->width() > 0) return converter_->width();
     switch (const store::FieldDef& definition = cursor_[field_].definition(); definition.type) {
       case FieldType::smallint:
         return 6;
@@ -93,6 +94,7 @@ class VariableBinding final : public Binding {
   void put(const Value& value) override { variable_.set(value); }
   Choices choices() override { return converter_->choices(); }
   bool alignsRight() const override { return converter_->alignsRight(); }
+  int width() const override { return converter_->width(); }
 
  private:
   Variable& variable_;

@@ -51,6 +51,11 @@ enum class Pending {
   abandons,  // drops what is typed; nothing that is being left is validated
 };
 
+// What is told where the contents do not say it, in 1/96 inch; 0: as it comes.
+struct Size {
+  int width = 0, height = 0;
+};
+
 // A property that stands, or is asked for again whenever it is needed.
 template <typename T>
 class Asked {
@@ -89,6 +94,9 @@ class Control {
   bool checked() const { return checked_(); }  // of a menu entry
   int width() const;                           // in characters; 0: as it comes
   int height() const { return height_; }       // in lines; 0: as it comes
+  const Size& told() const { return told_; }
+  bool showsCaptions() const { return captions_(); }  // of a toolbar: its buttons, and not their icons alone
+  bool isHeading() const { return heading_; }         // of a label: stands out
   const std::string& shortcut() const { return shortcut_; }
   Pending pending() const { return pending_; }
   bool wraps() const { return wraps_(); }    // of a memo: lines that are too long go on below
@@ -99,7 +107,7 @@ class Control {
   PageView* pageView() const { return pageView_; }
   const std::function<void()>& command() const { return command_; }
   const std::function<void(const std::string&)>& typing() const { return typing_; }
-  Control* list() const { return list_; }  // that the arrow keys move in, of a find box
+  Control* list() const { return list_; }  // list or grid that the arrow keys move in, of a find box
   bool isInColumn() const { return inColumn_; }
   const std::vector<std::unique_ptr<Control>>& children() const { return children_; }
   int page = 0;  // of pages and steps: the one on view
@@ -117,6 +125,9 @@ class Control {
   Control& named(std::string name) { return name_ = std::move(name), *this; }
   Control& wide(int characters) { return width_ = characters, *this; }
   Control& high(int lines) { return height_ = lines, *this; }
+  Control& sized(Size told) { return told_ = told, *this; }
+  Control& captionsWhen(std::function<bool()> condition) { return captions_ = std::move(condition), *this; }
+  Control& heading() { return heading_ = true, *this; }
   Control& key(std::string shortcut) { return shortcut_ = std::move(shortcut), *this; }
   Control& saves() { return pending_ = Pending::saves, *this; }
   Control& abandons() { return pending_ = Pending::abandons, *this; }
@@ -125,7 +136,7 @@ class Control {
   Control& secret() { return secret_ = true, *this; }
   // Hears every key, with the text so far; for find boxes.
   Control& onTyping(std::function<void(const std::string&)> handler) { return typing_ = std::move(handler), *this; }
-  // Of a find box: the arrow keys move in that list of choices.
+  // Of a find box: the arrow keys move in that list of choices, or in that grid.
   Control& movesIn(Control& list) { return list_ = &list, *this; }
   // Up and Down lead to the next field of the screen that is in the column, too.
   Control& inColumn() { return inColumn_ = true, *this; }
@@ -144,8 +155,11 @@ class Control {
   Kind kind_;
   std::string name_;
   Asked<std::string> caption_, hint_, explanation_;
-  Asked<bool> enabled_{true}, visible_{true}, readOnly_{false}, checked_{false}, default_{false}, wraps_{true};
+  Asked<bool> enabled_{true}, visible_{true}, readOnly_{false}, checked_{false}, default_{false}, wraps_{true},
+      captions_{true};
   int width_ = 0, height_ = 0;
+  Size told_;
+  bool heading_ = false;
   std::string shortcut_;
   Pending pending_ = Pending::leaves;
   bool secret_ = false, inColumn_ = false;

@@ -74,6 +74,7 @@ class TextConverter final : public Converter {
       throw Error("The text is too long: at most " + std::to_string(size_) + " characters fit");
     return Value(typed);
   }
+  int width() const override { return static_cast<int>(size_); }
 
  private:
   std::size_t size_;
@@ -182,6 +183,7 @@ class DateConverter final : public Converter {
       if (const std::optional<Date> iso = Date::parseIso(text)) return *iso;
     return fixDate(text, format_);
   }
+  int width() const override { return 10; }
 
  private:
   static std::string twoDigits(unsigned number) { return (number < 10 ? "0" : "") + std::to_string(number); }
@@ -209,6 +211,7 @@ class YearConverter final : public Converter {
     throw Error(words_);
   }
   bool alignsRight() const override { return true; }
+  int width() const override { return showsAll_ ? 4 : 2; }
 
  private:
   std::string words_;

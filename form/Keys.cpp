@@ -114,6 +114,10 @@ std::optional<store::Value> choiceBy(std::string_view key, Binding& binding) {
   return choices[static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(at + (key == "down" ? 1 : -1), 0, last))].first;
 }
 
+bool isChosen(const Control& control) {
+  return control.kind() == Kind::chooser || control.kind() == Kind::choice || control.kind() == Kind::list;
+}
+
 }  // namespace
 
 Ended Input::key(Screen& screen, std::string_view typed) {
@@ -259,7 +263,8 @@ Ended Input::moveInColumn(Screen& screen, Control& control, int step) {
   return focus(screen, there ? *column[static_cast<std::size_t>(to)] : control);
 }
 
-// Space, Backspace, and the arrows in a column of fields, in a month and in a list of choices.
+// Space, Backspace, and the arrows in a column of fields, in a month, in a list of choices, and in a box
+// that finds in a list.
 std::optional<Ended> Input::keyInField(Screen& screen, Control& control, const std::string& key) {
   if (control.kind() == Kind::button && key == "space") return click(screen, control);
   if (control.isInColumn() && (key == "up" || key == "down"))
@@ -272,12 +277,15 @@ std::optional<Ended> Input::keyInField(Screen& screen, Control& control, const s
   }
   if (control.kind() == Kind::check && key == "space")
     return choose(screen, control, !control.binding()->data().asBool());
-  const bool chooses =
-      control.kind() == Kind::chooser || control.kind() == Kind::choice || control.kind() == Kind::list;
-  if (chooses || control.list() != nullptr) {
-    Control& list = chooses ? control : *control.list();
+  if (control.list() && control.list()->grid()) {
+    const bool moves = key == "up" || key == "down" || key == "pgup" || key == "pgdn";
+    if (moves)
+      return app_.run(screen, screen.name() + "." + control.name(),
+                      [&] { moveInList(control.list()->grid()->cursor(), key); });
+  } else if (control.list() || isChosen(control)) {
+    Control& list = isChosen(control) ? control : *control.list();
     const std::optional<store::Value> next = choiceBy(key, *list.binding());
-    if (next && chooses) return choose(screen, list, *next);
+    if (next && isChosen(control)) return choose(screen, list, *next);
     if (next) return app_.run(screen, screen.name() + "." + control.name(), [&] { list.binding()->put(*next); });
   }
   const Control* target = screen.target();

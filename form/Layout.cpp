@@ -301,6 +301,7 @@ std::unique_ptr<Control> Layout::finish() {
   auto root = std::make_unique<Control>(Kind::group, std::string());
   for (std::unique_ptr<Control>& control : loose_) root->adopt(std::move(control));
   loose_.clear();
+  root->sized(size_);
   std::set<std::string> names;
   requireNames(*root, names);
   return root;

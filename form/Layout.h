@@ -137,6 +137,9 @@ class Layout {
   }
   Control& toolbarOf(const std::vector<Control*>& controls) { return place(Kind::toolbar, "", controls); }
 
+  // Of the screen's window, without its frame; it is as large as its contents need where that is more.
+  void size(Size told) { size_ = told; }
+
   // For the screen: what was told, in one group. Error when a name stands there twice.
   std::unique_ptr<Control> finish();
 
@@ -149,6 +152,7 @@ class Layout {
   std::unique_ptr<Control> makeColumn(std::string caption, std::string name, BindingPtr binding);
 
   Screen& screen_;
+  Size size_;
   std::vector<std::unique_ptr<Control>> loose_;  // standing nowhere yet
 };
 

@@ -15,8 +15,8 @@ store::Value valueOf(const Open& open, const char* name) {
 
 Control& PickerScreen::findBox(Layout& l, std::string caption, Box& box) {
   boxes_.push_back(&box);
-  return l.edit(box.control, std::move(caption), box.text, textConverter(0))
-      .onTyping([this, &box](const std::string& text) { type(box, text); });
+  box.edit = &l.edit(box.control, std::move(caption), box.text, textConverter(0));
+  return box.edit->onTyping([this, &box](const std::string& text) { type(box, text); });
 }
 
 void PickerScreen::type(Box& box, const std::string& text) {
@@ -28,7 +28,9 @@ void PickerScreen::type(Box& box, const std::string& text) {
 }
 
 Control& PickerScreen::pickGrid(Layout& l, std::vector<std::unique_ptr<Control>> columns) {
-  return l.grid(rows(), std::move(columns)).opens([this] { btnOKClick(); });
+  Control& grid = l.grid(rows(), std::move(columns)).opens([this] { btnOKClick(); });
+  for (Box* box : boxes_) box->edit->movesIn(grid);
+  return grid;
 }
 
 Control& PickerScreen::buttons(Layout& l, Control& toList) {

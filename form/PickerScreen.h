@@ -19,10 +19,12 @@ class PickerScreen : public Screen {
   std::string title() override { return title_.empty() ? standardTitle_ : title_; }
 
  protected:
-  // A box that finds: each key sorts by its index and moves to the first row not before the text.
+  // A box that finds: each key sorts by its index and moves to the first row not before the text. The arrows
+  // move in the rows.
   struct Box {
     std::string control, index;
     Variable text = {};
+    Control* edit = nullptr;
   };
   Table& rows() const { return *tables().front(); }
   Control& findBox(Layout& layout, std::string caption, Box& box);

@@ -22,6 +22,7 @@ namespace {
 using form::Control;
 
 constexpr int kCompaniesShown = 5;
+constexpr int kBarWidth = 236, kNameHeight = 22;  // of the window and of the company's name, in 1/96 inch
 constexpr int kHelpContents = 0, kTechnicalSupport = 510;
 
 class TfrmQuillon final : public form::Screen {
@@ -92,11 +93,14 @@ TfrmQuillon::TfrmQuillon(Session& session) : Screen(session.app()), session_(ses
 }
 
 void TfrmQuillon::build(form::Layout& l) {
+  l.size({.width = kBarWidth});
   std::vector<Branch> menus;
   for (const form::MenuRow& row : app().registry().menu()) plant(menus, row.path, row);
   for (const Branch& menu : menus) told(l, menu, false);
   toolbar(l);
-  l.label("lblCompanyName", [this] { return shownName(); }).visibleWhen([this] { return viewCompanyName_.on; });
+  l.label("lblCompanyName", [this] { return shownName(); })
+      .visibleWhen([this] { return viewCompanyName_.on; })
+      .sized({.height = kNameHeight});
 }
 
 std::string TfrmQuillon::companyName() {
@@ -186,7 +190,7 @@ Control& TfrmQuillon::toolbar(form::Layout& l) {
                             .enabledWhen([this, &button] {
                               return session_.menusEnabled && isOffered(button.screenOf(system_.value.asText()));
                             }));
-  return l.toolbarOf(controls);
+  return l.toolbarOf(controls).captionsWhen([this] { return toolbarText_.on; });
 }
 
 // Commands.

@@ -9,7 +9,7 @@ namespace quillon::shell {
 
 void tellNames(form::Layout& l) {
   l.label("lblMaker", [] { return std::string("Marrowfield Software"); });
-  l.label("lblProduct", [] { return std::string(kEdition); });
+  l.label("lblProduct", [] { return std::string(kEdition); }).heading();
   l.label("lblVersion", [] { return std::string("Version ") + kVersion; });
 }
 
