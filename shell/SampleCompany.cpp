@@ -85,7 +85,12 @@ void Sample::writeSettings() {
   company.open();
   company.edit();
   company["AddressLine1"] = "418 Ridgeway Road";
+  company["AddressLine2"] = "Millbrook";
   company["Phone"] = "555-0142";
+  company["EmailFromName"] = "Ridgeway Furniture";
+  company["EmailFromAddress"] = "office@ridgeway.example";
+  company["Notes"] =
+      "Tables and chairs in oak and ash, made to order and for stock.\rDeliveries on Tuesday and Friday.";
   company["ARInvoiceMessage"] = "Thank you for your business.";
   company["APInvDescriptions"] = true;
   company["BackupOnExit"] = kNeverBackUp;

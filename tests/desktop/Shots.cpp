@@ -1,12 +1,16 @@
-// Takes a picture of every screen on a company's data: shots FOLDER OUT [dark]. Needs a display with a window manager;
-// pictures are of the windows as they stand there, frames and all.
+// Takes a picture of every screen on a company's data, of each of its pages and of its menus dropped down: shots FOLDER
+// OUT [dark]. Adds users to the company. Needs a display with a window manager; pictures are of the windows as they
+// stand there, frames and all.
 #include <QApplication>
 #include <QDir>
-#include <QElapsedTimer>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPixmap>
 #include <QScreen>
 #include <QStyleFactory>
 #include <QTest>
+#include <QTimer>
+#include <algorithm>
 #include <iostream>
 
 #include "apps/Program.h"
@@ -20,75 +24,176 @@ namespace quillon::desktop {
 namespace {
 
 QPalette darkPalette() {
-  QPalette dark;
-  const QColor window(0x2b, 0x2d, 0x30), base(0x1e, 0x1f, 0x22), text(0xdf, 0xe1, 0xe5), faint(0x7a, 0x7e, 0x85);
-  dark.setColor(QPalette::Window, window);
-  dark.setColor(QPalette::WindowText, text);
-  dark.setColor(QPalette::Base, base);
-  dark.setColor(QPalette::AlternateBase, QColor(0x25, 0x27, 0x2a));
-  dark.setColor(QPalette::Text, text);
-  dark.setColor(QPalette::Button, QColor(0x39, 0x3b, 0x40));
-  dark.setColor(QPalette::ButtonText, text);
+  const QColor text(0xdf, 0xe1, 0xe5), faint(0x7a, 0x7e, 0x85), window(0x32, 0x34, 0x38);
+  QPalette dark(QColor(0x3c, 0x3f, 0x44), window);  // works the shades between out
+  dark.setColor(QPalette::Base, QColor(0x22, 0x24, 0x27));
+  dark.setColor(QPalette::AlternateBase, QColor(0x2a, 0x2c, 0x30));
   dark.setColor(QPalette::ToolTipBase, window);
-  dark.setColor(QPalette::ToolTipText, text);
-  dark.setColor(QPalette::Highlight, QColor(0x2e, 0x43, 0x6e));
-  dark.setColor(QPalette::HighlightedText, text);
+  dark.setColor(QPalette::Highlight, QColor(0x2f, 0x6f, 0xc0));
   dark.setColor(QPalette::PlaceholderText, faint);
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+    dark.setColor(role, text);
     dark.setColor(QPalette::Disabled, role, faint);
+  }
+  dark.setColor(QPalette::HighlightedText, Qt::white);
   return dark;
 }
 
-// How the rest of the program opens a screen that needs to be told something: on the first row of its list.
-form::Open askedFor(shell::Session& session, const std::string& className) {
-  struct Key {
-    const char *screen, *table, *field;
-  };
-  static constexpr Key kKeys[] = {{"TfrmGLAccount", "GLAccnt", "GLAccountID"},
-                                  {"TfrmGLAccountSub", "GLAcSub1", "SubAccountID"},
-                                  {"TfrmJV", "JV", "JVID"},
-                                  {"TfrmUser", "Users", "UserName"}};
-  form::Open open;
-  open.values["level"] = store::Value(1);
-  for (const Key& key : kKeys) {
-    if (className != key.screen) continue;
-    store::Cursor rows(session.database(), key.table);
-    rows.open();
-    if (rows.isEmpty())
-      open.newRow = true;
-    else
-      open.locate[key.field] = rows.value(key.field);
-  }
-  return open;
-}
+// Records, which the rest of the program opens on a row of their list; here on the last one.
+struct Record {
+  const char *screen, *table, *field;
+};
+constexpr Record kRecords[] = {{"TfrmBank", "Bank", "BankID"},
+                               {"TfrmCurrency", "Currency", "CurrencyID"},
+                               {"TfrmGLAccount", "GLAccnt", "GLAccountID"},
+                               {"TfrmGLAccountSub", "GLAcSub1", "SubAccountID"},
+                               {"TfrmJV", "JV", "JVID"},
+                               {"TfrmUser", "Users", "UserName"}};
 
-bool take(const Window& window, const std::string& path) {
-  QApplication::processEvents();
-  const QRect frame = window.frameGeometry();
-  const QPixmap picture =
-      QGuiApplication::primaryScreen()->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height());
-  return picture.save(shown(path));
-}
+class Shooting {
+ public:
+  Shooting(apps::Program& program, Front& front, std::string out)
+      : program_(program), app_(program.app()), front_(front), out_(std::move(out)) {}
+  int all();
+
+ private:
+  void one(const form::ScreenEntry& entry);
+  void addUsers();
+  void runModal(const std::string& className);
+  void importIntoVoucher();
+  void soon(const std::string& name);
+  void picturesOf(form::Screen& screen, const std::string& name);
+  void pagesOf(form::Control& holder, form::Screen& screen, const std::string& name);
+  void menusOf(Window& window, const std::string& name);
+  void take(const QRect& rect, const std::string& name);
+
+  apps::Program& program_;
+  form::App& app_;
+  Front& front_;
+  std::string out_;
+  int taken_ = 0;
+};
 
 // The window manager frames a window and brings it forward in its own time.
 void settle() { QTest::qWait(150); }
 
-int shoot(apps::Program& program, Front& front, const std::string& out) {
-  int taken = 0;
-  for (const form::ScreenEntry& entry : program.session().registry().screens()) {
+void Shooting::take(const QRect& rect, const std::string& name) {
+  const QPixmap picture =
+      QGuiApplication::primaryScreen()->grabWindow(0, rect.x(), rect.y(), rect.width(), rect.height());
+  if (picture.save(shown(out_ + "/" + name + ".png"))) ++taken_;
+}
+
+void Shooting::picturesOf(form::Screen& screen, const std::string& name) {
+  front_.sync();
+  settle();
+  Window* window = front_.windowOf(screen);
+  if (window == nullptr) return;
+  take(window->frameGeometry(), name);
+  pagesOf(screen.root(), screen, name);
+  menusOf(*window, name);
+}
+
+void Shooting::pagesOf(form::Control& holder, form::Screen& screen, const std::string& name) {
+  for (const auto& control : holder.children()) {
+    for (int page = 1; control->kind() == form::Kind::pages && page < static_cast<int>(control->children().size());
+         ++page) {
+      front_.input().turn(screen, *control, page);
+      front_.sync();
+      settle();
+      take(front_.windowOf(screen)->frameGeometry(),
+           name + "-" + form::plainCaption(control->children()[static_cast<std::size_t>(page)]->caption()));
+    }
+    pagesOf(*control, screen, name);
+  }
+}
+
+void Shooting::menusOf(Window& window, const std::string& name) {
+  for (QMenuBar* bar : window.findChildren<QMenuBar*>()) {
+    for (QAction* action : bar->actions()) {
+      bar->setActiveAction(action);
+      settle();
+      take(window.frameGeometry().united(action->menu()->geometry()),
+           name + "-menu-" + form::plainCaption(typed(action->text())));
+      action->menu()->close();
+    }
+  }
+}
+
+// Takes the pictures of the modal screen that opens now, and closes it.
+void Shooting::soon(const std::string& name) {
+  QTimer::singleShot(0, [this, name] {
+    form::Screen* screen = app_.modal();
+    if (screen == nullptr) return;
+    picturesOf(*screen, name);
+    app_.dismiss(*screen);
+    front_.sync();
+  });
+}
+
+void Shooting::runModal(const std::string& className) {
+  form::Open open;
+  if (className == "TfrmGLAccountSubSearch") open.values["level"] = store::Value(1);
+  if (className == "TfrmCompanyDatabase") open.values["name"] = store::Value("Hartwell Joinery");
+  soon(className);
+  app_.runModal(className, open);
+}
+
+// As a person does it: from a new voucher's menu.
+void Shooting::importIntoVoucher() {
+  form::Screen& voucher = app_.open("TfrmJV", {.newRow = true});
+  front_.sync();
+  settle();
+  soon("TfrmImportJVData");
+  front_.input().click(voucher, *voucher.find("mnuImportJVData"));
+  app_.dismiss(voucher);
+}
+
+void Shooting::one(const form::ScreenEntry& entry) {
+  const std::string& name = entry.className;
+  if (name == "TfrmImportJVData") return importIntoVoucher();
+  const auto* record = std::ranges::find(kRecords, name, &Record::screen);
+  const bool opened = entry.opening == form::Opening::list || entry.opening == form::Opening::plain;
+  if (name != "TfrmQuillon" && record == std::end(kRecords) && !opened) return runModal(name);
+  form::Open open;
+  if (record != std::end(kRecords)) {
+    store::Cursor rows(program_.session().database(), record->table);
+    rows.open();
+    rows.last();
+    open.locate[record->field] = rows.value(record->field);
+    if (name == "TfrmGLAccountSub") open.values["level"] = store::Value(1);
+  }
+  form::Screen& screen = app_.open(name, open);
+  picturesOf(screen, name);
+  if (name != "TfrmQuillon") app_.dismiss(screen);
+}
+
+// A company that nobody has to log in to has none.
+void Shooting::addUsers() {
+  store::Cursor users(program_.session().database(), "Users");
+  users.open();
+  if (!users.isEmpty()) return;
+  for (const char* name : {"Administrator", "Ellen Marsh", "Tom Whitfield"}) {
+    users.append();
+    for (int field = 0; field < users.fieldCount(); ++field)
+      if (users.field(field).definition().type == store::FieldType::boolean)
+        users.field(field) = name[0] == 'A' || field % 2 == 0;
+    users["UserName"] = name;
+    users.post();
+  }
+}
+
+int Shooting::all() {
+  addUsers();
+  app_.find("frmQuillon")->find("cboSystem")->binding()->put(store::Value("GL"));
+  for (const form::ScreenEntry& entry : program_.session().registry().screens()) {
     if (!entry.make) continue;
     try {
-      form::Screen& screen = program.app().open(entry.className, askedFor(program.session(), entry.className));
-      front.sync();
-      settle();
-      Window* window = front.windowOf(screen);
-      if (window != nullptr && take(*window, out + "/" + entry.className + ".png")) ++taken;
-      if (entry.className != "TfrmQuillon") program.app().dismiss(screen);
+      one(entry);
     } catch (const std::exception& error) {
       std::cout << entry.className << ": " << error.what() << '\n';
     }
   }
-  return taken;
+  return taken_;
 }
 
 }  // namespace
@@ -103,10 +208,12 @@ int main(int count, char** words) {
   const QApplication application(count, words);
   QApplication::setStyle(QStyleFactory::create("Fusion"));
   if (count > 3) QApplication::setPalette(desktop::darkPalette());
-  const std::string out = words[2];
+  const std::string out = QDir().absoluteFilePath(words[2]).toStdString();
   QDir().mkpath(desktop::shown(out));
   apps::ProgramOptions options;
   options.given.folder = out + "/settings";
+  options.given.country = "United States";
+  options.given.today = Date::parseIso("2026-03-16");
   desktop::QtPerson person;
   apps::Program program(options, person);
   int taken = 0;
@@ -114,7 +221,7 @@ int main(int count, char** words) {
     desktop::Front front(program.app());
     person.sitBefore(front, program.session().desktop());
     program.start(words[1]);
-    taken = desktop::shoot(program, front, out);
+    taken = desktop::Shooting(program, front, out).all();
   }
   program.end();
   std::cout << out << ": " << taken << " pictures\n";
