@@ -162,8 +162,8 @@ class GroupView final : public HolderView {
   QWidget* group_;
 };
 
-// Fields in one line, and the buttons in another one below, each as wide as its caption. Captions of two words stand in
-// two lines, and leave them to all, so that icons are in line.
+// Fields in one line, and in another one below the buttons, which share it. Captions of two words stand in two lines, and
+// leave them to all, so that icons are in line.
 class ToolbarView final : public HolderView {
  public:
   ToolbarView(Hands& hands, form::Control& control, QWidget& parent)
@@ -180,13 +180,13 @@ class ToolbarView final : public HolderView {
     views_ = viewsIn(hands, control, *bar_);
     for (const ViewPtr& view : views_) {
       if (view->control().kind() == form::Kind::button) {
+        view->widget()->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
         buttons->addWidget(view->widget());
         continue;
       }
       if (QLabel* caption = leadingLabel(*view, *bar_)) fields->addWidget(caption);
       fields->addWidget(view->widget(), 1);
     }
-    buttons->addStretch();
   }
   QWidget* widget() const override { return bar_; }
   void sync() override {
@@ -202,6 +202,10 @@ class ToolbarView final : public HolderView {
         button->setText(caption.contains(' ') ? QString(caption).replace(' ', '\n') : two ? caption + "\n" : caption);
       else
         button->setToolTip(caption);
+      const QStringList lines = control_.showsCaptions() ? caption.split(' ') : QStringList();
+      int width = button->iconSize().width();
+      for (const QString& line : lines) width = std::max(width, button->fontMetrics().horizontalAdvance(line));
+      button->setMinimumWidth(width + kSpacing);
     }
   }
 

@@ -18,7 +18,7 @@
 namespace quillon::desktop {
 namespace {
 
-constexpr double kHeading = 1.25, kSmall = 0.85;  // of the font's size
+constexpr double kHeading = 1.25, kSmall = 0.8;  // of the font's size
 
 class TextView final : public ControlView {
  public:

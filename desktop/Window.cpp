@@ -25,6 +25,7 @@ using form::Kind;
 
 namespace {
 
+constexpr int kLittleAir = 4;
 constexpr int kAir = 24;  // around the words of a window without a frame
 
 bool movesByArrows(const form::Control& control) {
@@ -51,11 +52,14 @@ Window::Window(Front& front, form::Screen& screen, Window* parent)
   if (menus_ != nullptr) layout->setMenuBar(menus_);
   root_ = makeHolderView(hands_, screen.root(), *this);
   layout->addWidget(root_->widget());
-  const form::Size told = screen.root().told();
-  const QMargins margins = layout->contentsMargins();
-  if (told.width > 0) root_->widget()->setMinimumWidth(scaled(*this, told.width) - margins.left() - margins.right());
-  // A bar of buttons is always as large as they are.
-  if (told.width > 0 && !root_->stretches()) layout->setSizeConstraint(QLayout::SetFixedSize);
+  const int told = scaled(*this, screen.root().told().width);
+  // A bar of buttons is always as large as they are, with little air around them.
+  if (told > 0 && !root_->stretches()) {
+    layout->setContentsMargins(kLittleAir, kLittleAir, kLittleAir, kLittleAir);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+  }
+  const QMargins air = layout->contentsMargins();
+  if (told > 0) root_->widget()->setMinimumWidth(told - air.left() - air.right());
   addShortcuts(screen.root());
   for (QWidget* widget : findChildren<QWidget*>()) widget->installEventFilter(this);
 }
