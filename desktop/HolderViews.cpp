@@ -162,8 +162,8 @@ class GroupView final : public HolderView {
   QWidget* group_;
 };
 
-// Fields in one line, and in another one below the buttons, which share it. Captions of two words stand in two lines, and
-// leave them to all, so that icons are in line.
+// Fields in one line, and in another one below the buttons, which share it. Captions of two words stand in two lines,
+// and leave them to all, so that icons are in line.
 class ToolbarView final : public HolderView {
  public:
   ToolbarView(Hands& hands, form::Control& control, QWidget& parent)

@@ -37,7 +37,11 @@ constexpr SetUp kSetUp[] = {
 }  // namespace
 
 AuditedKeys::AuditedKeys(store::Database& database)
-    : database_(database), budgets_(open("GLBudget")), currencies_(open("Currency")), banks_(open("Bank")), company_(open("Company")) {
+    : database_(database),
+      budgets_(open("GLBudget")),
+      currencies_(open("Currency")),
+      banks_(open("Bank")),
+      company_(open("Company")) {
   for (int level = 0; level <= kSubaccountLevels; ++level)
     levels_.at(static_cast<std::size_t>(level)) = &open(level == 0 ? "GLAccnt" : subaccountTable(level).c_str());
 }

@@ -18,6 +18,7 @@ ReportPtr makeTrptGLAccounts(shell::Session& session);
 ReportPtr makeTrptJVs(shell::Session& session);
 ReportPtr makeTrptJV(shell::Session& session);
 ReportPtr makeTrptGLBalances(shell::Session& session);
+ReportPtr makeTrptGLBudget(shell::Session& session);
 ReportPtr makeTrptGLHistory(shell::Session& session);
 ReportPtr makeTrptBanks(shell::Session& session);
 ReportPtr makeTrptCurrencies(shell::Session& session);

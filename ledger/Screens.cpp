@@ -62,6 +62,7 @@ constexpr ReportRow kReports[] = {
     {"TrptJVs", "TfrmJVs", makeTrptJVs},
     {"TrptJV", "TfrmJVs", makeTrptJV},
     {"TrptGLBalances", "TfrmGLBalances", makeTrptGLBalances},
+    {"TrptGLBudget", "TfrmGLBudget", makeTrptGLBudget},
     {"TrptGLHistory", "TfrmGLHistory", makeTrptGLHistory},
     {"TrptBanks", "TfrmBanks", makeTrptBanks},
     {"TrptCurrencies", "TfrmCurrencies", makeTrptCurrencies},

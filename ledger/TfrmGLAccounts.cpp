@@ -52,7 +52,6 @@ class TfrmGLAccounts final : public form::ListScreen {
   void sort(const char* main, const char* sub) { rows().setIndex(isMain() ? main : sub); }
   void mnuPrintClick();
   void later(const std::string& what);
-  form::Control& laterEntry(form::Layout& l, std::string name, std::string caption, std::string what);
   std::vector<std::unique_ptr<form::Control>> levelColumns(form::Layout& l);
   void refuseTotals(const std::string& field, const std::string& name, const std::string& kind);
   void removeEmptyTotals(const std::string& field);
@@ -152,18 +151,12 @@ std::vector<std::unique_ptr<form::Control>> TfrmGLAccounts::levelColumns(form::L
                    l.column("Type", rows()["AccountType"], accountTypes()));
 }
 
-// What subaccounts do not have yet says so; for accounts it comes with the screens that it opens.
-form::Control& TfrmGLAccounts::laterEntry(form::Layout& l, std::string name, std::string caption, std::string what) {
-  return l.entry(std::move(name), std::move(caption), [this, what] { later(what); }).enabledWhen([this] {
-    return !isMain();
-  });
-}
-
 void TfrmGLAccounts::mnuPrintClick() {
   if (!isMain()) return later("Subaccounts Print");
   app().preview("TrptGLAccounts", asShown());
 }
 
+// What subaccounts do not have yet says so.
 void TfrmGLAccounts::later(const std::string& what) {
   app().person().show(form::Tone::information, "\"" + what + "\" may be added in a future version.");
 }

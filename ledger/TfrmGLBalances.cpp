@@ -22,7 +22,12 @@ void TfrmGLBalances::build(form::Layout& l) {
   form::Control& edit = editMenu(l);
   form::Control& history = l.entry("mnuHistory", "&History", &TfrmGLBalances::mnuHistoryClick);
   form::Control& budget = l.entry("mnuBudget", "&Budget", &TfrmGLBalances::mnuBudgetClick);
-  form::Control& print = l.entry("mnuPrint", "&Print...", [] {}).disabled();
+  const auto data = [&](const char* name, const char* caption, const char* choice) -> form::Control& {
+    return l.entry(name, caption, [this, choice] { printRows("TrptGLBalances", choice); });
+  };
+  form::Control& print = l.menu("&Print", data("mnuPrintAuto", "Data: &Auto (Balance or Net Change)", "Auto"),
+                                data("mnuPrintNetChange", "Data: &Net Change", "NetChange"),
+                                data("mnuPrintBalance", "Data: &Balance", "Balance"));
   form::Control& save = l.entry("mnuExport", "&Export...", &TfrmGLBalances::mnuExportClick);
   l.row(edit, l.menu("&View", history, budget, print, save), sortMenu(l));
   totalsGrid(l).opens([this] { mnuHistoryClick(); });

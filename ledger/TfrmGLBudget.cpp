@@ -35,7 +35,7 @@ void TfrmGLBudget::build(form::Layout& l) {
   form::Control& edit = editMenu(l);
   form::Control& history = l.entry("mnuHistory", "&History", &TfrmGLBudget::mnuHistoryClick);
   form::Control& totals = l.entry("mnuTotals", "&Totals", &TfrmGLBudget::mnuTotalsClick);
-  form::Control& print = l.entry("mnuPrint", "&Print...", [] {}).disabled();
+  form::Control& print = l.entry("mnuPrint", "&Print...", [this] { printRows("TrptGLBudget", ""); });
   form::Control& save = l.entry("mnuExport", "&Export...", &TfrmGLBudget::mnuExportClick);
   form::Control& load = l.entry("mnuImport", "&Import...", &TfrmGLBudget::mnuImportClick);
   l.row(edit, l.menu("&View", history, totals, print, save, load), sortMenu(l));

@@ -86,14 +86,19 @@ std::string TotalsList::statement(const std::string& condition) const {
   std::string text = "SELECT g.GLAccountID, " + row + "GLYear";
   std::string joins = " FROM GLAccnt g LEFT OUTER JOIN " + rows_.table + " " + rows_.alias + " ON " + row +
                       "GLAccountID = g.GLAccountID";
-  std::string order = byNumber_ ? "g.GLAccount" : "g.AccountName";
   for (int level = 1; level <= kSubaccountLevels; ++level) {
     const std::string s = "s" + std::to_string(level), id = row + subaccountField(level);
     text += ", " + id;
     joins += " LEFT OUTER JOIN " + subaccountTable(level) + " " + s + " ON " + s + ".SubAccountID = " + id;
-    order += ", " + s + (byNumber_ ? ".SubAccount" : ".SubAccountName");
   }
-  return text + joins + (condition.empty() ? "" : " WHERE " + condition) + " ORDER BY " + order + ", " + row + "GLYear";
+  return text + joins + (condition.empty() ? "" : " WHERE " + condition) + " ORDER BY " + order();
+}
+
+std::string TotalsList::order() const {
+  std::string all = byNumber_ ? "g.GLAccount" : "g.AccountName";
+  for (int level = 1; level <= kSubaccountLevels; ++level)
+    all += ", s" + std::to_string(level) + (byNumber_ ? ".SubAccount" : ".SubAccountName");
+  return all + ", " + rows_.alias + ".GLYear";
 }
 
 void TotalsList::lookUpRow() {
@@ -150,6 +155,13 @@ void TotalsList::find(const std::string& typed) {
 void TotalsList::mnuHistoryClick() {
   requireRow();
   app().open("TfrmGLHistory", {.filter = accountClause(value("GLAccountID"))});
+}
+
+void TotalsList::printRows(const char* report, const char* data) {
+  form::Open open = asShown();
+  open.values["order"] = Value(order());
+  open.values["data"] = Value(data);
+  app().preview(report, open);
 }
 
 void TotalsList::mnuExportClick() {

@@ -29,6 +29,8 @@ class TotalsList : public form::QueryListScreen {
  protected:
   form::Control& totalsGrid(form::Layout& l);
   form::Control& sortMenu(form::Layout& l);
+  // Prints the rows that the list has, in its order; `data` is how the report is to show them.
+  void printRows(const char* report, const char* data);
   void find(const std::string& typed) override;
   void mnuHistoryClick();
   void mnuExportClick();
@@ -38,6 +40,7 @@ class TotalsList : public form::QueryListScreen {
   void lookUpRow();
   std::vector<std::unique_ptr<form::Control>> columns(form::Layout& l);
   form::Control& sortBy(form::Layout& l, std::string name, std::string caption, bool byNumber);
+  std::string order() const;
   std::string names() const;
   Money totalChange() const;
 

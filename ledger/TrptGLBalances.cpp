@@ -1,10 +1,11 @@
-// GL totals by period: of each account and combination of subaccounts, the changes of a year's periods, or its balance
-// at the end of each. Of itself, balances of what has one (assets, liabilities, equity) and changes of the rest.
+// GL totals and GL budget: of each account and combination of subaccounts, the changes of a year's periods, or its
+// balance at the end of each. Of themselves, totals are balances of what has one (assets, liabilities, equity) and
+// changes of the rest; budgets print as they were entered.
 #include "form/App.h"
 #include "form/Screen.h"
 #include "ledger/Accounts.h"
 #include "ledger/MakeReports.h"
-#include "ledger/TotalsFile.h"
+#include "ledger/Totals.h"
 #include "reports/Report.h"
 
 namespace quillon::ledger {
@@ -12,85 +13,107 @@ namespace {
 
 using store::Value;
 
-class TrptGLBalances final : public reports::Report {
+struct DataChoice {
+  const char* data;
+  const char* words;
+};
+constexpr DataChoice kChoices[] = {
+    {"Auto", "Data: Auto (Balance or Net Change)"}, {"NetChange", "Data: Net Change"}, {"Balance", "Data: Balance"}};
+
+class TrptTotals final : public reports::Report {
  public:
-  using Report::Report;
+  // `alias` as the list's conditions name the table.
+  TrptTotals(shell::Session& session, const char* title, std::string table, std::string alias, const char* standard)
+      : Report(session), table_(std::move(table)), alias_(std::move(alias)), standard_(standard) {
+    reportTitle = title;
+  }
   void tell(reports::Bands& b, const form::Open& open) override;
 
  private:
+  void columns(reports::Bands& b);
+  std::string statement(const form::Open& open) const;
   bool showsBalance();
-  Value opening();
   Value amount(int period);
   Value change();
 
-  std::string data_;
+  std::string table_, alias_, standard_, data_;
 };
 
-void TrptGLBalances::tell(reports::Bands& b, const form::Open& open) {
-  reportTitle = "GL Totals";
-  data_ = wordOf(open, "data").empty() ? "Auto" : wordOf(open, "data");
-  lblAsOf = data_ == "Balance"     ? "Data: Balance"
-            : data_ == "NetChange" ? "Data: Net Change"
-                                   : "Data: Auto (Balance or Net Change)";
+void TrptTotals::tell(reports::Bands& b, const form::Open& open) {
+  data_ = wordOf(open, "data").empty() ? standard_ : wordOf(open, "data");
+  for (const DataChoice& choice : kChoices)
+    if (data_ == choice.data) lblAsOf = choice.words;
   lblSelection = wordOf(open, "selection");
+  select(statement(open));
+  columns(b);
+}
+
+std::string TrptTotals::statement(const form::Open& open) const {
   std::string text =
-      "SELECT g.GLAccountID, g.GLAccount, g.AccountName, g.AccountType, a.GLYear, a.OpeningBal, a.SubAccount1ID, "
-      "a.SubAccount2ID, a.SubAccount3ID";
-  for (int period = 1; period <= kPeriods; ++period) text += ", a.Amount" + std::to_string(period);
-  std::string joins = " FROM GLAccnt g INNER JOIN GLActual a ON a.GLAccountID = g.GLAccountID";
+      "SELECT g.GLAccountID, g.GLAccount, g.AccountType, " + alias_ + ".GLYear, " + alias_ + ".OpeningBal";
+  std::string joins =
+      " FROM GLAccnt g INNER JOIN " + table_ + " " + alias_ + " ON " + alias_ + ".GLAccountID = g.GLAccountID";
+  std::string order = "g.GLAccount";
   for (int level = 1; level <= kSubaccountLevels; ++level) {
-    const std::string s = "s" + std::to_string(level);
-    joins += " LEFT OUTER JOIN " + subaccountTable(level) + " " + s + " ON " + s + ".SubAccountID = a." +
-             subaccountField(level);
+    const std::string s = "s" + std::to_string(level), id = alias_ + "." + subaccountField(level);
+    text += ", " + id;
+    joins += " LEFT OUTER JOIN " + subaccountTable(level) + " " + s + " ON " + s + ".SubAccountID = " + id;
+    order += ", " + s + ".SubAccount";
   }
-  select(text + joins + whereOf(open) +
-         orderOf(open, "g.GLAccount, s1.SubAccount, s2.SubAccount, s3.SubAccount, a.GLYear"));
+  for (int period = 1; period <= kPeriods; ++period) text += ", " + alias_ + "." + amountField(period);
+  return text + joins + whereOf(open) + orderOf(open, order + ", " + alias_ + ".GLYear");
+}
+
+void TrptTotals::columns(reports::Bands& b) {
+  constexpr int kAbove = kPeriods / 2, kAmount = 970;
   b.landscape = true;
   b.size = 75;
   b.look = [] { return reports::RowLook{.spaceAbove = 40}; };
   b.text("Account no.", "GLAccount", 850);
   b.shown("Name", 1900, [this] {
     return accountNames(app(), value("GLAccountID"),
-                        {value("SubAccount1ID"), value("SubAccount2ID"), value("SubAccount3ID")});
+                        {value(subaccountField(1)), value(subaccountField(2)), value(subaccountField(3))});
   });
   b.whole("Year", "GLYear", 400);
-  b.shownMoney("Opening Balance", 1050, [this] { return opening(); });
-  constexpr int kAbove = kPeriods / 2;
-  std::vector<const reports::Column*> above;
-  for (int period = 1; period <= kAbove; ++period)
-    above.push_back(&b.shownMoney("Period " + std::to_string(period), 970, [this, period] { return amount(period); }));
-  for (int period = kAbove + 1; period <= kPeriods; ++period)
-    b.shownMoney("Period " + std::to_string(period), 970, [this, period] {
-       return amount(period);
-     }).under(*above[static_cast<std::size_t>(period - kAbove - 1)]);
-  b.shownMoney("Total Change", 1050, [this] { return change(); }).under(b.columns[3]);
+  const reports::Column& opening =
+      b.shownMoney("Opening Balance", 1050, [this] { return Value(value("OpeningBal").asMoney()); });
+  std::vector<const reports::Column*> upper;
+  for (int period = 1; period <= kPeriods; ++period) {
+    reports::Column& column =
+        b.shownMoney("Period " + std::to_string(period), kAmount, [this, period] { return amount(period); });
+    if (period > kAbove) column.under(*upper[static_cast<std::size_t>(period - kAbove - 1)]);
+    upper.push_back(&column);
+  }
+  b.shownMoney("Total Change", kAmount, [this] { return change(); }).under(opening);
 }
 
-bool TrptGLBalances::showsBalance() {
+bool TrptTotals::showsBalance() {
   if (data_ != "Auto") return data_ == "Balance";
   const auto type = static_cast<AccountType>(value("AccountType").asInt());
   return type != AccountType::revenue && type != AccountType::expense;
 }
 
-Value TrptGLBalances::opening() {
-  return showsBalance() || data_ == "Auto" ? Value(value("OpeningBal").asMoney()) : Value();
-}
-
-Value TrptGLBalances::amount(int period) {
-  if (!showsBalance()) return Value(value("Amount" + std::to_string(period)).asMoney());
+Value TrptTotals::amount(int period) {
+  if (!showsBalance()) return Value(value(amountField(period)).asMoney());
   Money balance = value("OpeningBal").asMoney();
-  for (int some = 1; some <= period; ++some) balance += value("Amount" + std::to_string(some)).asMoney();
+  for (int some = 1; some <= period; ++some) balance += value(amountField(some)).asMoney();
   return Value(balance);
 }
 
-Value TrptGLBalances::change() {
+Value TrptTotals::change() {
   Money sum;
-  for (int period = 1; period <= kPeriods; ++period) sum += value("Amount" + std::to_string(period)).asMoney();
+  for (int period = 1; period <= kPeriods; ++period) sum += value(amountField(period)).asMoney();
   return Value(sum);
 }
 
 }  // namespace
 
-ReportPtr makeTrptGLBalances(shell::Session& session) { return std::make_unique<TrptGLBalances>(session); }
+ReportPtr makeTrptGLBalances(shell::Session& session) {
+  return std::make_unique<TrptTotals>(session, "GL Totals", "GLActual", "a", "Auto");
+}
+
+ReportPtr makeTrptGLBudget(shell::Session& session) {
+  return std::make_unique<TrptTotals>(session, "GL Budget", "GLBudget", "b", "");
+}
 
 }  // namespace quillon::ledger
