@@ -1,17 +1,16 @@
 // The promises of File.h, kept alike by the real disk, by memory and by the simulated disk.
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 
 #include "store/Errors.h"
 #include "store/vfs/DiskFileSystem.h"
 #include "store/vfs/MemoryFileSystem.h"
 #include "support/CodeOf.h"
+#include "support/FullDisk.h"
 #include "support/SeededRandom.h"
 #include "support/SimDisk.h"
 #include "support/TempFolder.h"
@@ -20,6 +19,7 @@ namespace quillon::store {
 namespace {
 
 using sim::codeOf;
+using sim::FullDisk;
 using sim::TempFolder;
 
 Bytes bytes(std::string_view text) { return std::as_bytes(std::span(text)); }
@@ -258,16 +258,13 @@ TEST(DiskFile, AShortWriteIsNoSuccess) {
   const auto file = DiskFileSystem().open(temp.path() + "/A.DAT", OpenMode::createNew);
   const std::string data(5000, 'x');
   const Bytes parts[] = {bytes(data), bytes(data), bytes(data)};
-  struct rlimit before {};
-  ::getrlimit(RLIMIT_FSIZE, &before);
-  const auto signal = std::signal(SIGXFSZ, SIG_IGN);
-  const struct rlimit tight { 7000, before.rlim_max };
-  ::setrlimit(RLIMIT_FSIZE, &tight);
-  const Code whole = codeOf([&] { file->write(4000, bytes(data)); });
-  const Code inParts = codeOf([&] { file->writeParts(0, parts); });
-  const Code reserved = codeOf([&] { file->reserve(9000); });
-  ::setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, signal);
+  Code whole, inParts, reserved;
+  {
+    const FullDisk full(7000);
+    whole = codeOf([&] { file->write(4000, bytes(data)); });
+    inParts = codeOf([&] { file->writeParts(0, parts); });
+    reserved = codeOf([&] { file->reserve(9000); });
+  }
   EXPECT_EQ(whole, Code::ioFailed);
   EXPECT_EQ(inParts, Code::ioFailed);
   EXPECT_EQ(reserved, Code::ioFailed);
