@@ -8,11 +8,12 @@
 namespace quillon::reports {
 namespace {
 
+// With the room of a bracket behind what has none, so that points stand below each other.
 constexpr std::array<const char*, 9> kFormats = {"General",
-                                                 "#,##0.00##;(#,##0.00##)",
-                                                 "0",
-                                                 "#,##0;(#,##0)",
-                                                 "#,##0.######;(#,##0.######)",
+                                                 "#,##0.00##_);(#,##0.00##)",
+                                                 "0_)",
+                                                 "#,##0_);(#,##0)",
+                                                 "#,##0.######_);(#,##0.######)",
                                                  "0.00##&quot;%&quot;",
                                                  "dd mmm yy",
                                                  "dd mmm yy hh:mm",

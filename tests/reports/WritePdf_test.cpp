@@ -82,6 +82,10 @@ TEST_F(WritePdf, HoldsTextInReadingOrderInEveryFaceAndAlphabet) {
   made.add(Part::detail, line(0), "second page");
   const std::string text = textOf(made.pages);
   EXPECT_EQ(text, "General Ledger (draft) \\ 100%\nÉmile Straße 1,234.50\nŁódź Győr Ωμέγα Жуков\n\fsecond page\n\f");
+  // Where a reader finds it: 1/1000 inch are 0.072 points.
+  const std::string places = ask({"pdftotext", "-bbox", path(), "-"});
+  EXPECT_THAT(places, HasSubstr("xMax=\"504.00"));
+  EXPECT_THAT(places, HasSubstr("xMin=\"36.000000\""));
   const std::string fonts = ask({"pdffonts", path()});
   for (const char* face : {"Sans ", "Sans-Bold ", "Sans-Italic", "Sans-BoldItalic"})
     EXPECT_THAT(fonts, HasSubstr(face));

@@ -90,9 +90,9 @@ TEST_F(WriteSpreadsheet, IsASheetByPlaces) {
                                                        {"C2", "text\tAmount\tGeneral\tb"},
                                                        {"A3", "number\t46086.0\tdd mmm yy\t"},
                                                        {"B3", "text\tΩμέγα & Söhne <b>\tGeneral\t"},
-                                                       {"C3", "number\t1234.5678\t#,##0.00##;(#,##0.00##)\t"},
+                                                       {"C3", "number\t1234.5678\t#,##0.00##_);(#,##0.00##)\t"},
                                                        {"B15", "text\tTotal:\tGeneral\tb"},
-                                                       {"C15", "number\t2469.1362\t#,##0.00##;(#,##0.00##)\tb"}};
+                                                       {"C15", "number\t2469.1362\t#,##0.00##_);(#,##0.00##)\tb"}};
   for (const auto& [name, line] : expected) EXPECT_EQ(cells.contains(name) ? cells.at(name) : "none", line) << name;
   EXPECT_EQ(cells.size(), 4u + 1u + 3u + 6u * 4u + 2u);
   Money added;
@@ -108,10 +108,10 @@ TEST_F(WriteSpreadsheet, HoldsEachKindOfValue) {
     std::string text, cell;
   };
   const std::vector<Case> cases = {
-      {1234, "1234", "number\t1234.0\t0\t"},
-      {-1234, "(1,234)", "number\t-1234.0\t#,##0;(#,##0)\t"},
+      {1234, "1234", "number\t1234.0\t0_)\t"},
+      {-1234, "(1,234)", "number\t-1234.0\t#,##0_);(#,##0)\t"},
       {std::int64_t{9'007'199'254'740'993}, "9007199254740993", "text\t9007199254740993\tGeneral\t"},
-      {0.125, "0.125", "number\t0.125\t#,##0.######;(#,##0.######)\t"},
+      {0.125, "0.125", "number\t0.125\t#,##0.######_);(#,##0.######)\t"},
       {12.5, "12.5%", "number\t12.5\t0.00##\"%\"\t"},
       {1e308 * 10, "inf", "text\tinf\tGeneral\t"},
       {Date(1850, 1, 1), "1.1.1850", "text\t1.1.1850\tGeneral\t"},
