@@ -12,6 +12,7 @@
 #include "desktop/Hands.h"
 #include "desktop/Text.h"
 #include "form/Screen.h"
+#include "store/Cursor.h"
 
 namespace quillon::desktop {
 namespace {
@@ -123,19 +124,27 @@ std::vector<GridArea::Column> GridArea::columns() const {
   return all;
 }
 
-// Reads the rows on view: those around the active one, unless the thumb says otherwise.
-void GridArea::fetch() {
+// Reads the rows on view. Another active row than before comes on view. Where it is still the same, so is its place in
+// the window, whatever came or went above it.
+void GridArea::fetch(bool follows) {
   const auto count = static_cast<std::size_t>(rowsOnView());
   const std::optional<std::uint64_t> active = grid().activeRow(), total = grid().total();
+  const store::RowId row = active ? grid().cursor().rowId() : 0;
   if (!total) {
     view_ = grid().rowsAround(count / 2, count - count / 2 - 1);
     top_ = 0;
   } else {
-    if (follows_ && active && *active < top_) top_ = *active;
-    if (follows_ && active && *active >= top_ + count) top_ = *active - count + 1;
+    if (row != 0 && row == row_)
+      top_ = *active > activeAt_ ? top_ + (*active - activeAt_) : top_ - std::min(top_, activeAt_ - *active);
+    else
+      follows = true;
+    if (follows && active && *active < top_) top_ = *active;
+    if (follows && active && *active >= top_ + count) top_ = *active - count + 1;
     top_ = std::min(top_, *total > count ? *total - count : 0);
     view_ = grid().rows(top_, count);
   }
+  row_ = row;
+  activeAt_ = active.value_or(0);
   QScrollBar* bar = verticalScrollBar();
   const QSignalBlocker quiet(bar);
   const bool whole = total && *total <= count;
@@ -151,8 +160,7 @@ void GridArea::fetch() {
 void GridArea::scrolled(int value) {
   if (!grid().total()) return;
   top_ = static_cast<std::uint64_t>(value);
-  follows_ = false;
-  fetch();
+  fetch(false);
   syncEditor();
   viewport()->update();
 }
@@ -176,8 +184,7 @@ void GridArea::turned(int action) {
 }
 
 void GridArea::sync() {
-  follows_ = true;
-  fetch();
+  fetch(hands_.screen().focused() == &control_ && hands_.screen().typed());
   limitSideways();
   syncEditor();
   viewport()->update();
@@ -210,6 +217,8 @@ void GridArea::syncEditor() {
   const form::Screen& screen = hands_.screen();
   const QRect cell = activeCell();
   if (screen.focused() != &control_ || !screen.typed() || cell.isEmpty()) {
+    // Hidden with the focus it would pass that on to whatever field comes next.
+    if (editor_->hasFocus()) setFocus();
     editor_->hide();
     return;
   }
@@ -293,7 +302,7 @@ void GridArea::paintRow(QPainter& painter, const std::vector<Column>& columns, s
 void GridArea::resizeEvent(QResizeEvent* event) {
   QAbstractScrollArea::resizeEvent(event);
   limitSideways();
-  fetch();
+  fetch(true);
   syncEditor();
 }
 
@@ -320,8 +329,8 @@ void GridArea::goTo(const Spot& spot) {
 }
 
 void GridArea::mousePressEvent(QMouseEvent* event) {
-  setFocus(Qt::MouseFocusReason);
   const auto spot = spotAt(event->pos());
+  setFocus(Qt::MouseFocusReason);
   if (!spot) return;
   goTo(*spot);
   if (ticks(spot->column)) hands_.act([this](form::Input& input) { input.tick(hands_.screen(), control_); });

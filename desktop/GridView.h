@@ -10,7 +10,8 @@ class QLineEdit;
 
 namespace quillon::desktop {
 
-// The rows of a grid. Asks for those on view and no others; the active one stays on view.
+// The rows of a grid. Asks for those on view and no others. The active one stays on view, unless the thumb is drawn
+// away from it.
 class GridArea final : public QAbstractScrollArea {
  public:
   GridArea(Hands& hands, form::Control& control, QWidget& parent);
@@ -41,7 +42,7 @@ class GridArea final : public QAbstractScrollArea {
   int rowsOnView() const;
   std::vector<Column> columns() const;
   int widthOfColumn(const form::Control& column) const;
-  void fetch();
+  void fetch(bool follows);
   void limitSideways();
   void scrolled(int value);
   void turned(int action);
@@ -62,7 +63,8 @@ class GridArea final : public QAbstractScrollArea {
   form::Control& control_;
   form::Grid::View view_;
   std::uint64_t top_ = 0;
-  bool follows_ = true;  // the active row; not while the thumb is dragged
+  // The active row when they were read, and where it stood.
+  std::uint64_t row_ = 0, activeAt_ = 0;
   QLineEdit* editor_;
 };
 

@@ -11,6 +11,10 @@ namespace quillon::desktop {
 
 bool Hands::isSyncing() const { return front_.isSyncing(); }
 
+void Hands::cameForward() {
+  if (!isSyncing() && front_.app().accepts(screen_)) front_.app().bring(screen_);
+}
+
 void Hands::act(const std::function<void(form::Input&)>& action) {
   if (isSyncing()) return;
   Front& front = front_;

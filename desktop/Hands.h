@@ -20,6 +20,8 @@ class Hands {
   form::Screen& screen() const { return screen_; }
   // Nothing that the widgets report while they are brought in step is a person's doing.
   bool isSyncing() const;
+  // The person turned to this window: its screen is the one in front from now on.
+  void cameForward();
   // A refused call, such as a key that does nothing, only sounds.
   void act(const std::function<void(form::Input&)>& action);
   void key(const std::string& name);

@@ -92,9 +92,10 @@ class ButtonView final : public ControlView {
       button->setFont(font);
       button->setIconSize(QSize(24, 24));
       button->setAutoRaise(true);
-      button->setFocusPolicy(Qt::TabFocus);
       button_ = button;
     }
+    // A click leaves the focus where it is: what is typed there may be meant to be abandoned.
+    button_->setFocusPolicy(Qt::TabFocus);
     QObject::connect(button_, &QAbstractButton::clicked,
                      [this] { hands_.act([this](form::Input& input) { input.click(hands_.screen(), control_); }); });
   }

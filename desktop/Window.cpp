@@ -1,5 +1,6 @@
 #include "desktop/Window.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
@@ -39,6 +40,11 @@ bool movesByArrows(const form::Control& control) {
     default:
       return control.list() != nullptr;
   }
+}
+
+bool isChosenFrom(Kind kind) {
+  return kind == Kind::check || kind == Kind::chooser || kind == Kind::choice || kind == Kind::list ||
+         kind == Kind::month;
 }
 
 }  // namespace
@@ -218,9 +224,10 @@ void Window::standAlone() {
   if (onView) QWidget::show();
 }
 
+// Not close(), which does nothing where the person is just closing it; then it would stay, and be painted.
 void Window::leave() {
   leaving_ = true;
-  close();
+  hide();
 }
 
 void Window::closeEvent(QCloseEvent* event) {
@@ -231,8 +238,22 @@ void Window::closeEvent(QCloseEvent* event) {
 
 void Window::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::WindowStateChange && !leaving_) screen().minimised = isMinimized();
+  if (leaving_) return;
+  if (event->type() == QEvent::WindowStateChange) screen().minimised = isMinimized();
   if (event->type() == QEvent::PaletteChange && wasShown_) root_->sync();
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) hands_.cameForward();
+}
+
+// To something that is chosen from, by the pointer; fields and grids say so themselves.
+void Window::focusCame(const QObject& object) {
+  if (hands_.isSyncing()) return;
+  const auto& widget = static_cast<const QWidget&>(object);
+  for (ControlView* view : views()) {
+    form::Control& control = view->control();
+    if (!isChosenFrom(control.kind()) || screen().focused() == &control) continue;
+    if (view->widget() == &widget || view->widget()->isAncestorOf(&widget))
+      return hands_.act([&](form::Input& input) { input.focus(screen(), control); });
+  }
 }
 
 // The keys by which a person moves about, and the wheel, are the program's and not the widgets' own.
@@ -245,6 +266,11 @@ bool Window::eventFilter(QObject* watched, QEvent* event) {
     wheel(turned);
     return true;
   }
+  // At its access key the toolkit holds a button down for a tenth of a second; what a quick hand types meanwhile would
+  // go astray.
+  if (event->type() == QEvent::Shortcut && !static_cast<QShortcutEvent*>(event)->isAmbiguous())
+    if (auto* button = qobject_cast<QAbstractButton*>(watched)) return button->click(), true;
+  if (event->type() == QEvent::FocusIn) focusCame(*watched);
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
   const auto& key = *static_cast<QKeyEvent*>(event);
   const bool lines = qobject_cast<QPlainTextEdit*>(watched) != nullptr;
@@ -252,6 +278,13 @@ bool Window::eventFilter(QObject* watched, QEvent* event) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
       if (lines) return false;
+      break;
+    // Buttons would pass the focus on to each other, behind the program's back.
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+      if (!qobject_cast<QAbstractButton*>(watched)) return QWidget::eventFilter(watched, event);
       break;
     case Qt::Key_Tab:
     case Qt::Key_Backtab:

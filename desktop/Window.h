@@ -49,6 +49,7 @@ class Window final : public QWidget {
   void buildMenu(QMenu& menu, form::Control& control);
   void addShortcuts(form::Control& holder);
   void wheel(int turned);
+  void focusCame(const QObject& object);
   std::vector<ControlView*> views() const;  // all, from the outside in
   ControlView* viewOf(const form::Control& control) const;
   void choosesFrame();

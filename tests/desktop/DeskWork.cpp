@@ -8,12 +8,17 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <filesystem>
 
+#include "base/Text.h"
 #include "desktop/Text.h"
 #include "desktop/Window.h"
 #include "form/Grid.h"
 #include "ledger/Screens.h"
 #include "maintenance/Screens.h"
+#include "shell/CountryDefaults.h"
+#include "shell/SampleCompany.h"
+#include "shell/Start.h"
 #include "store/Database.h"
 #include "store/Query.h"
 #include "store/Verify.h"
@@ -34,15 +39,33 @@ store::Environment environmentOn(store::FileSystem& files) {
 
 }  // namespace
 
-DeskWork::DeskWork() : session_(environmentOn(disk_), person_, desktop_) {
-  {
-    store::Database company(session_.store(), company_.path());
-    store::createCompanyTables(company);
+void makeCompany(store::Session& session, const std::string& folder, Books books) {
+  store::Database company(session, folder);
+  store::createCompanyTables(company);
+  if (books == Books::sample)
+    shell::fillSampleCompany(company, shell::countryDefaults("Canada"), SimDesktop().today());
+  else
     for (const char* row : kRows) store::Query(company, row).execute();
+}
+
+std::vector<std::string> rowsOf(store::Database& company, const std::string& statement) {
+  store::Query query(company, statement);
+  query.open();
+  std::vector<std::string> all;
+  for (query.first(); !query.eof(); query.next()) {
+    std::string row;
+    for (int i = 0; i < query.fieldCount(); ++i) row += (i > 0 ? "|" : "") + query.field(i).value().toText();
+    all.push_back(row);
   }
+  return all;
+}
+
+DeskWork::DeskWork(Books books) : session_(environmentOn(disk_), person_, desktop_) {
+  makeCompany(session_.store(), company_.path(), books);
   shell::registerScreens(session_);
   ledger::registerScreens(session_);
   maintenance::registerScreens(session_);
+  shell::prepareStart(session_);
   session_.attach(company_.path());
   front_ = std::make_unique<desktop::Front>(app());
   person_.sitBefore(*front_, desktop_);
@@ -63,6 +86,12 @@ form::Screen& DeskWork::open(const std::string& className) {
   return screen;
 }
 
+void DeskWork::enter() {
+  if (!session_.hasCompany()) session_.attach(company_.path());
+  session_.menusEnabled = true;
+  open("TfrmQuillon");
+}
+
 // A key may begin a modal screen, whose own loop then delivers those that follow.
 void DeskWork::keys(const std::vector<std::string>& names) {
   for (const std::string& name : names) {
@@ -78,8 +107,15 @@ void DeskWork::pressNext() {
   if (keys_.empty()) return;
   // Keys go to a window that has come forward; dialogs are answered on their own.
   const desktop::Window* front = front_->active();
-  if (qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) || (front && !front->isActiveWindow()))
+  const auto* dialog = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+  if (dialog != nullptr || (front && !front->isActiveWindow())) {
+    constexpr int kPatience = 4000;
+    if (++waits_ > kPatience)
+      throw std::logic_error("the key " + keys_.front() + " waits for " +
+                             (dialog ? desktop::typed(dialog->text()) : title()));
     return QTimer::singleShot(5, qApp, [this] { pressNext(); });
+  }
+  waits_ = 0;
   const std::string name = keys_.front();
   keys_.pop_front();
   QTimer::singleShot(0, qApp, [this] { pressNext(); });
@@ -93,12 +129,13 @@ void DeskWork::press(const std::string& name) {
   }
   desktop::Window* window = front_->active();
   QWidget* target = window == nullptr ? nullptr : window->focusWidget() ? window->focusWidget() : window;
+  if (QWidget* popup = QApplication::activePopupWidget()) target = popup;
   if (target == nullptr) throw std::logic_error("no window takes the key " + name);
   if (name[0] == '=') {
     QTest::keyClick(target, name[1]);
     return;
   }
-  const QKeySequence sequence(desktop::shown(name == "Enter" ? "Return" : name));
+  const QKeySequence sequence(desktop::shown(name == "Enter" ? "Return" : name == "PgDn" ? "PgDown" : name));
   const int key = name == "Shift+Tab" ? int{Qt::Key_Backtab} | int{Qt::SHIFT} : sequence[0].toCombined();
   QTest::keyClick(target, static_cast<Qt::Key>(key & ~Qt::KeyboardModifierMask),
                   Qt::KeyboardModifiers(key & static_cast<int>(Qt::KeyboardModifierMask)));
@@ -140,6 +177,8 @@ std::string DeskWork::focus() {
   if (screen == nullptr || screen->focused() == nullptr) return "none";
   std::string name = screen->name() + "." + screen->focused()->name();
   const QWidget* widget = front_->active()->focusWidget();
+  // One of several of a choice has the focus for it.
+  while (widget != nullptr && widget->objectName().isEmpty()) widget = widget->parentWidget();
   const bool same = widget != nullptr && (widget->objectName() == desktop::shown(screen->focused()->name()) ||
                                           screen->focused()->grid() != nullptr);
   if (!same) name += " but the window: " + desktop::typed(widget ? widget->objectName() : "nothing");
@@ -147,26 +186,22 @@ std::string DeskWork::focus() {
   return name;
 }
 
-std::string DeskWork::faultsAtTheEnd() {
+std::string DeskWork::faultsAtTheEnd(std::vector<std::string> folders) {
+  namespace fs = std::filesystem;
   session_.detach();
   std::string faults;
-  for (const store::Finding& finding : store::verifyFolder(environmentOn(disk_), company_.path()).findings)
-    faults += finding.table + ": " + finding.text + "\n";
+  folders.push_back(company_.path());
+  folders.push_back(*desktop_.given().folder);
+  for (const std::string& folder : folders)
+    for (const fs::directory_entry& file : fs::recursive_directory_iterator(folder)) {
+      if (!equalFolded(file.path().filename().string(), "Company.DAT")) continue;
+      const std::string company = file.path().parent_path();
+      for (const store::Finding& finding : store::verifyFolder(environmentOn(disk_), company).findings)
+        faults += company + ", " + finding.table + ": " + finding.text + "\n";
+    }
   return faults;
 }
 
 std::string DeskWork::title() { return desktop::typed(front_->active()->windowTitle()); }
-
-std::vector<std::string> DeskWork::rows(const std::string& statement) {
-  store::Query query(session_.database(), statement);
-  query.open();
-  std::vector<std::string> all;
-  for (query.first(); !query.eof(); query.next()) {
-    std::string row;
-    for (int i = 0; i < query.fieldCount(); ++i) row += (i > 0 ? "|" : "") + query.field(i).value().toText();
-    all.push_back(row);
-  }
-  return all;
-}
 
 }  // namespace quillon::sim

@@ -6,6 +6,7 @@
 
 int main(int count, char** words) {
   ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  ::setenv("QT_LOGGING_RULES", "*=false", 0);  // of what that stand-in cannot do
   ::testing::InitGoogleTest(&count, words);
   const QApplication application(count, words);
   QApplication::setQuitOnLastWindowClosed(false);
