@@ -80,7 +80,8 @@ void makeCompany(const std::string& folder, std::int64_t rows) {
   store::Session session(environmentOn(disk));
   store::Database company(session, folder);
   store::createCompanyTables(company);
-  for (const char* row : {"INSERT INTO Company (CompanyNo, FiscalYear) VALUES (1, 2026)",
+  for (const char* row : {"INSERT INTO Company (CompanyNo, CompanyName, FiscalYear, ApplicationVersion) VALUES (1, "
+                          "'Many', 2026, '2017.6')",
                           "UPDATE JVCtl SET NextJVID = 5000001, NextJVNumber = 5000001"})
     store::Query(company, row).execute();
   fillAccounts(company, rows);
