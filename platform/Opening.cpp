@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::string_view kSchemes[] = {"http:", "https:", "mailto:", "file:"};
 constexpr std::chrono::seconds kTaken{2};
+constexpr std::size_t kLongest = 131071;  // that the system passes to a program as one argument
 
 bool isLink(const std::string& target) {
   const bool clean = std::none_of(target.begin(), target.end(), [](unsigned char c) { return c <= ' ' || c == 0x7F; });
@@ -21,6 +22,9 @@ bool isLink(const std::string& target) {
 
 // Absolute, so that no name can look like an option or a link.
 std::string openable(const std::string& target) {
+  if (target.size() > kLongest)
+    throw Error("The link cannot be opened: it has " + std::to_string(target.size()) + " characters, and at most " +
+                std::to_string(kLongest) + " can be passed on");
   if (isLink(target)) return target;
   std::error_code ignored;
   if (target.empty() || !std::filesystem::exists(target, ignored))

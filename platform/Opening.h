@@ -11,8 +11,8 @@ namespace quillon::platform {
 class Opening {
  public:
   // `target` is the path of an existing file or folder, or a link that begins with http:, https:, mailto: or file:.
-  // Waits until the desktop has taken it, for two seconds at most. Error for anything else, when xdg-open is not
-  // installed, and when it says that it failed.
+  // Waits until the desktop has taken it, for two seconds at most. Error for anything else, for more than 131071 bytes,
+  // when xdg-open is not installed, and when it says that it failed.
   void open(const std::string& target);
 
  private:

@@ -121,6 +121,10 @@ TEST_F(Programs, FilesAndLinksAreOpenedByTheDesktop) {
   for (const char* target : {"ftp://a.example", "javascript:x", "/no/such/file", "", "http://a b", "-h"})
     EXPECT_NE(refusalOf([&] { desktop_.openOutside(target); }), "") << target;
   EXPECT_EQ(calls(), "");
+  std::string longest = "mailto:" + std::string(131071 - 7, 'x');
+  desktop_.openOutside(longest);
+  EXPECT_EQ(calls(), "<" + longest + ">\n");
+  EXPECT_THAT(refusalOf([&] { desktop_.openOutside(longest += 'x'); }), HasSubstr("at most 131071"));
 
   install("xdg-open", "exit 3");
   EXPECT_THAT(refusalOf([&] { desktop_.openOutside(file); }), HasSubstr("could not be opened"));
