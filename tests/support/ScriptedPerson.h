@@ -19,6 +19,8 @@ class ScriptedPerson final : public form::Person {
   std::deque<form::Button> answers;
   std::deque<std::function<void(form::Screen&)>> modals;  // what is done in a modal screen, until it is closed
   std::deque<std::optional<std::string>> texts;           // typed, or paths of files and folders
+  form::FileQuestion fileAsked;                           // the latest
+  std::function<bool(const form::Progress&)> onProgress;  // hears it and says whether it goes on
 
   // What was heard since the last time, one a line.
   std::string takeHeard() {
@@ -38,6 +40,7 @@ class ScriptedPerson final : public form::Person {
   }
   std::optional<std::string> chooseFile(const form::FileQuestion& question) override {
     heard.push_back("file: " + question.title);
+    fileAsked = question;
     return next(texts, question.title);
   }
   std::optional<std::string> chooseFolder(const std::string& title, const std::string& /*initial*/) override {
@@ -52,7 +55,7 @@ class ScriptedPerson final : public form::Person {
     next(modals, screen.name())(screen);
     if (screen.visible()) throw std::logic_error(screen.name() + " was left open");
   }
-  bool progress(const form::Progress& /*progress*/) override { return true; }
+  bool progress(const form::Progress& progress) override { return !onProgress || onProgress(progress); }
   void hourglass(bool /*on*/) override {}
   void clipboard(const std::string& text) override { heard.push_back("clipboard: " + text); }
   void openOutside(const std::string& pathOrLink) override { heard.push_back("outside: " + pathOrLink); }
