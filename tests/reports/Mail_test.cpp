@@ -3,13 +3,20 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "reports/mail/Addresses.h"
+#include "reports/mail/EmailDocument.h"
 #include "reports/mail/SendMail.h"
+#include "shell/Session.h"
+#include "store/Query.h"
+#include "store/schema/CreateCompany.h"
 #include "support/Refusal.h"
 #include "support/ScriptedPerson.h"
+#include "support/SimDesktop.h"
+#include "support/SimProcess.h"
 #include "support/TempFolder.h"
 
 namespace quillon::reports {
@@ -235,6 +242,125 @@ TEST(Mail, TakesServersAndAddressesAsTheyAreTyped) {
   EXPECT_EQ(sim::refusalOf([&] { mailLink({most, ""}); }), "");
   EXPECT_EQ(sim::refusalOf([&] { mailLink({most + "x"}); }),
             "Email feature could not run because there are too many email addresses...\r\rTry filtering the list.");
+}
+
+class EmailOfADocument : public testing::Test {
+ protected:
+  EmailOfADocument() {
+    disk_.process()->makeFolder(sim::kSharedFolder);
+    other_.open();
+    store::createCompanyTables(other_.database());
+    store::Query(other_.database(), "INSERT INTO Company (CompanyNo, CompanyName) VALUES (1, 'Oak & Söhne')").execute();
+    shell::registerScreens(session_);
+    session_.attach(sim::kSharedFolder);
+  }
+  ~EmailOfADocument() override { session_.detach(); }
+
+  // Another process changes the company.
+  void set(const std::string& fields) { store::Query(other_.database(), "UPDATE Company SET " + fields).execute(); }
+  void setAll(int port) {
+    set("EmailHost = 'localhost:" + std::to_string(port) +
+        "', EmailUserID = 'oak', EmailPassword = 'secret', EmailFromName = 'Oak', "
+        "EmailFromAddress = 'books@oak.example', EmailCCAddress = 'cc@oak.example'");
+  }
+  // What was told and asked.
+  std::string email(const std::string& address, std::initializer_list<form::Button> answers) {
+    person_.answers.assign(answers);
+    person_.texts = {pdf_};
+    std::string refused;
+    try {
+      emailDocument(session_, {.kind = "invoice",
+                               .title = "Invoice 10/42",
+                               .partner = "Customer",
+                               .address = address,
+                               .contact = "Jürgen",
+                               .writePdf = [](const std::string& path) { std::ofstream(path) << "%PDF"; }});
+    } catch (const Abort&) {
+      refused = "stopped";
+    } catch (const Error& error) {
+      refused = error.what();
+    }
+    EXPECT_TRUE(person_.answers.empty());
+    const std::string heard = person_.takeHeard();
+    return heard + (heard.empty() || refused.empty() ? "" : "\n") + refused;
+  }
+
+  static constexpr auto kOk = form::Button::ok, kCancel = form::Button::cancel, kYes = form::Button::yes,
+                        kNo = form::Button::no;
+  static constexpr const char* kAsked =
+      "file: Create invoice PDF for email\nconfirmation: Send email?\r\rSubject: Invoice 10/42\rTo: ann@elm.example\n";
+  static constexpr const char* kDelete = "confirmation: Delete PDF file?";
+  sim::SimDisk disk_;
+  sim::SimClock clock_;
+  sim::SimProcess other_{disk_, clock_, {}};
+  std::unique_ptr<store::FileSystem> files_ = disk_.process();
+  sim::ScriptedPerson person_;
+  sim::SimDesktop desktop_;
+  shell::Session session_{store::Environment{*files_, clock_, "BEN", "PC", 99}, person_, desktop_};
+  sim::TempFolder folder_;
+  std::string pdf_ = folder_.path() + "/Invoice 10 42.pdf";
+};
+
+TEST_F(EmailOfADocument, NeedsAPrinterTheSettingsAndAnAddress) {
+  const std::string question =
+      "confirmation: Info required for sending emails has not yet been entered on \"Your Company\".\r\rWould you like "
+      "to enter it now?\nstopped";
+  EXPECT_EQ(email("ann@elm.example", {kNo}), question);
+  EXPECT_EQ(session_.app().find("frmCompany"), nullptr);
+  setAll(25);
+  EXPECT_EQ(email(" ", {}), "Customer's Email Address has not been entered");
+  EXPECT_EQ(email("ann", {}), "'ann' is not an e-mail address");
+  for (const char* field : {"EmailFromAddress", "EmailFromName", "EmailPassword", "EmailUserID", "EmailHost"}) {
+    set(std::string(field) + " = ' '");
+    EXPECT_EQ(email("", {kYes}), question);
+    form::Screen* company = session_.app().find("frmCompany");
+    ASSERT_NE(company, nullptr);
+    EXPECT_EQ(company->focused(), company->findField(field)) << field;
+    EXPECT_TRUE(company->isVisible(*company->focused()));
+  }
+  desktop_.given().printer->name.clear();
+  EXPECT_EQ(email("ann@elm.example", {kNo}),
+            "warning: No printer driver was detected. Do you have a printer installed?\nYou do not have a default "
+            "printer defined.\r\rTo preview or print reports a printer must be defined, though not necessarily "
+            "attached.");
+}
+
+TEST_F(EmailOfADocument, IsSentAndItsFileStaysOrGoes) {
+  SmtpServer server("plain");
+  setAll(server.port());
+  EXPECT_EQ(email("ann@elm.example", {kCancel, kCancel}), std::string(kAsked) + kDelete);
+  EXPECT_EQ(contents(pdf_), "%PDF");
+  EXPECT_EQ(person_.fileAsked.name, "Invoice 10 42");
+  EXPECT_EQ(person_.fileAsked.filter, "PDF files (*.pdf)|*.pdf");
+  EXPECT_TRUE(person_.fileAsked.saving && person_.fileAsked.extension == "pdf");
+  EXPECT_EQ(email("ann@elm.example", {kOk, kOk}), std::string(kAsked) + kDelete);
+  EXPECT_FALSE(std::filesystem::exists(pdf_));
+  EXPECT_EQ(server.told(),
+            "login oak secret\nMAIL FROM:<books@oak.example>\nRCPT TO:<ann@elm.example>\nRCPT TO:<cc@oak.example>\n"
+            "From: \"Oak\" <books@oak.example>\nTo: ann@elm.example\nCc: cc@oak.example\nSubject: Invoice 10/42\n"
+            "Body: 'Hi Jürgen,\\r\\n\\r\\nPlease see attachment.\\r\\n\\r\\nThank you,\\r\\nOak\\r\\nOak & Söhne"
+            "\\r\\n\\r\\n'\nFile: application/pdf Invoice 10 42.pdf Invoice 10 42.pdf\n");
+}
+
+TEST_F(EmailOfADocument, ASendThatFailsIsToldAndTheFileIsAskedForAllTheSame) {
+  SmtpServer server("plain AUTH '535 no'");
+  setAll(server.port());
+  const auto failed = [&](const std::string& why) {
+    return kAsked + ("error: Email could not be sent...\r\r" + why) +
+           "\rCheck email settings (Host, UserID, Password) in Your Company.\n" + kDelete;
+  };
+  EXPECT_EQ(email("ann@elm.example", {kOk, kOk}),
+            failed("The server 'localhost' did not accept the user or the password. It said: 535 no"));
+  EXPECT_FALSE(std::filesystem::exists(pdf_));
+  set("EmailHost = 'http://x'");
+  EXPECT_EQ(email("ann@elm.example", {kOk, kCancel}),
+            failed("'http://x' is not a mail server: it takes a name, or a name:port."));
+  EXPECT_TRUE(std::filesystem::exists(pdf_));
+  setAll(server.port());
+  person_.onProgress = [](const form::Progress&) { return false; };
+  EXPECT_EQ(email("ann@elm.example", {kOk, kCancel}), std::string(kAsked) + kDelete);
+  pdf_ = folder_.path() + "/none/x.pdf";
+  EXPECT_EQ(email("ann@elm.example", {kOk, kOk}), failed("Could not read '" + pdf_ + "': No such file or directory"));
 }
 
 }  // namespace
