@@ -63,21 +63,23 @@ std::string quoted(std::string_view typed) { return "'" + std::string(trim(typed
 
 class TextConverter final : public Converter {
  public:
-  explicit TextConverter(int size) : size_(static_cast<std::size_t>(size)) {}
+  TextConverter(int size, bool keepsBlanks) : size_(static_cast<std::size_t>(size)), keepsBlanks_(keepsBlanks) {}
   std::string show(const Value& value) const override { return value.asText(); }
   Value read(std::string_view typed) const override {
     if (trim(typed).empty()) return {};
     const bool lines = size_ == 0;
     if (std::ranges::any_of(typed, [&](char c) { return isControl(c) && !(lines && isBetweenLines(c)); }))
       throw Error("The text has a character that cannot be typed here, such as a line's end");
-    if (size_ > 0 && lengthInCharacters(typed) > size_)
+    const std::string_view text = keepsBlanks_ ? typed : trim(typed);
+    if (size_ > 0 && lengthInCharacters(text) > size_)
       throw Error("The text is too long: at most " + std::to_string(size_) + " characters fit");
-    return Value(typed);
+    return Value(text);
   }
   int width() const override { return static_cast<int>(size_); }
 
  private:
   std::size_t size_;
+  bool keepsBlanks_;
 };
 
 class WholeConverter final : public Converter {
@@ -258,7 +260,8 @@ class ChoicesConverter final : public Converter {
 
 }  // namespace
 
-ConverterPtr textConverter(int size) { return std::make_shared<TextConverter>(size); }
+ConverterPtr textConverter(int size) { return std::make_shared<TextConverter>(size, size == 0); }
+ConverterPtr secretConverter(int size) { return std::make_shared<TextConverter>(size, true); }
 ConverterPtr wholeConverter(const Formats& formats, std::int64_t least, std::int64_t most, std::string words) {
   return std::make_shared<WholeConverter>(formats, least, most, std::move(words));
 }

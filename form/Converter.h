@@ -33,8 +33,11 @@ class Converter {
 };
 using ConverterPtr = std::shared_ptr<const Converter>;
 
-// Text of at most `size` characters in one line, or of any number in several (0). Blanks alone are none.
+// Text of at most `size` characters in one line, or of any number in several (0). Blanks alone are none. Blanks at the
+// ends of the one line are left out: nobody sees them, and two names or codes must not differ by them alone.
 ConverterPtr textConverter(int size);
+// The same line with all its blanks: a password.
+ConverterPtr secretConverter(int size);
 // Whole numbers from `least` to `most`; `words` refuse anything else (empty: words of our own).
 ConverterPtr wholeConverter(const Formats& formats, std::int64_t least, std::int64_t most, std::string words = {});
 // Quantities and rates: shown by the picture, typed with up to 15 digits.

@@ -159,9 +159,9 @@ form::ConverterPtr TfrmCompany::rowsOf(const char* table, const char* id, const 
 Control& TfrmCompany::email(form::Layout& l) {
   return l.group(
       "Email", l.field("Host:", tblCompany["EmailHost"]), l.field("UserID:", tblCompany["EmailUserID"]),
-      l.field("Password:", tblCompany["EmailPassword"]).secret(), l.field("From Name:", tblCompany["EmailFromName"]),
-      l.field("From Address:", tblCompany["EmailFromAddress"]), l.field("CC List:", tblCompany["EmailCCAddress"]),
-      l.field("BCC List:", tblCompany["EmailBCCAddress"]));
+      l.field("Password:", tblCompany["EmailPassword"], form::secretConverter(20)).secret(),
+      l.field("From Name:", tblCompany["EmailFromName"]), l.field("From Address:", tblCompany["EmailFromAddress"]),
+      l.field("CC List:", tblCompany["EmailCCAddress"]), l.field("BCC List:", tblCompany["EmailBCCAddress"]));
 }
 
 Control& TfrmCompany::notes(form::Layout& l) {

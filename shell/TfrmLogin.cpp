@@ -28,7 +28,7 @@ class TfrmLogin final : public form::Screen {
 void TfrmLogin::build(form::Layout& l) {
   l.label("lblDatabase", [this] { return "Database: " + session_.dataFolder; });
   l.edit("editUserName", "&User Name:", userName_, form::textConverter(30)).wide(30);
-  l.edit("editPassword", "&Password:", password_, form::textConverter(30)).wide(30).secret();
+  l.edit("editPassword", "&Password:", password_, form::secretConverter(30)).wide(30).secret();
   l.row(l.button("btnOK", "OK", &TfrmLogin::btnOKClick).standard(),
         l.button("btnCancel", "Cancel", &TfrmLogin::btnCancelClick).abandons());
 }

@@ -39,7 +39,7 @@ TfrmUser::TfrmUser(Session& session)
 
 void TfrmUser::build(form::Layout& l) {
   l.field("&User Name:", tblUsers["UserName"]);
-  l.field("Pass&word:", tblUsers["Password"]).secret();
+  l.field("Pass&word:", tblUsers["Password"], form::secretConverter(30)).secret();
   std::vector<Control*> pages;
   const std::span<const RightGroup> groups = rightGroups();
   for (std::size_t i = 0; i < groups.size();) {

@@ -31,7 +31,7 @@
 < {"ok":false,"messages":[{"text":"The text is too long: at most 10 characters fit"}]}
 > {"set":"frmGLAccount.editGLAccount","value":"30\u000000"}
 < {"ok":false,"messages":[{"text":"The text has a character that cannot be typed here, such as a line's end"}]}
-> {"set":"frmGLAccount.editGLAccount","value":"3000"}
+> {"set":"frmGLAccount.editGLAccount","value":" 3000 "}
 > {"click":"frmGLAccount.btnOK"}
 < {"ok":false,"messages":[{"kind":"error","text":"Field 'Account Name' must have a value"}],
    "focus":"frmGLAccount.editAccountName"}

@@ -76,7 +76,7 @@
 < {"rows":[[1.3333,1.25,1.3,1]]}
 > {"sql":"INSERT INTO Currency (CurrencyID, CurrencyName, APGLAccountID, APDiscGLAccountID, ARGLAccountID, ARDiscGLAccountID) VALUES (7, 'Dollar', 2, 1, 3, 1)"}
 > {"click":"frmCurrencies.mnuEdit"}
-> {"set":"frmCurrency.editCurrencyName","value":"DOLLAR"}
+> {"set":"frmCurrency.editCurrencyName","value":"DOLLAR "}
 > {"click":"frmCurrency.btnOK"}
 < {"ok":false,"messages":[{"kind":"error","text":"Currency Name must be unique"}],"focus":"frmCurrency.editCurrencyName"}
 > {"click":"frmCurrency.btnCancel"}

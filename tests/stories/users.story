@@ -1,5 +1,5 @@
 # People and their rights: no login before the first user, names and passwords to the letter, every right by its group.
-= anna ["Secret\n"]
+= anna [" Secret\n"]
 @ --today 2026-03-05 --country Canada
 < {"ok":true,"messages":[],"waiting":null}
 > {"menu":"General > Security"}
@@ -22,7 +22,7 @@
 > {"click":"frmUser.btnOK"}
 < {"ok":false,"messages":[{"kind":"error","text":"Field 'User Name' must have a value"}],"focus":"frmUser.editUserName"}
 > {"set":"frmUser.editUserName","value":"ANNA"}
-> {"set":"frmUser.editPassword","value":"Secret"}
+> {"set":"frmUser.editPassword","value":" Secret"}
 > {"state":"frmUser"}
 < {"state":{"controls":{"editPassword":{"value":"********","data":null}}}}
 > {"click":"frmUser.btnOK"}
@@ -36,7 +36,7 @@
 | SO | SalesOrders, Shipments, SOReports, Carriers, PriceLists, Prices
 | Sales | SalesHistory, SalesReports, SalesCharts
 | Mfg | MfgOrders, MfgReceipts, MfgReports, Resources
-> {"sql":"SELECT COUNT(*) FROM Users WHERE Password = 'Secret' AND NOT (true IN ({2}))"}
+> {"sql":"SELECT COUNT(*) FROM Users WHERE Password = ' Secret' AND NOT (true IN ({2}))"}
 < {"rows":[[1]]}
 > {"click":"frmUsers.mnuEdit"}
 > {"click":"frmUser.btn{1}All"}
@@ -101,7 +101,7 @@
 < {"ok":false}
 | ANNA | secret
 | Anna | Secret
-| ANNA | Secret1
+| ANNA | Secret
 | nobody | Secret
 > {"set":"frmLogin.editUserName","value":"{1}"}
 > {"set":"frmLogin.editPassword","value":"{2}"}
