@@ -8,6 +8,8 @@
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <algorithm>
+#include <cstdint>
+#include <utility>
 
 #include "desktop/Hands.h"
 #include "desktop/Text.h"
@@ -124,6 +126,16 @@ std::vector<GridArea::Column> GridArea::columns() const {
   return all;
 }
 
+// How many rows to show above the active one where rows are not counted, so that nothing moves that need not: as many
+// as there are while it is on view already, else it comes in from the side on which it was.
+std::size_t GridArea::rowsAbove() {
+  const store::RowId active = grid().cursor().isOpen() ? grid().cursor().rowId() : 0;
+  const double depth = grid().depth(), before = std::exchange(depth_, depth);
+  const auto place = std::ranges::find(view_.rows, active, &form::Grid::Row::id);
+  if (place != view_.rows.end()) return static_cast<std::size_t>(place - view_.rows.begin());
+  return depth > before && !view_.rows.empty() ? SIZE_MAX : 0;
+}
+
 // Reads the rows on view. Another active row than before comes on view. Where it is still the same, so is its place in
 // the window, whatever came or went above it.
 void GridArea::fetch(bool follows) {
@@ -131,7 +143,8 @@ void GridArea::fetch(bool follows) {
   const std::optional<std::uint64_t> active = grid().activeRow(), total = grid().total();
   const store::RowId row = active ? grid().cursor().rowId() : 0;
   if (!total) {
-    view_ = grid().rowsAround(count / 2, count - count / 2 - 1);
+    const std::size_t above = std::min(rowsAbove(), count - 1);
+    view_ = grid().rowsAround(above, count - above - 1);
     top_ = 0;
   } else {
     if (row != 0 && row == row_)

@@ -42,6 +42,7 @@ class GridArea final : public QAbstractScrollArea {
   int rowsOnView() const;
   std::vector<Column> columns() const;
   int widthOfColumn(const form::Control& column) const;
+  std::size_t rowsAbove();
   void fetch(bool follows);
   void limitSideways();
   void scrolled(int value);
@@ -65,6 +66,7 @@ class GridArea final : public QAbstractScrollArea {
   std::uint64_t top_ = 0;
   // The active row when they were read, and where it stood.
   std::uint64_t row_ = 0, activeAt_ = 0;
+  double depth_ = 0;  // of the active row, where rows are not counted
   QLineEdit* editor_;
 };
 

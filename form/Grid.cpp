@@ -1,6 +1,7 @@
 #include "form/Grid.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/Text.h"
 #include "store/Cursor.h"
@@ -79,6 +80,7 @@ Grid::View Grid::rows(std::uint64_t from, std::size_t count) {
     for (; there && view.rows.size() < count; there = glance.next()) {
       const bool isActive = active != 0 && glance.rowId() == active;
       view.rows.push_back(isActive && editing ? *edited : current());
+      view.rows.back().id = glance.rowId();
       view.rows.back().active = isActive;
     }
     if (there) return view;
@@ -103,11 +105,18 @@ Grid::View Grid::rowsAround(std::size_t before, std::size_t after) {
   const store::RowId active = glance.rowId();
   std::size_t above = 0;
   while (above < before && glance.prior()) ++above;
-  for (bool there = true; there && view.rows.size() < above + 1 + after; there = glance.next()) {
-    const bool isActive = glance.rowId() == active;
-    view.rows.push_back(isActive && editing ? *edited : current());
-    view.rows.back().active = isActive;
-  }
+  const std::size_t count = before + 1 + after;
+  const auto look = [&] {
+    Row row = glance.rowId() == active && editing ? *edited : current();
+    row.id = glance.rowId();
+    row.active = row.id == active;
+    return row;
+  };
+  for (bool there = true; there && view.rows.size() < count; there = glance.next()) view.rows.push_back(look());
+  if (view.rows.size() == count || above < before || !glance.goToRow(view.rows.front().id)) return view;
+  std::vector<Row> more;
+  while (view.rows.size() + more.size() < count && glance.prior()) more.push_back(look());
+  view.rows.insert(view.rows.begin(), std::make_move_iterator(more.rbegin()), std::make_move_iterator(more.rend()));
   return view;
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "form/Control.h"
+#include "store/locks/TableLocks.h"
 
 namespace quillon::store {
 class Cursor;
@@ -25,6 +26,7 @@ class Grid {
     // A visible column each: what is shown, and what stands behind it.
     std::vector<std::string> texts;
     std::vector<store::Value> data;
+    store::RowId id = 0;  // 0: being entered
     bool active = false;
     bool isNew = false;  // being entered
   };
@@ -50,7 +52,8 @@ class Grid {
   std::optional<std::uint64_t> total() const;
   std::optional<std::uint64_t> activeRow() const;  // 0 is the first; null without a row, and where counting is dear
   View rows(std::uint64_t from, std::size_t count);
-  View rowsAround(std::size_t before, std::size_t after);  // the active row, which it moves nothing from
+  // The active row with so many before and after it; where one end is near, with more from the other side.
+  View rowsAround(std::size_t before, std::size_t after);
 
   // The active cell.
   int activeColumn() const { return activeColumn_; }
