@@ -213,6 +213,7 @@ int main(int count, char** words) {
   apps::ProgramOptions options;
   options.given.folder = out + "/settings";
   options.given.country = "United States";
+  options.credentials = shell::Credentials{"Administrator", {}};  // the users that an earlier run added
   options.given.today = Date::parseIso("2026-03-16");
   desktop::QtPerson person;
   apps::Program program(options, person);
