@@ -75,7 +75,7 @@ class Shooting {
 };
 
 // The window manager frames a window and brings it forward in its own time.
-void settle() { QTest::qWait(150); }
+void settle() { QTest::qWait(250); }
 
 void Shooting::take(const QRect& rect, const std::string& name) {
   const QPixmap picture =
@@ -85,9 +85,9 @@ void Shooting::take(const QRect& rect, const std::string& name) {
 
 void Shooting::picturesOf(form::Screen& screen, const std::string& name) {
   front_.sync();
-  settle();
   Window* window = front_.windowOf(screen);
-  if (window == nullptr) return;
+  if (window == nullptr || !QTest::qWaitForWindowExposed(window)) return;
+  settle();
   take(window->frameGeometry(), name);
   pagesOf(screen.root(), screen, name);
   menusOf(*window, name);
