@@ -158,6 +158,8 @@ class MonthView final : public ControlView {
       : ControlView(hands, control), month_(new QCalendarWidget(&parent)) {
     month_->setNavigationBarVisible(false);
     month_->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+    constexpr int kLines = 7;  // six weeks, under the names of their days
+    month_->setMinimumHeight((month_->fontMetrics().height() + 6) * kLines);
     // Red is for what calls for attention; the end of a week does not.
     for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday}) month_->setWeekdayTextFormat(day, QTextCharFormat());
     QObject::connect(month_, &QCalendarWidget::clicked, [this](QDate day) {
