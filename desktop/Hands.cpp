@@ -12,11 +12,11 @@ namespace quillon::desktop {
 bool Hands::isSyncing() const { return front_.isSyncing(); }
 
 void Hands::cameForward() {
-  if (!isSyncing() && front_.app().accepts(screen_)) front_.app().bring(screen_);
+  if (!gone_ && !isSyncing() && front_.app().accepts(screen_)) front_.app().bring(screen_);
 }
 
 void Hands::act(const std::function<void(form::Input&)>& action) {
-  if (isSyncing()) return;
+  if (gone_ || isSyncing()) return;
   Front& front = front_;
   // Whoever works in a window has it in front, whichever was opened last.
   if (front.app().accepts(screen_)) front.app().bring(screen_);

@@ -22,6 +22,8 @@ class Hands {
   bool isSyncing() const;
   // The person turned to this window: its screen is the one in front from now on.
   void cameForward();
+  // The screen is gone: nothing is passed on any more.
+  void letGo() { gone_ = true; }
   // A refused call, such as a key that does nothing, only sounds.
   void act(const std::function<void(form::Input&)>& action);
   void key(const std::string& name);
@@ -30,6 +32,7 @@ class Hands {
   Front& front_;
   form::Input& input_;
   form::Screen& screen_;
+  bool gone_ = false;
 };
 
 // "Ctrl+F", "Shift+Tab", "Enter", "F2", or a character; empty for keys that the program does not know.

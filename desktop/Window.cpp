@@ -47,6 +47,13 @@ bool isChosenFrom(Kind kind) {
          kind == Kind::month;
 }
 
+// Those of a widget that somebody sees and works with. They may still come to one that is hidden.
+bool isOnView(const QEvent& event) {
+  const QEvent::Type type = event.type();
+  return event.isInputEvent() || type == QEvent::FocusIn || type == QEvent::Shortcut || type == QEvent::Paint ||
+         type == QEvent::Resize;
+}
+
 }  // namespace
 
 Window::Window(Front& front, form::Screen& screen, Window* parent)
@@ -227,6 +234,7 @@ void Window::standAlone() {
 // Not close(), which does nothing where the person is just closing it; then it would stay, and be painted.
 void Window::leave() {
   leaving_ = true;
+  hands_.letGo();
   hide();
 }
 
@@ -258,6 +266,7 @@ void Window::focusCame(const QObject& object) {
 
 // The keys by which a person moves about, and the wheel, are the program's and not the widgets' own.
 bool Window::eventFilter(QObject* watched, QEvent* event) {
+  if (leaving_ && isOnView(*event)) return true;
   if (event->type() == QEvent::Wheel) {
     const int turned = static_cast<QWheelEvent*>(event)->angleDelta().y();
     const form::Control* focused = screen().focused();
