@@ -84,7 +84,7 @@ void TfrmPreview::build(form::Layout& l) {
 }
 
 void TfrmPreview::shown(const form::Open& open) {
-  if (open.draft.has_value()) view_.pages = std::any_cast<std::shared_ptr<form::PageSource>>(open.draft);
+  if (const auto* pages = std::any_cast<std::shared_ptr<form::PageSource>>(&open.draft)) view_.pages = *pages;
   view_.page = 1;
 }
 

@@ -74,6 +74,8 @@ class TwoAtReconciliation : public testing::Test {
          {"INSERT INTO Company (CompanyName, FiscalYear, DefaultCurrencyID) VALUES ('Pine', 2026, 1)",
           "INSERT INTO GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (1, '1', 'Bank', 1)",
           "INSERT INTO GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (2, '2', 'Sales', 3)",
+          "INSERT INTO Currency (CurrencyID, CurrencyName, APGLAccountID, APDiscGLAccountID, ARGLAccountID, "
+          "ARDiscGLAccountID) VALUES (1, 'Home', 1, 1, 1, 1)",
           "INSERT INTO Bank (BankID, BankName, BankGLAccountID, CurrencyID) VALUES (1, 'Main', 1, 1)",
           "UPDATE JVCtl SET NextJVID = 1000"})
       run(row);
