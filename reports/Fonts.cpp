@@ -18,6 +18,7 @@ constexpr std::array<const char*, 4> kFiles = {"LiberationSans-Regular.ttf", "Li
 constexpr std::array<const char*, 3> kFolders = {"/usr/share/fonts/truetype/liberation2/",
                                                  "/usr/share/fonts/truetype/liberation/",
                                                  "/usr/share/fonts/liberation-sans/"};
+constexpr char32_t kBox = U'\u25A1';
 // Latin, Greek and Cyrillic letters and the marks of print stand one after the other and join nowhere.
 constexpr char32_t kSimpleEnd = 0x2200, kMarks = 0x300, kMarksEnd = 0x370, kOtherScripts = 0x530,
                    kOtherScriptsEnd = 0x1E00, kDirections = 0x200B, kDirectionsEnd = 0x2010;
@@ -58,13 +59,16 @@ Font::Font(Face face) : shaper_(std::make_unique<Shaper>()) {
   hb_font_extents_t extents = {};
   hb_font_get_h_extents(shaper_->font, &extents);
   ascent_ = extents.ascender, descent_ = -extents.descender;
-  simple_.resize(kSimpleEnd);
-  for (char32_t c = 0; c < kSimpleEnd; ++c) {
+  // The faces' own glyph for what they lack is an empty one in some.
+  const auto glyphOf = [this](char32_t c) {
     hb_codepoint_t id = 0;
-    if (!hb_font_get_nominal_glyph(shaper_->font, c, &id)) id = 0;
-    simple_[c] = {static_cast<std::uint16_t>(id),
-                  static_cast<std::uint16_t>(hb_font_get_glyph_h_advance(shaper_->font, id)), 0};
-  }
+    if (!hb_font_get_nominal_glyph(shaper_->font, c, &id)) return box_;
+    return Glyph{static_cast<std::uint16_t>(id),
+                 static_cast<std::uint16_t>(hb_font_get_glyph_h_advance(shaper_->font, id)), 0};
+  };
+  box_ = glyphOf(kBox);
+  simple_.resize(kSimpleEnd);
+  for (char32_t c = 0; c < kSimpleEnd; ++c) simple_[c] = glyphOf(c);
 }
 
 Font::~Font() = default;
@@ -100,9 +104,13 @@ void Font::shapeBy(std::string_view text, std::vector<Glyph>& glyphs) const {
   unsigned count = 0;
   const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer, &count);
   const hb_glyph_position_t* positions = hb_buffer_get_glyph_positions(buffer, &count);
-  for (unsigned i = 0; i < count; ++i)
-    glyphs.push_back({static_cast<std::uint16_t>(infos[i].codepoint),
-                      static_cast<std::uint16_t>(std::max(0, positions[i].x_advance)), infos[i].cluster});
+  for (unsigned i = 0; i < count; ++i) {
+    const bool lacks = infos[i].codepoint == 0;
+    glyphs.push_back(lacks ? box_
+                           : Glyph{static_cast<std::uint16_t>(infos[i].codepoint),
+                                   static_cast<std::uint16_t>(std::max(0, positions[i].x_advance))});
+    glyphs.back().text = infos[i].cluster;
+  }
   hb_buffer_destroy(buffer);
 }
 

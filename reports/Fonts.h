@@ -12,7 +12,7 @@ namespace quillon::reports {
 
 // A drawing of the font, and where the pen goes after it.
 struct Glyph {
-  std::uint16_t id = 0;       // 0: the box of a character that the font does not have
+  std::uint16_t id = 0;
   std::uint16_t advance = 0;  // in units of the font
   std::uint32_t text = 0;     // where the characters that it draws begin in the text, in bytes
 };
@@ -46,6 +46,7 @@ class Font {
   std::string path_, bytes_;
   int unitsPerEm_ = 1000, ascent_ = 0, descent_ = 0;
   std::unique_ptr<Shaper> shaper_;
+  Glyph box_;                  // of characters that the font does not have
   std::vector<Glyph> simple_;  // by code point, of those that need no shaping
 };
 

@@ -148,6 +148,21 @@ TEST_F(WritePdf, KeepsTheTextOfWhatTheFontLacks) {
   EXPECT_EQ(textOf(made.pages), "漢字 и 🙂 漢\ncafe\u0301 q\u0307\u0323\n\uFFFD\uFFFD(\n\u2126 \u03A9\n\f");
 }
 
+TEST_F(WritePdf, ShowsABoxInEveryFaceForWhatTheFontLacks) {
+  HandMadePages made;
+  for (int face = 0; face < 4; ++face) {
+    made.newPage();
+    made.add(Part::detail, line(face), face % 2 ? "\u0E01" : "漢", {static_cast<Face>(face)});
+  }
+  textOf(made.pages);
+  ask({"pdftoppm", "-gray", path(), path("page")});
+  for (const char* page : {"page-1.pgm", "page-2.pgm", "page-3.pgm", "page-4.pgm"}) {
+    const std::string image = sim::readFile(path(page));
+    const std::size_t ink = image.find_first_not_of('\xFF', image.size() / 100);  // behind the head
+    EXPECT_NE(ink, std::string::npos) << page;
+  }
+}
+
 // Texts of all kinds of characters: whatever comes, the file is sound, and the same again.
 TEST_F(WritePdf, TakesAnyText) {
   const sim::Trials trials = sim::Trials::fromEnvironment();
