@@ -9,6 +9,7 @@ namespace {
 using store::Value;
 
 constexpr const char* kCombination[] = {"GLAccountID", "SubAccount1ID", "SubAccount2ID", "SubAccount3ID"};
+constexpr const char* kHead[] = {"Source", "JVNumber", "TransDate", "TransDescription"};
 // Of the document that a voucher was written for; history has 0 where there is none.
 constexpr const char* kDocuments[] = {"VendorID",    "APInvoiceID", "ChequeID",    "CustomerID",
                                       "ARInvoiceID", "PaymentID",   "AdjustmentID"};
@@ -21,6 +22,9 @@ PostVouchers::PostVouchers(store::Database& database)
       tblGLHist_(database, "GLHist"),
       tblGLActual_(database, "GLActual") {
   for (store::Cursor* cursor : {&tblJV_, &tblJVDet_, &tblGLHist_, &tblGLActual_}) cursor->open();
+  for (const char* field : kHead) ofVoucher_.emplace_back(tblJV_[field], tblGLHist_[field]);
+  for (const char* field : kDocuments) ofVoucher_.emplace_back(tblJV_[field], tblGLHist_[field]);
+  for (const char* field : kCombination) ofLine_.emplace_back(tblJVDet_[field], tblGLHist_[field]);
 }
 
 void PostVouchers::post(const Value& id) {
@@ -44,6 +48,9 @@ void PostVouchers::unpost(const Value& id) {
 
 void PostVouchers::find(const Value& id) {
   if (!tblJV_.findKey({id})) form::refuse("This record has been deleted by another user");
+  head_.clear();
+  for (const auto& [from, to] : ofVoucher_)
+    head_.push_back(head_.size() < std::size(kHead) ? from.value() : Value(from.asInt()));
 }
 
 // The row's lock decides between two who unpost it at once.
@@ -73,10 +80,8 @@ void PostVouchers::eachEntry(Direction direction, const std::function<void(const
 
 void PostVouchers::addHistory(const Entry& entry, bool linked) {
   tblGLHist_.append();
-  for (const char* field : kCombination) tblGLHist_[field] = tblJVDet_.value(field);
-  for (const char* field : {"Source", "JVNumber", "TransDate", "TransDescription"})
-    tblGLHist_[field] = tblJV_.value(field);
-  for (const char* field : kDocuments) tblGLHist_[field] = tblJV_[field].asInt();
+  for (const auto& [from, to] : ofLine_) to.set(from.value());
+  for (std::size_t i = 0; i < head_.size(); ++i) ofVoucher_[i].second.set(head_[i]);
   tblGLHist_["GLYear"] = entry.period.year;
   tblGLHist_["GLPeriod"] = entry.period.number;
   tblGLHist_["TransType"] = entry.transType;
@@ -92,7 +97,7 @@ void PostVouchers::addHistory(const Entry& entry, bool linked) {
 // A subaccount that is not used is null, here as in the line, and null equals only null.
 void PostVouchers::addTotal(const Entry& entry) {
   std::vector<Value> key;
-  for (const char* field : kCombination) key.push_back(tblJVDet_.value(field));
+  for (const auto& [from, to] : ofLine_) key.push_back(from.value());
   key.emplace_back(entry.period.year);
   if (tblGLActual_.findKey(key)) {
     tblGLActual_.edit();

@@ -49,6 +49,10 @@ class PostVouchers {
   bool removeHistory(const store::Value& id);
 
   store::Cursor tblJV_, tblJVDet_, tblGLHist_, tblGLActual_;
+  // What a row of history takes from its voucher, and from its line: where it stands in either, and the values of the
+  // voucher found last.
+  std::vector<std::pair<store::Field, store::Field>> ofVoucher_, ofLine_;
+  std::vector<store::Value> head_;
 };
 
 }  // namespace quillon::ledger
