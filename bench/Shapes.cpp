@@ -157,7 +157,7 @@ void createTheirs(Theirs& side, const TableDef& table) {
                 std::to_string(i) + " ON " + table.name + " (";
     for (std::size_t p = 0; p < index.parts.size(); ++p)
       statement += (p > 0 ? ", " : "") + table.fields[static_cast<std::size_t>(index.parts[p].field)].name +
-                   (index.parts[p].descending ? " DESC" : "");
+                   (index.caseInsensitive ? " COLLATE NOCASE" : "") + (index.parts[p].descending ? " DESC" : "");
     side.run(statement + ")");
   }
 }
