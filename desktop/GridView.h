@@ -10,6 +10,10 @@ class QLineEdit;
 
 namespace quillon::desktop {
 
+// Of a column: whether its cells are boxes that are ticked, and whether they end at the right.
+inline bool ticks(const form::Control* column) { return column && column->binding() && column->binding()->ticks(); }
+inline bool isRight(const form::Control& column) { return column.binding() && column.binding()->alignsRight(); }
+
 // The rows of a grid. Asks for those on view and no others. The active one stays on view, unless the thumb is drawn
 // away from it.
 class GridArea final : public QAbstractScrollArea {
@@ -31,6 +35,7 @@ class GridArea final : public QAbstractScrollArea {
   QSize sizeHint() const override;
 
  private:
+  static constexpr int kPadding = 6;
   struct Column {
     form::Control* control;
     int left, width;

@@ -197,9 +197,7 @@ void Window::paintEvent(QPaintEvent* event) {
 void Window::makeModal() { setWindowModality(Qt::ApplicationModal); }
 
 void Window::bringFront() {
-  if (isActiveWindow() || isMinimized() || QApplication::activePopupWidget() ||
-      QApplication::activeModalWidget() == this)
-    return;
+  if (isActiveWindow() || isMinimized() || QApplication::activePopupWidget()) return;
   raise();
   activateWindow();
 }
