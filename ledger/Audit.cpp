@@ -5,6 +5,7 @@
 #include <set>
 
 #include "base/Period.h"
+#include "ledger/AuditOpenings.h"
 #include "ledger/AuditedKeys.h"
 #include "ledger/Sources.h"
 #include "store/Cursor.h"
@@ -104,6 +105,7 @@ AuditReport Audit::take() {
   checkTotals();
   checkControl();
   keys_.check(report_.wrong);
+  for (Disagreement& one : auditOpenings(database_, fiscalYear_)) report(std::move(one));
   return std::move(report_);
 }
 

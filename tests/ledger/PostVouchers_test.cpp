@@ -1,9 +1,9 @@
-// Whatever is posted, unposted and purged, in whatever order: history and totals are those of the vouchers that stand
-// posted, and the audit agrees.
+// Whatever is posted, unposted, carried forward, closed, opened again and purged, in whatever order: history and totals
+// are those of the vouchers that stand posted, openings those of the years before, and the audit agrees.
 //
-// Method of the random work: two processes take turns. Vouchers come from the writer that the subledgers call, runs and
-// unpostings go through the screens, and the model works out both stores anew from the vouchers alone. Errors are
-// planted into what such work leaves, one at a time: a value, a row too few or too many.
+// Method of the random work: two processes take turns. Vouchers come from the writer that the subledgers call, runs,
+// unpostings and year ends go through the screens, and the model works out both stores anew from the vouchers alone.
+// Errors are planted into what such work leaves, one at a time: a value, a row too few or too many.
 #include "ledger/PostVouchers.h"
 
 #include <gtest/gtest.h>
@@ -59,8 +59,10 @@ class RandomPosting : public PostVouchersTest, public testing::WithParamInterfac
   void step(int purges) {
     sim::Clerk& who = *clerks_[random_.below(clerks_.size())];
     const std::vector<int> posted = model_.posted();
-    const std::size_t deed = random_.below(10);
-    if (deed < 4) {
+    const std::size_t deed = random_.below(11);
+    if (deed == 10) {
+      budget(who);
+    } else if (deed < 4) {
       PostedModel::Kept kept{.voucher = sim::randomVoucher(random_, year_), .reverses = random_.oneIn(3)};
       const int id = who.write(kept.voucher);
       if (kept.reverses) run("UPDATE JV SET AutoReverse = true WHERE JVID = " + std::to_string(id));
@@ -70,7 +72,7 @@ class RandomPosting : public PostVouchersTest, public testing::WithParamInterfac
     } else if (deed < 9 && !posted.empty()) {
       unpost(who, posted[random_.below(posted.size())]);
     } else {
-      if (random_.oneIn(2)) openYear(++year_);
+      if (random_.oneIn(2)) yearEnd(who, !random_.oneIn(3));
       if (random_.oneIn(2)) purge(who, purges);
     }
   }
@@ -78,12 +80,29 @@ class RandomPosting : public PostVouchersTest, public testing::WithParamInterfac
     ASSERT_TRUE(who.postAll().ok) << who.person.takeHeard();
     model_.post();
   }
-  // The voucher's year is opened again where it was closed.
+  // The voucher's year is opened again where it was closed, and then closed again with those behind it.
   void unpost(sim::Clerk& who, int id) {
-    openYear(std::min(year_, model_.vouchers.at(id).voucher.period.year));
+    const int year = model_.vouchers.at(id).voucher.period.year, open = year_;
+    if (year < open) openYear(year_ = year);
     ASSERT_TRUE(who.unpost(id).ok) << who.person.takeHeard();
-    openYear(year_);
     if (!model_.unpost(id)) traceless_ = true;
+    while (year_ < open) ASSERT_NO_FATAL_FAILURE(yearEnd(who, true));
+  }
+  void yearEnd(sim::Clerk& who, bool close) {
+    post(who);
+    ASSERT_TRUE(who.yearEnd(close).ok) << who.person.takeHeard();
+    model_.carryForward(year_);
+    if (close) ++year_;
+  }
+  void budget(sim::Clerk& who) {
+    const int account = 1 + static_cast<int>(random_.below(3)), subaccount = 1 + static_cast<int>(random_.below(3));
+    const std::string key = std::to_string(account) + " " + std::to_string(subaccount) + " " + std::to_string(year_);
+    const Money amount = Money::fromRaw(static_cast<std::int64_t>(random_.below(1'000'000)));
+    const auto there = budgets_.find(key);
+    ASSERT_TRUE(
+        who.budget(std::to_string(account), std::to_string(subaccount), year_, there != budgets_.end(), amount).ok)
+        << who.person.takeHeard();
+    budgets_[key] = amount.toText();
   }
   void openYear(int year) { run("UPDATE Company SET FiscalYear = " + std::to_string(year)); }
   void purge(sim::Clerk& who, int purges) {
@@ -105,6 +124,7 @@ class RandomPosting : public PostVouchersTest, public testing::WithParamInterfac
 
   sim::SeededRandom random_{0};
   PostedModel model_;
+  std::map<std::string, std::string> budgets_ = {{"1 1 2025", "null"}, {"2 2 2025", "null"}, {"3 3 2025", "null"}};
   int year_ = 2025;  // the first open one
   bool traceless_ = false;
 };
@@ -123,6 +143,12 @@ TEST_P(RandomPosting, LeavesWhatTheVouchersSay) {
                      "SELECT GLAccountID, SubAccount1ID, SubAccount2ID, SubAccount3ID, GLYear, GLPeriod, Amount, JVID "
                      "FROM GLHist"),
               model_.history())
+        << "step " << at;
+    sim::Rows budgets;
+    for (const auto& [key, amount] : budgets_) budgets.insert(key + " B " + amount + " ");
+    ASSERT_EQ(
+        rowsOf(other_.database(), "SELECT GLAccountID, SubAccount2ID, GLYear, ActualBudget, Amount5 FROM GLBudget"),
+        budgets)
         << "step " << at;
     ASSERT_EQ(auditText(other_.database()), "") << "step " << at;
   }
@@ -285,6 +311,7 @@ TEST_P(PlantedErrors, AreAllFound) {
     step(seed % 2 == 0 ? vouchers : history);
     ASSERT_FALSE(HasFatalFailure());
   }
+  ASSERT_NO_FATAL_FAILURE(yearEnd(clerk(), true));  // openings of an open year follow from nothing
   ASSERT_EQ(auditText(other_.database()), "");
   const std::uint64_t aim = trials.aim(1000 / 8, 10'000 / 8);
   for (std::uint64_t planted = 0; planted < aim;)

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -18,7 +20,8 @@
 #include "support/SeededRandom.h"
 #include "support/SimDesktop.h"
 
-// Books of three accounts and three subaccounts to post to, a clerk who does it, and a model of what comes of it.
+// Books of three accounts and three subaccounts to post to, and one for retained earnings, a clerk who does it, and a
+// model of what comes of it.
 namespace quillon::sim {
 
 inline void runOn(store::Database& database, const std::string& statement) {
@@ -28,9 +31,12 @@ inline void runOn(store::Database& database, const std::string& statement) {
 inline void makeBooks(store::Database& database) {
   store::createCompanyTables(database);
   runOn(database, "INSERT INTO Company (CompanyName, FiscalYear) VALUES ('Pine', 2025)");
-  for (const std::string id : {"1", "2", "3"}) {
+  runOn(database,
+        "INSERT INTO GLAccnt (GLAccountID, GLAccount, AccountName, AccountType, RetainedEarnings) VALUES (4, '4', '4', "
+        "5, true)");
+  for (const auto& [id, type] : {std::pair<std::string, std::string>("1", "1"), {"2", "3"}, {"3", "4"}}) {
     runOn(database, "INSERT INTO GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (" + id + ", '" +
-                        id + "', '" + id + "', 1)");
+                        id + "', '" + id + "', " + type + ")");
     runOn(database, "INSERT INTO GLAcSub2 (SubAccountID, SubAccount, SubAccountName) VALUES (" + id + ", '" + id +
                         "', '" + id + "')");
     runOn(database, "INSERT INTO GLBudget (GLAccountID, SubAccount2ID, GLYear, ActualBudget) VALUES (" + id + ", " +
@@ -78,6 +84,36 @@ struct Clerk {
     const form::Ended ended = input.click(screen, *screen.find("btnUnpost"));
     session.app().dismiss(screen);
     return ended;
+  }
+
+  // Carries the fiscal year forward, and closes it or leaves it open.
+  form::Ended yearEnd(bool close) {
+    form::Input input(session.app());
+    form::Screen& company = session.app().open("TfrmCompany");
+    person.modals.push_back([&](form::Screen& run) { input.click(run, *run.find("btnOK")); });
+    person.answers.push_front(close ? form::Button::yes : form::Button::no);
+    const form::Ended ended = input.click(company, *company.find("btnYearEnd"));
+    if (close && ended.ok) return input.click(company, *company.find("btnOK"));
+    session.app().dismiss(company);
+    return ended;
+  }
+  // Enters a budget, or changes the one that is there.
+  form::Ended budget(const std::string& account, const std::string& subaccount, int year, bool there, Money amount) {
+    form::Input input(session.app());
+    form::Open open{.newRow = !there};
+    if (there)
+      open.locate = {{"GLAccountID", store::Value(std::stoi(account))},
+                     {"SubAccount2ID", store::Value(std::stoi(subaccount))},
+                     {"GLYear", store::Value(year)}};
+    form::Screen& screen = session.app().open("TfrmGLBudgetAccount", open);
+    const auto set = [&](const char* name, const std::string& text) { input.set(screen, *screen.find(name), text); };
+    if (!there) {
+      set("editGLAccount", account);
+      set("editSubAccount2", subaccount);
+      set("editGLYear", std::to_string(year % 100));
+    }
+    set("editAmount5", amount.toText());
+    return input.click(screen, *screen.find("btnOK"));
   }
 
   ScriptedPerson person;
@@ -189,8 +225,44 @@ class PostedModel {
       for (const auto& [year, row] : kept.history) rows.insert(row);
     return rows;
   }
-  // Of each month that was ever posted to.
   Rows totals() const {
+    Rows rows;
+    for (const auto& [place, total] : all()) {
+      const auto text = [](const std::optional<Money>& amount) { return (amount ? amount->toText() : "null") + " "; };
+      std::string row = place.first + std::to_string(place.second) + " A " + text(total.opening);
+      for (const auto& amount : total.months) row += text(amount);
+      rows.insert(row);
+    }
+    return rows;
+  }
+  // Account 1 has a balance; those of the others are retained.
+  void carryForward(int year) {
+    const Totals now = all();
+    Money retained;
+    bool any = false;
+    for (const auto& [place, total] : now) {
+      if (place.second != year) continue;
+      any = true;
+      Money next = total.opening.value_or(Money());
+      for (const auto& amount : total.months) next += amount.value_or(Money());
+      if (!place.first.starts_with("1 ")) retained += std::exchange(next, Money());
+      const Place behind{place.first, year + 1};
+      if (next != Money() || now.contains(behind)) openings_[behind] = next;
+    }
+    if (any) openings_[{"4 null null null ", year + 1}] = retained;
+  }
+
+ private:
+  using Sums = std::map<std::string, std::map<int, Money>>;  // of combinations and periods
+  using Place = std::pair<std::string, int>;                 // a combination and a year
+  struct Total {
+    std::optional<Money> opening = {};
+    std::array<std::optional<Money>, 12> months = {};
+  };
+  using Totals = std::map<Place, Total>;
+
+  // Of each month that was ever posted to.
+  Totals all() const {
     Sums sums = purged_;
     for (const auto& [key, periods] : touched_)
       for (const int period : periods) sums[key][period];
@@ -198,21 +270,13 @@ class PostedModel {
       if (kept.posted)
         eachEntry(kept,
                   [&](const std::string& key, Period period, Money amount) { sums[key][period.key()] += amount; });
-    std::map<std::string, std::map<int, std::string>> years;
+    Totals totals;
     for (const auto& [key, months] : sums)
       for (const auto& [period, sum] : months)
-        years[key + std::to_string(period / 100) + " A null "][period % 100] = sum.toText();
-    Rows rows;
-    for (const auto& [key, months] : years) {
-      std::string row = key;
-      for (int month = 1; month <= 12; ++month) row += (months.contains(month) ? months.at(month) : "null") + " ";
-      rows.insert(row);
-    }
-    return rows;
+        totals[{key, period / 100}].months.at(static_cast<std::size_t>(period % 100 - 1)) = sum;
+    for (const auto& [place, opening] : openings_) totals[place].opening = opening;
+    return totals;
   }
-
- private:
-  using Sums = std::map<std::string, std::map<int, Money>>;  // of combinations and periods
 
   static std::string keyOf(const ledger::VoucherLine& line) {
     return line.account.toText() + " null " + line.subaccounts[1].toText() + " null ";
@@ -235,6 +299,7 @@ class PostedModel {
   std::map<std::string, std::set<int>> touched_;
   std::multimap<int, std::string> loose_;  // history that belongs to no voucher, by year
   Sums purged_;
+  std::map<Place, Money> openings_;
 };
 
 }  // namespace quillon::sim
