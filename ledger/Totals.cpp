@@ -5,8 +5,9 @@
 namespace quillon::ledger {
 
 Money changeOf(store::Cursor& row) {
+  const int first = row.fieldPosition(amountField(1));  // the others stand behind it
   Money sum;
-  for (int period = 1; period <= kPeriods; ++period) sum += row[amountField(period)].asMoney();
+  for (int period = 1; period <= kPeriods; ++period) sum += row.field(first + period - 1).asMoney();
   return sum;
 }
 

@@ -15,5 +15,6 @@ struct LedgerBench {
 };
 
 void bank(LedgerBench& bench);
+void yearEnd(LedgerBench& bench);
 
 }  // namespace quillon::bench
