@@ -18,6 +18,7 @@
 #include "form/Table.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
+#include "store/Query.h"
 #include "tests_desktop/DeskWork.h"
 
 namespace quillon::desktop {
@@ -250,6 +251,33 @@ TEST_F(Windows, AnOpenListShowsWhatOthersChangeWithoutAJump) {
   EXPECT_EQ(difference(top, picture()), std::pair(-1, -1));
   QTest::mouseClick(area.viewport(), Qt::LeftButton, {}, QPoint(20, header + row * 3 / 2));
   EXPECT_EQ(activeRow(list), 1u);
+}
+
+// Once for each press, also the second one of a double click, which opens nothing here; beside it a click only moves.
+TEST_F(Windows, ATickIsTurnedOverByTheMouse) {
+  for (const char* row :
+       {"INSERT INTO Bank (BankID, BankName, BankGLAccountID, CurrencyID) VALUES (1, 'Main', 1, 1)",
+        "INSERT INTO GLHist (GLAccountID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount) VALUES (1, "
+        "2026, 1, 'GL', 'JV', 1, '2026-01-01', 5)",
+        "INSERT INTO GLHist (GLAccountID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount) VALUES (1, "
+        "2026, 1, 'GL', 'JV', 2, '2026-01-02', 7)",
+        "UPDATE Company SET DefaultCurrencyID = 1"})
+    store::Query(work_.app().database(), row).execute();
+  Window* window = work_.front().windowOf(work_.open("TfrmBankRec"));
+  QWidget* rows = window->findChild<QAbstractScrollArea*>()->viewport();
+  const int header = rows->fontMetrics().height() + 10, second = header + (rows->fontMetrics().height() + 6) * 3 / 2;
+  const auto ticks = [&] { return work_.rows("SELECT Reconciling FROM GLHist ORDER BY GLHistID"); };
+  const std::vector<std::string> before = ticks();
+  QTest::mouseClick(rows, Qt::LeftButton, {}, {rows->width() / 2, second});
+  EXPECT_EQ(ticks(), before);
+  QTest::mouseClick(rows, Qt::LeftButton, {}, {5, second});
+  const std::vector<std::string> once = ticks();
+  EXPECT_EQ(once[0], before[0]);
+  EXPECT_NE(once[1], before[1]);
+  QTest::mouseClick(rows, Qt::LeftButton, {}, {5, second});
+  QTest::mouseDClick(rows, Qt::LeftButton, {}, {5, second});
+  EXPECT_EQ(ticks(), once);
+  EXPECT_EQ(work_.title(), "Bank Reconciliation");
 }
 
 // What is typed where nothing can be typed, a window closed with its mark, and a modal screen over another.
