@@ -133,7 +133,11 @@ void Audit::readHistory() {
   for (history_.first(); !history_.eof(); history_.next()) {
     const Period period = periodOf(history_);
     const Value id = history_.value("JVID");
-    keys_.checkCombination(history_, "GLHistID " + history_.value("GLHistID").toText(), report_.wrong);
+    const std::string key = "GLHistID " + history_.value("GLHistID").toText();
+    keys_.checkCombination(history_, key, report_.wrong);
+    // It was ticked before it was reconciled, and both go together.
+    if (history_["Reconciled"].asBool() && !history_["Reconciling"].asBool())
+      report({"GLHist", key, "Reconciling", "False", "True, as it is reconciled"});
     if (id.isNull())
       lastCancelled = std::max(lastCancelled, period.year);
     else

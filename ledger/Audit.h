@@ -31,14 +31,15 @@ struct AuditReport {
 // voucher can be posted; the amounts of GLActual are the sums of the posted vouchers and, of vouchers that are gone, of
 // their history; rows of history without a voucher balance document by document; the openings of a year come to
 // nothing in all, and behind a closed year they are what it carried forward (auditOpenings); accounts, subaccounts,
-// currencies and vouchers that rows point to are there; the next voucher's id is above all that were used.
+// currencies and vouchers that rows point to are there; the next voucher's id is above all that were used; what is
+// reconciled with a bank's statement was ticked.
 //
 // What was purged is no disagreement, as far as only a purge can have taken it: of years before the one that was closed
 // last, or before all others, vouchers may be gone with their lines, and so may all rows that a voucher has in such a
 // year's history. A year of which both may be gone has nothing that its totals could follow from.
 //
 // What follows from nothing else is taken as it stands: numbers that only have to be unique or to ascend, what was
-// typed into a voucher that waits to be posted as far as it balances, a single opening where no year was closed, marks
+// typed into a voucher that waits to be posted as far as it balances, a single opening where no year was closed, ticks
 // of the bank's statements.
 AuditReport auditLedger(store::Database& database);
 
