@@ -72,7 +72,7 @@ Window::Window(Front& front, form::Screen& screen, Window* parent)
     layout->setSizeConstraint(QLayout::SetFixedSize);
   }
   const QMargins air = layout->contentsMargins();
-  if (told > 0) root_->widget()->setMinimumWidth(told - air.left() - air.right());
+  if (told > 0 && !root_->stretches()) root_->widget()->setMinimumWidth(told - air.left() - air.right());
   addShortcuts(screen.root());
   for (QWidget* widget : findChildren<QWidget*>()) widget->installEventFilter(this);
 }

@@ -26,6 +26,7 @@ bool takesFocus(Kind kind) {
     case Kind::grid:
     case Kind::month:
     case Kind::button:
+    case Kind::pageview:
       return true;
     default:
       return false;

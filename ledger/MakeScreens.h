@@ -37,6 +37,7 @@ ScreenPtr makeGLHistoryFilter(shell::Session& session);
 ScreenPtr makeYearEnd(shell::Session& session);
 ScreenPtr makeCurrencies(shell::Session& session);
 ScreenPtr makeCurrency(shell::Session& session);
+ScreenPtr makeGLReports(shell::Session& session);
 ScreenPtr makeBanks(shell::Session& session);
 ScreenPtr makeBank(shell::Session& session);
 ScreenPtr makeBankBook(shell::Session& session);

@@ -25,7 +25,7 @@ class TrptGLHistory final : public reports::Report {
             [](form::App& app, std::int32_t id) {
               app.open("TfrmJV", {.locate = {{"JVID", store::Value(id)}}});
             },
-            [this] { return value("JVID").isNull() ? 0 : value("JVID").asInt(); });
+            [this] { return value("JVID").isNull() ? -1 : value("JVID").asInt(); });
     b.shown("Source", 550, [this] { return sourceText(value("Source"), value("TransType")); });
     b.text("Description", "TransDescription", 2000);
     b.shown("Account no.", 850, [this] {

@@ -58,7 +58,7 @@ struct Column {
   Column& sum() { return summed = true, *this; }
   Column& wrap() { return wraps = true, *this; }
   Column& under(const Column& other) { return upper = &other, *this; }
-  // A click on its figure opens what it is made of.
+  // A click on its figure opens what it is made of; a negative key leads nowhere.
   Column& opens(PreparedPages::Jump what, std::function<std::int32_t()> key) {
     return jump = std::move(what), jumpKey = std::move(key), *this;
   }

@@ -4,8 +4,8 @@
 
 #include "base/Errors.h"
 #include "form/App.h"
-#include "form/Place.h"
 #include "platform/Desktop.h"
+#include "reports/FileName.h"
 #include "reports/Pages.h"
 #include "reports/WritePdf.h"
 #include "shell/Printer.h"
@@ -22,10 +22,7 @@ std::unique_ptr<form::PageRun> startReport(shell::Session& session, std::string_
 }
 
 void preview(shell::Session& session, std::string_view className, const form::Open& open) {
-  if (!shell::printerInstalled(session))
-    form::refuse(
-        "You do not have a default printer defined.\r\rTo preview or print reports a printer must be defined, though "
-        "not necessarily attached.");
+  shell::requirePrinter(session);
   form::App& app = session.app();
   app.person().hourglass(true);
   const std::unique_ptr<form::PageRun> run = startReport(session, className, open);
@@ -53,12 +50,6 @@ void print(shell::Session& session, const PreparedPages& pages, const form::Prin
                            .toPage = choice.toPage,
                            .copies = choice.copies},
                           [&] { session.person().progress({.text = "Printing", .done = 0, .total = choice.copies}); });
-}
-
-std::string fileNameOf(std::string title) {
-  for (char& c : title)
-    if (std::string_view("\"*/:<>?\\|").find(c) != std::string_view::npos) c = ' ';
-  return title;
 }
 
 }  // namespace quillon::reports

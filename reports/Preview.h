@@ -28,7 +28,4 @@ std::unique_ptr<form::PageRun> startReport(shell::Session& session, std::string_
 // Sends the pages to the desktop's printer, the whole job once for each copy. Error with the print service's words.
 void print(shell::Session& session, const PreparedPages& pages, const form::PrintChoice& choice);
 
-// A file name made of a title: what no name may have becomes a blank.
-std::string fileNameOf(std::string title);
-
 }  // namespace quillon::reports

@@ -1,11 +1,24 @@
 #include "reports/Report.h"
 
+#include <charconv>
+
+#include "base/Errors.h"
 #include "form/App.h"
 #include "form/Screen.h"
 #include "shell/MonthNames.h"
 #include "shell/Session.h"
 
 namespace quillon::reports {
+namespace {
+
+int wholeOf(const std::string& text) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) throw Error("'" + text + "' is not a whole number");
+  return number;
+}
+
+}  // namespace
 
 Report::Report(shell::Session& session) : session_(session), qryMain_(session.app().database(), {}, "qryMain") {}
 Report::~Report() = default;
@@ -34,6 +47,16 @@ std::string Report::orderOf(const form::Open& open, const std::string& order) {
 std::string Report::wordOf(const form::Open& open, const std::string& name) {
   const auto found = open.values.find(name);
   return found == open.values.end() || found->second.isNull() ? std::string() : found->second.toText();
+}
+
+int Report::periodOf(const form::Open& open) {
+  const std::string text = wordOf(open, "period");
+  return text.empty() ? 0 : wholeOf(text);
+}
+
+int Report::yearOf(const form::Open& open) const {
+  const std::string text = wordOf(open, "year");
+  return text.empty() ? app().today().year() : wholeOf(text);
 }
 
 std::string longDate(const form::App& app, Date date) {

@@ -57,6 +57,9 @@ class Report {
   static std::string orderOf(const form::Open& open, const std::string& order);
   // One of its values as text; empty when it has none of that name.
   static std::string wordOf(const form::Open& open, const std::string& name);
+  // Its values "year", that of today where there is none, and "period", 0 for all of the year.
+  int yearOf(const form::Open& open) const;
+  static int periodOf(const form::Open& open);
 
  private:
   shell::Session& session_;

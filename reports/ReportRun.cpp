@@ -322,8 +322,10 @@ Strip ReportRun::detail() {
     if (!column.jump) continue;
     ++jump;
     if (strip.content.elements.size() == before) continue;
+    const std::int32_t key = column.jumpKey();
+    if (key < 0) continue;
     strip.content.elements.back().jump = jump;
-    strip.content.elements.back().jumpKey = column.jumpKey();
+    strip.content.elements.back().jumpKey = key;
   }
   strip.height = std::max(strip.height, height);
   strip.add(bands_.detail, strip.height);

@@ -10,6 +10,7 @@
 #include "form/Place.h"
 #include "form/Screen.h"
 #include "platform/Desktop.h"
+#include "reports/FileName.h"
 #include "reports/MakeScreens.h"
 #include "reports/Pages.h"
 #include "reports/Preview.h"
@@ -79,13 +80,16 @@ void TfrmPreview::build(form::Layout& l) {
   form::Control& print = l.button("btnPrint", "P&rint...", &TfrmPreview::btnPrintClick).key("Ctrl+P");
   form::Control& pdf = l.button("btnPDF", "PD&F...", &TfrmPreview::btnPDFClick).hint("Export Report to PDF");
   form::Control& excel = l.button("btnExcel", "&Excel...", &TfrmPreview::btnExcelClick).hint("Export Report to Excel");
-  l.row(first, prior, next, last, number, zoom, farther, closer, search, find, print, pdf, excel);
+  l.row(first, prior, next, last, number, zoom, farther, closer);
+  l.row(search, find, print, pdf, excel);
   l.pageview("pgvPages", view_);
 }
 
 void TfrmPreview::shown(const form::Open& open) {
   if (const auto* pages = std::any_cast<std::shared_ptr<form::PageSource>>(&open.draft)) view_.pages = *pages;
   view_.page = 1;
+  setFocus(find("pgvPages"));
+  if (view_.pages) root().sized(pages().landscape() ? form::Size{1150, 900} : form::Size{900, 1250});
 }
 
 // Commands.

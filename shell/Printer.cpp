@@ -1,5 +1,6 @@
 #include "shell/Printer.h"
 
+#include "form/Place.h"
 #include "platform/Desktop.h"
 #include "platform/SettingsText.h"
 #include "shell/Session.h"
@@ -14,6 +15,13 @@ bool printerInstalled(Session& session) {
     return false;
   session.writeSettings([](platform::SettingsText& settings) { settings.set("General", kKey, "1"); });
   return true;
+}
+
+void requirePrinter(Session& session) {
+  if (!printerInstalled(session))
+    form::refuse(
+        "You do not have a default printer defined.\r\rTo preview or print reports a printer must be defined, though "
+        "not necessarily attached.");
 }
 
 }  // namespace quillon::shell

@@ -125,10 +125,7 @@ void offerToDelete(form::Person& person, const std::string& path) {
 }  // namespace
 
 void emailDocument(shell::Session& session, const EmailedDocument& document) {
-  if (!shell::printerInstalled(session))
-    form::refuse(
-        "You do not have a default printer defined.\r\rTo preview or print reports a printer must be defined, though "
-        "not necessarily attached.");
+  shell::requirePrinter(session);
   const Company company(session);
   requireSettings(session, company);
   if (addressesIn(document.address).empty()) form::refuse(document.partner + "'s Email Address has not been entered");
