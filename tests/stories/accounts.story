@@ -2,8 +2,7 @@
 #
 # Not reached by any story: the store's own words in the record-lock dialog (needs a damaged table or a failing disk),
 # the words for a table that a run of another program holds locked (tests/ledger has that), and a picker's type joined to
-# a filter of its caller (no screen gives one yet). Print of accounts is disabled until the screen is there
-# that it opens.
+# a filter of its caller (no screen gives one yet).
 @ --today 2026-03-05 --country Canada
 > {"sql":"INSERT INTO FStmt (StmtID, StmtTitle, ColumnFormat) VALUES (1, 'Income', 'Actual')"}
 > {"menu":"GL > Accounts"}

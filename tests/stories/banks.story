@@ -10,7 +10,7 @@
 > {"state":"frmCurrencies"}
 < {"state":{"title":"Currencies","controls":{"grdCurrency":{"total":0,"columns":[{"caption":"Currency Name"},
    {"caption":"Exchange Rate"}]}},"menus":[{"path":"&Edit > &New"},{"path":"&Edit > &Edit"},{"path":"&Edit > &Delete"},
-   {"path":"&Edit > &Refresh"}]}}
+   {"path":"&Edit > &Refresh"},{"path":"&View > &Print..."}]}}
 | mnuEdit
 | mnuDelete
 > {"click":"frmCurrencies.{1}"}
@@ -106,7 +106,7 @@
 > {"state":"frmBanks"}
 < {"state":{"title":"Banks","menus":[{"path":"&Edit > &New"},{"path":"&Edit > &Edit"},{"path":"&Edit > &Delete"},
    {"path":"&Edit > &Refresh"},{"path":"&View > Bank &Book","enabled":true},
-   {"path":"&View > Bank &Reconciliation","enabled":true}]}}
+   {"path":"&View > Bank &Reconciliation","enabled":true},{"path":"&View > &Print..."}]}}
 > {"click":"frmBanks.mnuNew"}
 > {"state":"frmBank"}
 < {"state":{"title":"New Bank","focus":"frmBank.editBankName","controls":{

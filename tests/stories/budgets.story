@@ -18,7 +18,7 @@
    {"caption":"Total Change"}],"rows":[{"cells":{"GLAccount":"1000","GLYear":"","TotalChange":"0.00"}},"...",{}]}},
    "menus":[{"path":"&Edit > &New"},{"path":"&Edit > &Edit"},{"path":"&Edit > &Delete"},{"path":"&Edit > &Find..."},
    {"path":"&Edit > F&ilter..."},{"path":"&Edit > &Refresh"},{"path":"&View > &History"},{"path":"&View > &Totals"},
-   {"path":"&View > &Print...","enabled":false},{"path":"&View > &Export..."},{"path":"&View > &Import..."},
+   {"path":"&View > &Print...","enabled":true},{"path":"&View > &Export..."},{"path":"&View > &Import..."},
    {"path":"&Sort by > Account &no.","checked":true},{"path":"&Sort by > &Name"}]}}
 
 # A new one: each check in its turn, and the arrows among the amounts.

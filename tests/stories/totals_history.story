@@ -36,8 +36,9 @@
    {"cells":{"GLAccount":"2000","GLYear":"2025","OpeningBal":"(30.00)","TotalChange":"0.00"}},
    {"cells":{"GLAccount":"4000"}},{"cells":{"GLAccount":"X5'0","Name":"Unused","GLYear":"","OpeningBal":""}}]}},
    "menus":[{"path":"&Edit > &Find..."},{"path":"&Edit > F&ilter..."},{"path":"&Edit > &Refresh"},
-   {"path":"&View > &History"},{"path":"&View > &Budget","enabled":true},{"path":"&View > &Print...","enabled":false},
-   {"path":"&View > &Export..."},{"path":"&Sort by > Account &no.","checked":true},{"path":"&Sort by > &Name"}]}}
+   {"path":"&View > &History"},{"path":"&View > &Budget","enabled":true},
+   {"path":"&View > &Print > Data: &Auto (Balance or Net Change)"},{"path":"&View > &Print > Data: &Net Change"},
+   {"path":"&View > &Print > Data: &Balance"},{"path":"&View > &Export..."},{"path":"&Sort by > Account &no.","checked":true},{"path":"&Sort by > &Name"}]}}
 
 # Sorting and reading anew keep the row.
 > {"grid":"frmGLBalances.grdGLActual","do":"goto","row":1}
@@ -137,7 +138,7 @@
    {"cells":{"GLAccount":"1000"}},{"cells":{"Source":"GL JVR","Name":"Cash - North - Retail"}},
    {"cells":{"TransDescription":"Cancelled"}},{"cells":{"TransDescription":"Lost"}},{"cells":{"Source":"AP Pmt"}}]}},
    "menus":[{"path":"&Edit > F&ilter..."},{"path":"&Edit > &Refresh"},{"path":"&View > &Source"},{"path":"&View > &JV"},
-   {"path":"&View > &Print...","enabled":false}]}}
+   {"path":"&View > &Print..."}]}}
 
 # To the voucher: by its id; by its number for a row without one; in the period before for a reversing one.
 | 0 | 1001

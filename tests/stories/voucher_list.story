@@ -24,8 +24,8 @@
    "menus":[{"path":"&Edit > &New"},{"path":"&Edit > &Edit"},{"path":"&Edit > &Delete"},{"path":"&Edit > &Find..."},
    {"path":"&Edit > F&ilter..."},{"path":"&Edit > &Refresh"},{"path":"&JV > &Copy"},
    {"path":"&JV > &Post..."},{"path":"&JV > &Unpost Selected JV"},
-   {"path":"&JV > &History","enabled":true},{"path":"&JV > Print &List...","enabled":false},
-   {"path":"&JV > Print &Selected JV...","enabled":false},{"path":"&Sort by > Period &ascending"},
+   {"path":"&JV > &History","enabled":true},{"path":"&JV > Print &List...","enabled":true},
+   {"path":"&JV > Print &Selected JV...","enabled":true},{"path":"&Sort by > Period &ascending"},
    {"path":"&Sort by > Period &descending","checked":true},{"path":"&Sort by > &JV no."},
    {"path":"&Sort by > D&escription"}]}}
 
