@@ -72,7 +72,10 @@ class App {
   // Whether the person may use a screen: the field of Users and the name to show. Tells them when not.
   std::function<bool(const std::string& field, const std::string& displayName)> checkAccess;
   // Runs a report, by its class name, and shows it in a preview.
-  std::function<void(const std::string& report, const Open& open)> preview;
+  std::function<void(const std::string& report, const Open& open)> preview = [](const std::string& report,
+                                                                                const Open&) {
+    throw Error("This version does not have the report '" + report + "'");
+  };
   // Shows a page of the manual, by its context number.
   std::function<void(int context)> help;
 

@@ -16,6 +16,7 @@
 #include "form/Grid.h"
 #include "ledger/Screens.h"
 #include "maintenance/Screens.h"
+#include "reports/Screens.h"
 #include "shell/CountryDefaults.h"
 #include "shell/SampleCompany.h"
 #include "shell/Start.h"
@@ -63,6 +64,7 @@ std::vector<std::string> rowsOf(store::Database& company, const std::string& sta
 DeskWork::DeskWork(Books books) : session_(environmentOn(disk_), person_, desktop_) {
   makeCompany(session_.store(), company_.path(), books);
   shell::registerScreens(session_);
+  reports::registerScreens(session_);
   ledger::registerScreens(session_);
   maintenance::registerScreens(session_);
   shell::prepareStart(session_);
