@@ -20,7 +20,9 @@ enum class StatementKind { balanceSheet, incomeStatement };
 // Of a revenue line a statement of changes shows the opposite of what the ledger has, of a line of liabilities or
 // equity a statement of balances does: credits are negative there, and are read as what was earned or is owed.
 enum class LineType { heading, detail, detailRevenue, detailLiEq, total, totalRevenue, totalLiEq };
-std::string_view nameOf(LineType type);         // "Detail Li Eq"
+inline constexpr std::array<std::string_view, 7> kLineTypes = {
+    "Heading", "Detail", "Detail Revenue", "Detail Li Eq", "Total", "Total Revenue", "Total Li Eq"};
+inline std::string_view nameOf(LineType type) { return kLineTypes[static_cast<std::size_t>(type)]; }
 LineType lineTypeNamed(std::string_view name);  // a heading where it is none
 bool isDetail(LineType type);
 bool isTotal(LineType type);
