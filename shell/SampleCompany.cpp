@@ -11,6 +11,7 @@
 #include "shell/CountryDefaults.h"
 #include "shell/NewCompany.h"
 #include "shell/SampleLedger.h"
+#include "shell/SampleStatements.h"
 #include "shell/SampleVouchers.h"
 #include "shell/Session.h"
 #include "store/Cursor.h"
@@ -78,6 +79,7 @@ void Sample::write(Date today) {
   writeForeignBank();
   writeSampleLedger(database_, accounts_, sampleVouchers(year_, static_cast<int>(country_.taxRate), foreignRate()),
                     {year_, kPostedMonths});
+  writeSampleStatements(database_, accounts_, year_);
 }
 
 void Sample::writeSettings() {
@@ -175,6 +177,7 @@ void fillSampleCompany(store::Database& database, const CountryDefaults& country
   std::vector<std::string> tables = {"GLAcSub1", "GLAcSub2"};
   tables.insert(tables.end(), kNewCompanyTables.begin(), kNewCompanyTables.end());
   tables.insert(tables.end(), std::begin(kSampleLedgerTables), std::end(kSampleLedgerTables));
+  tables.insert(tables.end(), std::begin(kSampleStatementTables), std::end(kSampleStatementTables));
   form::transact(database, tables, [&] { Sample(database, country, today.year() - 1).write(today); });
 }
 
