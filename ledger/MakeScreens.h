@@ -42,5 +42,8 @@ ScreenPtr makeBanks(shell::Session& session);
 ScreenPtr makeBank(shell::Session& session);
 ScreenPtr makeBankBook(shell::Session& session);
 ScreenPtr makeBankRec(shell::Session& session);
+ScreenPtr makeFinancialStmt(shell::Session& session);
+ScreenPtr makeFinancialStmtAuto(shell::Session& session);
+ScreenPtr makeFStmtValidation(shell::Session& session);
 
 }  // namespace quillon::ledger

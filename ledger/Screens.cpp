@@ -50,6 +50,9 @@ constexpr Row kScreens[] = {
     {.className = "TfrmBank", .make = makeBank, .help = 260},
     {.className = "TfrmBankBook", .make = makeBankBook, .opening = Opening::plain, .help = 261},
     {.className = "TfrmBankRec", .make = makeBankRec, .opening = Opening::plain, .help = 262},
+    {.className = "TfrmFinancialStmt", .make = makeFinancialStmt, .help = 281},
+    {.className = "TfrmFinancialStmtAuto", .make = makeFinancialStmtAuto, .help = 281},
+    {.className = "TfrmFStmtValidation", .make = makeFStmtValidation, .help = 281},
 };
 
 struct ReportRow {

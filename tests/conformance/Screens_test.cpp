@@ -52,7 +52,12 @@ constexpr const char* kRows[] = {
     "INSERT INTO JV (JVID, GLYear, GLPeriod, JVNumber, Source, TransType, TransDate, JVAmount, Posted) "
     "VALUES (900, 2026, 3, 1900, 'GL', 'JV', '2026-03-02', 10, false)",
     "INSERT INTO JVDet (JVID, Seq, GLAccountID, GLAmount) VALUES (900, 1, 1, 10)",
-    "INSERT INTO JVDet (JVID, Seq, GLAccountID, SubAccount1ID, GLAmount) VALUES (900, 2, 1, 1, -10)"};
+    "INSERT INTO JVDet (JVID, Seq, GLAccountID, SubAccount1ID, GLAmount) VALUES (900, 2, 1, 1, -10)",
+    "INSERT INTO FStmt (StmtID, StmtTitle, ColumnFormat) VALUES (1, 'Balance Sheet', 'Balance: Simple')",
+    "INSERT INTO FStmtLin (StmtID, Seq, LineNo, LineHeading, LineType) VALUES (1, 1, 2, 'Cash', 'Detail')",
+    "INSERT INTO FStmtLin (StmtID, Seq, LineNo, LineHeading, LineType) VALUES (1, 2, 1, 'All', 'Total')",
+    "INSERT INTO FStmtLAc (StmtID, Seq, AccountFrom, SubAccount1ID) VALUES (1, 1, '1', 1)",
+    "INSERT INTO FStmtLTo (StmtID, Seq, TotalLineSeq) VALUES (1, 1, 2)"};
 
 class Screens : public testing::TestWithParam<bool> {
  protected:
@@ -88,10 +93,12 @@ class Screens : public testing::TestWithParam<bool> {
     form::Open open;
     open.values["level"] = store::Value(1);
     open.values["year"] = store::Value(2026);
+    if (GetParam()) open.values["StmtID"] = store::Value(1);
     open.draft = static_cast<ledger::VoucherLineTaker*>(&lines_);
     const std::map<std::string, std::string> keys = {
         {"TfrmGLAccount", "GLAccountID"},       {"TfrmGLAccountSub", "SubAccountID"}, {"TfrmJV", "JVID"},
-        {"TfrmGLBudgetAccount", "GLAccountID"}, {"TfrmCurrency", "CurrencyID"},       {"TfrmBank", "BankID"}};
+        {"TfrmGLBudgetAccount", "GLAccountID"}, {"TfrmCurrency", "CurrencyID"},       {"TfrmBank", "BankID"},
+        {"TfrmFinancialStmt", "StmtID"}};
     const auto key = keys.find(entry.className);
     if (key == keys.end()) return open;
     if (GetParam())
