@@ -21,6 +21,7 @@ ReportPtr makeTrptGLBalances(shell::Session& session);
 ReportPtr makeTrptGLBudget(shell::Session& session);
 ReportPtr makeTrptGeneralLedger(shell::Session& session);
 ReportPtr makeTrptGeneralLedgerSummary(shell::Session& session);
+ReportPtr makeTrptFinancialStmt(shell::Session& session);
 ReportPtr makeTrptTrialBalance(shell::Session& session);
 ReportPtr makeTrptGLHistory(shell::Session& session);
 ReportPtr makeTrptBanks(shell::Session& session);

@@ -69,6 +69,7 @@ constexpr ReportRow kReports[] = {
     {"TrptGLBudget", "TfrmGLBudget", makeTrptGLBudget},
     {"TrptGeneralLedger", "TfrmGLReports", makeTrptGeneralLedger},
     {"TrptGeneralLedgerSummary", "TfrmGLReports", makeTrptGeneralLedgerSummary},
+    {"TrptFinancialStmt", "TfrmGLReports", makeTrptFinancialStmt},
     {"TrptTrialBalance", "TfrmGLReports", makeTrptTrialBalance},
     {"TrptGLHistory", "TfrmGLHistory", makeTrptGLHistory},
     {"TrptBanks", "TfrmBanks", makeTrptBanks},

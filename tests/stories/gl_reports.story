@@ -1,0 +1,105 @@
+# The launcher of the ledger's reports: choosing, what each asks for, previews, and from a figure to what it is made of.
+@ --today 2026-03-05 --country Canada --printer letter
+| GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (1, '1000', 'Cash', 1)
+| GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (2, '2000', 'Loan', 2)
+| GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (3, '4000', 'Sales', 3)
+| GLAcSub1 (SubAccountID, SubAccount, SubAccountName) VALUES (1, 'N', 'North')
+| GLActual (GLAccountID, GLYear, ActualBudget, OpeningBal, Amount2, Amount3) VALUES (1, 2026, 'A', 100.5, 50, 1500.25)
+| GLActual (GLAccountID, GLYear, ActualBudget, OpeningBal, Amount2) VALUES (2, 2026, 'A', -100.5, -50)
+| GLActual (GLAccountID, SubAccount1ID, GLYear, ActualBudget, Amount3) VALUES (3, 1, 2026, 'A', -1500.25)
+| GLBudget (GLAccountID, GLYear, ActualBudget, Amount1, Amount4) VALUES (1, 2026, 'B', 900, 1)
+| JV (JVID, GLYear, GLPeriod, JVNumber, Source, TransType, TransDate, TransDescription, JVAmount, Posted, AutoReverse) VALUES (5, 2026, 3, 1001, 'GL', 'JV', '2026-03-02', 'Sold', 1500.25, true, false)
+| JVDet (JVID, Seq, GLAccountID, GLAmount) VALUES (5, 1, 1, 1500.25)
+| JVDet (JVID, Seq, GLAccountID, SubAccount1ID, GLAmount) VALUES (5, 2, 3, 1, -1500.25)
+| GLHist (GLAccountID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount, TransDescription, JVID) VALUES (1, 2026, 3, 'GL', 'JV', 1001, '2026-03-02', 1500.25, 'Sold', 5)
+| GLHist (GLAccountID, SubAccount1ID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount, TransDescription, JVID) VALUES (3, 1, 2026, 3, 'GL', 'JV', 1001, '2026-03-02', -1500.25, 'Sold', 5)
+> {"sql":"INSERT INTO {1}"}
+|
+> {"menu":"GL > Reports"}
+< {"opened":["frmGLReports"],"focus":"frmGLReports.lboReports"}
+> {"state":"frmGLReports"}
+< {"state":{"title":"GL Reports","controls":{"pagSteps":{"page":0,"pages":["Choose a report.","...","Choose a statement."]},"lboReports":{"value":"General Ledger"},"btnBack":{"caption":"< &Back","enabled":false},"btnNext":{"caption":"&Next >"}}}}
+
+# The trial balance asks for a period; what is wrong with it keeps the focus there.
+> {"set":"frmGLReports.lboReports","value":"Trial Balance"}
+> {"click":"frmGLReports.btnNext"}
+< {"focus":"frmGLReports.editGLPeriod"}
+> {"state":"frmGLReports"}
+< {"state":{"controls":{"pagSteps":{"page":1},"lblReportTitle":{"caption":"Trial Balance"},"btnNext":{"caption":"&Preview"},"editGLPeriod":{"visible":true},"editAsOfDate":{"visible":false},"editDateFrom":{"visible":false},"cboStyle":{"visible":false},"chkAutoForex":{"visible":false},"chkValidate":{"visible":false}}}}
+> {"set":"frmGLReports.editGLPeriod","value":"13"}
+< {"ok":false,"messages":[{"text":"Period must be between 1 and 12"}],"focus":"frmGLReports.editGLPeriod"}
+> {"set":"frmGLReports.editGLPeriod","value":"3"}
+> {"set":"frmGLReports.editGLYear","value":""}
+> {"click":"frmGLReports.btnNext"}
+< {"ok":false,"messages":[{"text":"Period invalid...\rEnter year as 2 digits"}],"focus":"frmGLReports.editGLYear"}
+> {"set":"frmGLReports.editGLYear","value":"26"}
+> {"click":"frmGLReports.btnNext"}
+< {"opened":["frmPreview"]}
+> {"state":"frmPreview","page":1}
+< {"state":{"controls":{"panelPageNumber":{"caption":"Page 1 of 1"},"pgvPages":{"title":"Trial Balance","count":1,"links":["Cash","Loan","Sales - North"]}}}}
+
+# From the balance to the account's history of the year.
+> {"follow":"frmPreview.pgvPages","text":"Cash"}
+< {"opened":["frmGLHistory"]}
+> {"state":"frmGLHistory"}
+< {"state":{"controls":{"grdGLHist":{"total":1}}}}
+> {"follow":"frmPreview.pgvPages","text":"Acme"}
+< {"ok":false,"error":{"text":"'Acme' leads nowhere"}}
+
+# The launcher stays, and another preview stands beside the first.
+> {"click":"frmGLReports.btnBack"}
+> {"set":"frmGLReports.lboReports","value":"General Ledger"}
+> {"click":"frmGLReports.btnNext"}
+> {"click":"frmGLReports.btnNext"}
+< {"opened":["frmPreview2"]}
+> {"state":"frmPreview2","page":1}
+< {"state":{"controls":{"pgvPages":{"title":"General Ledger","links":["1001","1001"]}}}}
+> {"follow":"frmPreview2.pgvPages","text":"1001"}
+< {"opened":["frmJV"]}
+> {"set":"frmGLReports.editGLPeriod","value":""}
+> {"click":"frmGLReports.btnBack"}
+> {"set":"frmGLReports.lboReports","value":"General Ledger Summary"}
+> {"click":"frmGLReports.btnNext"}
+> {"click":"frmGLReports.btnNext"}
+< {"opened":["frmPreview3"]}
+> {"state":"frmPreview3","page":1}
+< {"state":{"controls":{"pgvPages":{"title":"General Ledger Summary"}}}}
+
+# Statements: a range of periods only where changes are shown.
+> {"click":"frmGLReports.btnBack"}
+> {"set":"frmGLReports.lboReports","value":"Income Statement"}
+> {"click":"frmGLReports.btnNext"}
+> {"click":"frmGLReports.btnNext"}
+< {"ok":false,"messages":[{"text":"Period must be between 1 and 12"}]}
+> {"set":"frmGLReports.editGLPeriod","value":"3"}
+> {"set":"frmGLReports.editGLPeriodTo","value":"2"}
+> {"click":"frmGLReports.btnNext"}
+< {"ok":false,"messages":[{"text":"To period is before the period"}]}
+> {"set":"frmGLReports.editGLPeriodTo","value":"4"}
+> {"set":"frmGLReports.cboStyle","value":"Net Change: Compare period"}
+> {"click":"frmGLReports.btnNext"}
+< {"opened":["frmPreview4"]}
+> {"state":"frmPreview4","page":1}
+< {"state":{"controls":{"pgvPages":{"title":"Income Statement"}}}}
+> {"click":"frmGLReports.btnBack"}
+> {"set":"frmGLReports.lboReports","value":"Balance Sheet"}
+> {"click":"frmGLReports.btnNext"}
+> {"state":"frmGLReports"}
+< {"state":{"controls":{"editGLPeriodTo":{"visible":false},"cboStyle":{"value":"Balance: Simple"}}}}
+> {"click":"frmGLReports.btnNext"}
+< {"opened":["frmPreview5"]}
+> {"state":"frmPreview5","page":1}
+< {"state":{"controls":{"pgvPages":{"title":"Balance Sheet"}}}}
+
+# Without a printer nothing is previewed; the previews go with the company.
+> {"quit":true}
+@ --today 2026-03-05 --country Canada --printer none
+> {"menu":"GL > Reports"}
+> {"click":"frmGLReports.btnNext"}
+> {"click":"frmGLReports.btnNext"}
+< {"waiting":{"dialog":{"kind":"warning","text":"No printer driver was detected. Do you have a printer installed?","buttons":["Yes","No"],"default":"No"}}}
+> {"answer":"No"}
+< {"ok":false,"messages":[{"text":"You do not have a default printer defined.\r\rTo preview or print reports a printer must be defined, though not necessarily attached."}],"opened":[]}
+> {"click":"frmGLReports.btnNext"}
+> {"answer":"Yes"}
+< {"opened":["frmPreview"]}
