@@ -4,6 +4,7 @@
 #include "ledger/Accounts.h"
 #include "ledger/Totals.h"
 #include "ledger/TotalsFile.h"
+#include "reports/TableFile.h"
 #include "shell/Session.h"
 
 namespace quillon::ledger {
@@ -165,13 +166,11 @@ void TotalsList::printRows(const char* report, const char* data) {
 }
 
 void TotalsList::mnuExportClick() {
-  const std::optional<std::string> path = app().person().chooseFile({.title = "Export",
-                                                                     .filter = "Text files (*.txt)|*.txt",
-                                                                     .name = rows_.file,
-                                                                     .extension = "txt",
-                                                                     .saving = true});
+  const std::optional<std::string> path = app().person().chooseFile(
+      {.title = "Export", .filter = reports::kTableFilter, .name = rows_.file, .extension = "xlsx", .saving = true});
   if (!path) form::abort();
-  writeTotalsFile(rows(), *path);
+  app().person().hourglass(true);
+  writeTotalsFile(rows(), rows_.file, *path);
 }
 
 }  // namespace quillon::ledger

@@ -7,13 +7,6 @@
 namespace quillon::reports {
 namespace {
 
-std::string nameOf(std::size_t column) {
-  std::string name;
-  for (std::size_t rest = column + 1; rest > 0; rest = (rest - 1) / 26)
-    name.insert(name.begin(), static_cast<char>('A' + (rest - 1) % 26));
-  return name;
-}
-
 // Whether the part that both have is half of the narrower one or more.
 template <class A, class B>
 bool isOver(const A& a, const B& b) {
@@ -22,6 +15,13 @@ bool isOver(const A& a, const B& b) {
 }
 
 }  // namespace
+
+std::string columnName(std::size_t column) {
+  std::string name;
+  for (std::size_t rest = column + 1; rest > 0; rest = (rest - 1) / 26)
+    name.insert(name.begin(), static_cast<char>('A' + (rest - 1) % 26));
+  return name;
+}
 
 SheetColumns::SheetColumns(const PreparedPages& report) {
   std::set<std::pair<int, int>> boxes;  // width, left: the narrow ones first
@@ -46,7 +46,7 @@ SheetColumns::SheetColumns(const PreparedPages& report) {
   }
   if (columns_.empty()) columns_.push_back({report.left, report.width - report.right});
   std::ranges::sort(columns_, {}, &Column::left);
-  for (std::size_t i = 0; i < columns_.size(); ++i) names_.push_back(nameOf(i));
+  for (std::size_t i = 0; i < columns_.size(); ++i) names_.push_back(columnName(i));
 }
 
 std::size_t SheetColumns::of(const Element& element) {

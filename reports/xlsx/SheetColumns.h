@@ -10,6 +10,9 @@
 
 namespace quillon::reports {
 
+// "A", "B", ... "AA"; 0 is the first.
+std::string columnName(std::size_t column);
+
 // The columns of a sheet, found from where the column header and the details of a report stand on the page.
 //
 // Boxes that lie above each other for the most part are one column. A box that lies across several, such as a remark
@@ -23,7 +26,6 @@ class SheetColumns {
   std::size_t of(const Element& element);
   // In 1/1000 inch, with the gap to the next.
   int width(std::size_t column) const;
-  // "A", "B", ... "AA"
   const std::string& name(std::size_t column) const { return names_[column]; }
 
  private:

@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "platform/Program.h"
+#include "reports/TableFile.h"
 #include "support/FullDisk.h"
 #include "support/HandMadePages.h"
 #include "support/Refusal.h"
@@ -26,9 +27,12 @@ using testing::HasSubstr;
 class WriteSpreadsheet : public testing::Test {
  protected:
   std::string path() const { return folder_.path() + "/report.xlsx"; }
-  // The lines of read_xlsx by their first words.
   std::map<std::string, std::string> read(const PreparedPages& pages) const {
     writeSpreadsheet(pages, path());
+    return readFile();
+  }
+  // The lines of read_xlsx by their first words.
+  std::map<std::string, std::string> readFile() const {
     const auto result = platform::run({"python3", QUILLON_READ_XLSX, path()}, std::chrono::minutes(5));
     EXPECT_TRUE(result && result->status == 0) << (result ? result->output : "no python3");
     std::map<std::string, std::string> lines;
@@ -100,6 +104,47 @@ TEST_F(WriteSpreadsheet, IsASheetByPlaces) {
     if (name[0] == 'C' && name != "C15" && line.starts_with("number"))
       added += *Money::parse(line.substr(7, line.find('\t', 7) - 7));
   EXPECT_EQ(added, sum);
+}
+
+TEST_F(WriteSpreadsheet, OrATextHoldsRowsForOtherPrograms) {
+  const std::vector<std::vector<store::Value>> rows = {
+      {"1000", "Cash \"Ω\" & Co", 2026, Money::fromRaw(-15'002'525), Date(2026, 3, 5)},
+      {"=A1", "two\r\nlines\tand tabs", {}, {}, {}}};
+  const auto write = [&](const std::string& path) {
+    TableFile file(path, "GL: Totals", {"GLAccount", "AccountName", "GLYear", "OpeningBal", "Date"});
+    for (const auto& row : rows) file.add(row);
+    file.finish();
+  };
+  write(path());
+  const std::map<std::string, std::string> cells = {{"sheet", "GL  Totals"},
+                                                    {"_xlnm.Print_Titles", "'GL  Totals'!$1:$1"},
+                                                    {"frozen", "1"},
+                                                    {"widths", "14\t14\t14\t14\t14"},
+                                                    {"A1", "text\tGLAccount\tGeneral\tb"},
+                                                    {"B1", "text\tAccountName\tGeneral\tb"},
+                                                    {"C1", "text\tGLYear\tGeneral\tb"},
+                                                    {"D1", "text\tOpeningBal\tGeneral\tb"},
+                                                    {"E1", "text\tDate\tGeneral\tb"},
+                                                    {"A2", "text\t1000\tGeneral\t"},
+                                                    {"B2", "text\tCash \"Ω\" & Co\tGeneral\t"},
+                                                    {"C2", "number\t2026.0\t0_)\t"},
+                                                    {"D2", "number\t-1500.2525\t#,##0.00##_);(#,##0.00##)\t"},
+                                                    {"E2", "number\t46086.0\tdd mmm yy\t"},
+                                                    {"A3", "text\t=A1\tGeneral\t"},
+                                                    {"B3", "text\ttwo\\r\\nlines\\tand tabs\tGeneral\t"}};
+  EXPECT_EQ(readFile(), cells);
+  const std::string text = path() + ".txt";
+  write(text);
+  EXPECT_EQ(sim::readFile(text),
+            "GLAccount\tAccountName\tGLYear\tOpeningBal\tDate\r\n"
+            "1000\t\"Cash \"\"Ω\"\" & Co\"\t2026\t-1500.2525\t2026-03-05\r\n"
+            "=A1\t\"two\r\nlines\tand tabs\"\t\t\t\r\n");
+  // A file that is not finished leaves the one that is there.
+  for (const std::string& file : {path(), text}) {
+    const std::string before = sim::readFile(file);
+    { TableFile(file, "", {"other"}); }
+    EXPECT_EQ(sim::readFile(file), before);
+  }
 }
 
 TEST_F(WriteSpreadsheet, HoldsEachKindOfValue) {

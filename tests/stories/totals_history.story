@@ -81,12 +81,13 @@
 
 # The file has what the list shows.
 > {"click":"frmGLBalances.mnuExport"}
-< {"waiting":{"dialog":{"kind":"file"}}}
+< {"waiting":{"dialog":{"kind":"file","caption":"Export","default":"GLTotals",
+   "text":"Excel files (*.xlsx)|*.xlsx|Text files (*.txt)|*.txt"}}}
 > {"answer":null}
 < {"ok":false,"messages":[],"finished":[{"aborted":true}]}
 > {"click":"frmGLBalances.mnuExport"}
 > {"answer":"{folder}/nowhere/totals.txt"}
-< {"ok":false,"messages":[{"kind":"error","text":"The file '{folder}/nowhere/totals.txt' cannot be written"}]}
+< {"ok":false,"messages":[{"kind":"error","text":"Could not write '{folder}/nowhere/totals.txt': No such file or directory"}]}
 > {"click":"frmGLBalances.mnuExport"}
 > {"answer":"{folder}/totals.txt"}
 < {"ok":true}
