@@ -28,13 +28,14 @@ struct Item {
   int picture = 0;
 };
 
-// A strip across the page.
+// A strip across the page. `before` and `after` are called around each time that it prints, also when it has no items.
 struct Band {
   int height = 0;  // as it stands without lines that go on
   std::vector<Item> items;
   std::function<bool()> shown = {};
   std::function<void()> before = {}, after = {};
 
+  bool prints() const { return !items.empty() || before || after; }
   Item& add(Item item);
   Item& text(Box box, std::string fixed, Style style = {});
   Item& text(Box box, std::function<std::string()> asked, Style style = {});
@@ -71,7 +72,10 @@ struct Group {
   std::function<std::string()> total = {};    // the words beside its sums; none: no sums
   bool together = false;                      // on one page where it fits
   bool newPage = false;                       // each begins one
-  Band header = {}, footer = {};              // beside heading and sums, above them
+  Band header = {};                           // below the heading; reads the group's first row
+  // Above the sums. It prints when the row behind the group is read already, so it shows what the report has kept:
+  // sums of its own, which it adds up in the detail's `after` and clears in this one's.
+  Band footer = {};
 
   Group& totalled(std::string words) {
     return total = [words = std::move(words)] { return words; }, *this;

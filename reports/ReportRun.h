@@ -30,6 +30,7 @@ class ReportRun final : public form::PageRun {
   std::shared_ptr<form::PageSource> pages() const override { return pages_; }
 
  private:
+  static constexpr int kGap = 60;  // between columns, 1/1000 inch
   struct ColumnPlace {
     int field = -1;  // the position in the rows
     Box box;
@@ -45,13 +46,15 @@ class ReportRun final : public form::PageRun {
   void closeGroups(std::size_t from);
   void openGroups(std::size_t from);
   void add(Strip strip);
+  void spill();
   void flush();
   void append(Strip strip);
   void startPage(const Strip* first);
   void endPage();
   Strip titleStrip();
+  Strip pageFooter() const;
   Strip columnHeader() const;
-  Strip heading(std::size_t level, const std::string& text) const;
+  Strip heading(std::size_t level, const std::vector<Heading>& headings, const char* more) const;
   Strip detail();
   Strip sums(Part part, const Band& band, const std::string& words, const Sums& sums) const;
   int detailCell(Strip& strip, std::size_t column, const RowLook& look);
@@ -69,7 +72,7 @@ class ReportRun final : public form::PageRun {
 
   bool rowsLeft_ = false;
   std::vector<store::Value> keys_;
-  std::shared_ptr<const std::vector<std::string>> headings_;
+  std::shared_ptr<const std::vector<Heading>> headings_;
   std::vector<std::string> totals_;  // the words of each open group
   Sums reportSums_;
   std::vector<Sums> groupSums_;
@@ -81,6 +84,7 @@ class ReportRun final : public form::PageRun {
   std::vector<Strip> chain_;  // strips that want to stand on one page
   int chainHeight_ = 0;
   std::size_t together_ = 0;  // open groups that are kept together
+  bool spilled_ = false;      // they are more than a page holds
 };
 
 }  // namespace quillon::reports

@@ -1,6 +1,7 @@
 #include "reports/Strip.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/Text.h"
 #include "reports/Bands.h"
@@ -38,6 +39,20 @@ bool isPlain(std::string_view text) {
 }
 
 }  // namespace
+
+void place(Page content, Page& page, int x, int y) {
+  const auto texts = static_cast<std::uint32_t>(page.texts.size());
+  const auto values = static_cast<std::int32_t>(page.values.size());
+  for (Element element : content.elements) {
+    element.box.x = static_cast<std::int16_t>(element.box.x + x);
+    element.box.y = static_cast<std::int16_t>(element.box.y + y);
+    if (element.kind == Element::Kind::text) element.text += texts;
+    if (element.value >= 0) element.value += values;
+    page.elements.push_back(element);
+  }
+  page.texts += content.texts;
+  std::ranges::move(content.values, std::back_inserter(page.values));
+}
 
 int lineHeight(int size) { return size * 1000 / 720 * 13 / 10; }
 
@@ -79,7 +94,7 @@ void Strip::line(Box box) {
 }
 
 void Strip::add(const Band& band, int top) {
-  if (band.items.empty() || (band.shown && !band.shown())) return;
+  if (band.shown && !band.shown()) return;
   if (band.before) band.before();
   int grown = 0;
   for (const Item& item : band.items) {

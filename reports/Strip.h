@@ -10,6 +10,7 @@
 namespace quillon::reports {
 
 struct Band;
+struct Heading;
 
 // Something across a page that is never split, before it has its place there; heights from its own upper edge.
 struct Strip {
@@ -18,9 +19,9 @@ struct Strip {
   int height = 0;
   bool withNext = false, withPrevious = false;  // on the same page, where both fit
   bool newPage = false;
-  std::size_t depth = 0;                                          // of groups that it stands within
-  std::shared_ptr<const std::vector<std::string>> headings = {};  // of these
-  std::string bookmark = {};                                      // of a group's heading
+  std::size_t depth = 0;                                      // of groups that it stands within
+  std::shared_ptr<const std::vector<Heading>> headings = {};  // of these
+  std::string bookmark = {};                                  // of a group's heading
 
   // A text is cut short with "…" where it is too long for its box; a figure is set in smaller letters instead.
   Element& text(Box box, Style style, std::string_view text, const store::Value& value = {});
@@ -31,6 +32,15 @@ struct Strip {
   // What the band has, `top` below the upper edge; grows to hold it.
   void add(const Band& band, int top);
 };
+
+// What a group printed when it began; it prints again on each page that the group goes on to.
+struct Heading {
+  std::string text;
+  Strip band;  // below it
+};
+
+// Puts it on a page, its corner there.
+void place(Page content, Page& page, int x, int y);
 
 // The height of a line of text, of a size in tenths of a point.
 int lineHeight(int size);

@@ -46,6 +46,7 @@ class TfrmPreview final : public form::Screen {
     view_.zoom = std::clamp(view_.zoom + percent, kLeastZoom, kMostZoom);
     zoom_.value = Value(view_.zoom);
   }
+  void requirePages() const;
   void btnPrintClick();
   void btnPDFClick();
   void btnExcelClick();
@@ -92,10 +93,16 @@ void TfrmPreview::shown(const form::Open& open) {
   if (view_.pages) root().sized(pages().landscape() ? form::Size{1150, 900} : form::Size{900, 1250});
 }
 
+// A part of a report is not printed or written as if it were all of it.
+void TfrmPreview::requirePages() const {
+  if (!pages().complete) refuse("Not all pages of the report are there yet");
+  if (pageCount() == 0) refuse("The report has no pages");
+}
+
 // Commands.
 
 void TfrmPreview::btnPrintClick() {
-  if (pageCount() == 0) refuse("There is nothing to print");
+  requirePages();
   const std::optional<platform::Printer> standard = session_.desktop().defaultPrinter();
   const std::optional<form::PrintChoice> choice =
       app().person().choosePrint({.offered = {.printer = standard ? standard->name : "", .toPage = pageCount()},
@@ -116,6 +123,7 @@ void TfrmPreview::btnExcelClick() {
 }
 
 void TfrmPreview::writeTo(const form::FileQuestion& question, void (*write)(const PreparedPages&, const std::string&)) {
+  requirePages();
   form::FileQuestion asked = question;
   asked.name = fileNameOf(pages().reportTitle);
   asked.saving = true;
