@@ -213,9 +213,11 @@ std::optional<std::string> DrivePerson::chooseFolder(const std::string& title, c
 std::optional<form::PrintChoice> DrivePerson::choosePrint(const form::PrintQuestion& asked) {
   std::optional<form::PrintChoice> choice;
   const int pages = asked.pages;
+  std::vector<std::string> names = {"printer", "copies"};
+  if (pages > 1) names.insert(names.begin() + 1, {"from", "to"});
   const Question question{.kind = "print",
                           .caption = "Print",
-                          .text = std::to_string(pages) + " pages",
+                          .text = std::to_string(pages) + (pages == 1 ? " page" : " pages"),
                           .buttons = kOkCancel,
                           .standard = asked.offered.printer};
   answerTo(question, [&](const Json& answer) {
@@ -228,19 +230,18 @@ std::optional<form::PrintChoice> DrivePerson::choosePrint(const form::PrintQuest
     for (const auto& [name, value] : answer.members) {
       if (name == "printer" && value.is(Kind::text))
         chosen.printer = value.text;
-      else if (name == "from")
+      else if (name == "from" && pages > 1)
         chosen.fromPage = number(value, name);
-      else if (name == "to")
+      else if (name == "to" && pages > 1)
         chosen.toPage = number(value, name);
       else if (name == "copies")
         chosen.copies = number(value, name);
       else
-        throw RequestRefused("'" + name + "' is not asked, or has no such value", {"printer", "from", "to", "copies"});
+        throw RequestRefused("'" + name + "' is not asked, or has no such value", names);
     }
     const bool whole = answer.is(Kind::object) || (answer.is(Kind::text) && equalFolded(answer.text, "OK"));
     if (!whole || chosen.fromPage < 1 || chosen.toPage < chosen.fromPage || chosen.toPage > pages || chosen.copies < 1)
-      throw RequestRefused("The answer is null, or an object with pages from 1 to " + std::to_string(pages),
-                           {"printer", "from", "to", "copies"});
+      throw RequestRefused("The answer is null, or an object with pages from 1 to " + std::to_string(pages), names);
     choice = chosen;
   });
   return choice;
