@@ -29,7 +29,7 @@ class TrptCurrencies final : public reports::Report {
     b.quantity("Exchange Rate", "ExchangeRate", 1000);
     for (const ControlAccount& account : kAccounts)
       b.shown(account.caption, 950, [this, field = account.field] {
-        return app().lookUp("GLAccnt").lookup("GLAccountID", {value(field)}, "GLAccount").toText();
+        return app().lookUp("GLAccnt").lookup("GLAccountID", {value(field)}, "GLAccount").asText();
       });
   }
 };

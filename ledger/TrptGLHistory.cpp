@@ -2,6 +2,7 @@
 #include "form/App.h"
 #include "form/Screen.h"
 #include "ledger/Accounts.h"
+#include "ledger/HistoryOrigin.h"
 #include "ledger/MakeReports.h"
 #include "ledger/Sources.h"
 #include "reports/Report.h"
@@ -25,11 +26,14 @@ class TrptGLHistory final : public reports::Report {
             [](form::App& app, std::int32_t id) {
               app.open("TfrmJV", {.locate = {{"JVID", store::Value(id)}}});
             },
-            [this] { return value("JVID").isNull() ? -1 : value("JVID").asInt(); });
+            [this] {
+              const store::Value voucher = voucherOf(app(), qryMain());
+              return voucher.isNull() ? -1 : voucher.asInt();
+            });
     b.shown("Source", 550, [this] { return sourceText(value("Source"), value("TransType")); });
     b.text("Description", "TransDescription", 2000);
     b.shown("Account no.", 850, [this] {
-      return app().lookUp("GLAccnt").lookup("GLAccountID", {value("GLAccountID")}, "GLAccount").toText();
+      return app().lookUp("GLAccnt").lookup("GLAccountID", {value("GLAccountID")}, "GLAccount").asText();
     });
     b.shown("Name", 1700, [this] {
       return accountNames(app(), value("GLAccountID"),
