@@ -102,6 +102,11 @@ std::optional<std::string> QtPerson::chooseFile(const form::FileQuestion& questi
   dialog.setFileMode(question.saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
   if (!question.name.empty()) dialog.selectFile(shown(question.name));
   if (!question.extension.empty()) dialog.setDefaultSuffix(shown(question.extension));
+  if (question.saving)  // a name without an ending gets that of the kind which is chosen
+    QObject::connect(&dialog, &QFileDialog::filterSelected, [&dialog](const QString& kind) {
+      const QString suffix = kind.section("*.", 1, 1).section(')', 0, 0);
+      if (!suffix.isEmpty() && suffix != "*") dialog.setDefaultSuffix(suffix);
+    });
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return typed(dialog.selectedFiles().front());
 }
