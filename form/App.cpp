@@ -13,6 +13,9 @@
 namespace quillon::form {
 namespace {
 
+// A picker leads to a list, that to a record, and that to a picker: each waits for the next on the stack.
+constexpr std::size_t kMostModals = 20;
+
 // Stands at the end of the list while it lives, on whatever path it ends.
 template <typename T>
 class Standing {
@@ -132,6 +135,8 @@ Screen& App::open(std::string_view className, const Open& open) {
 
 Result App::runModal(std::string_view className, const Open& open) {
   const ScreenEntry& entry = entryOf(className);
+  if (modals_.size() >= kMostModals)
+    throw Error("Too many windows are waiting for one another. Please finish with this one first.");
   const Screen* there = entry.many ? nullptr : find(entry.instanceName());
   const bool stays = there != nullptr && there->visible();
   const auto place = std::ranges::find(screens_, there, &std::unique_ptr<Screen>::get) - screens_.begin();

@@ -301,6 +301,30 @@ TEST_F(InputTest, ANameStandsOnceAndAScreenOpensOnThePageAskedFor) {
   EXPECT_THROW(app_.open("TfrmTwice"), Error);
 }
 
+TEST_F(InputTest, WindowsThatWaitForOneAnotherAreRefusedBeyondALimit) {
+  TfrmTwice::named = true;
+  registry_.add(
+      {.className = "TfrmDeep", .many = true, .make = [](App& app) { return std::make_unique<TfrmTwice>(app); }});
+  int depth = 0, refused = 0;
+  std::function<void(Screen&)> deeper = [&](Screen& screen) {
+    ++depth;
+    person_.modals = {deeper};
+    try {
+      app_.runModal("TfrmDeep");
+    } catch (const Error&) {
+      ++refused;
+    }
+    app_.dismiss(screen);
+  };
+  person_.modals = {deeper};
+  app_.runModal("TfrmDeep");
+  EXPECT_EQ(depth, 20);
+  EXPECT_EQ(refused, 1);
+  EXPECT_EQ(app_.modal(), nullptr);
+  person_.modals = {[this](Screen& screen) { app_.dismiss(screen); }};
+  EXPECT_NO_THROW(app_.runModal("TfrmDeep"));
+}
+
 TEST_F(InputTest, NobodyIsAskedWithinATransaction) {
   const auto ask = [&] { transact(process_.database(), {"ToyDoc"}, [&] { app_.runModal("TfrmToyPick"); }); };
   EXPECT_THROW(app_.run(*toy_, "ask", ask), std::logic_error);
