@@ -18,14 +18,19 @@
 #include "form/Screen.h"
 #include "reports/Fonts.h"
 #include "reports/Pages.h"
+#include "reports/Picture.h"
 
 namespace quillon::desktop {
 namespace {
 
 using reports::Element;
 
-constexpr int kAround = 12;   // pixels of desk around the paper
-constexpr int kHairline = 8;  // 1/1000 inch
+constexpr int kAround = 12;  // pixels of desk around the paper
+
+QColor inkOf(const reports::Style& style) {
+  const int shade = style.quiet ? reports::kQuietShade : 0;
+  return {shade, shade, shade};
+}
 
 class PageArea final : public QAbstractScrollArea {
  public:
@@ -153,15 +158,15 @@ class PageArea final : public QAbstractScrollArea {
         drawText(painter, page.textOf(element), element, box);
         break;
       case Element::Kind::line:
-        painter.setPen(QPen(Qt::black, std::max(0.5, kHairline * scale())));
-        painter.drawLine(box.topLeft(), box.bottomRight());
-        break;
       case Element::Kind::rectangle:
-        painter.setPen(QPen(Qt::black, std::max(0.5, kHairline * scale())));
-        painter.drawRect(box);
+        painter.setPen(QPen(inkOf(element.style), std::max(0.5, reports::kLineWidth * scale())));
+        if (element.kind == Element::Kind::line)
+          painter.drawLine(box.topLeft(), box.bottomRight());
+        else
+          painter.drawRect(box);
         break;
       case Element::Kind::picture:
-        drawPicture(painter, element.text, box);
+        drawPicture(painter, element);
         break;
     }
   }
@@ -186,9 +191,7 @@ class PageArea final : public QAbstractScrollArea {
     run.setRawFont(rawFont(element.style, unit * font.unitsPerEm()));
     run.setGlyphIndexes(ids);
     run.setPositions(places);
-    painter.setPen(element.style.quiet ? QColor(0x60, 0x60, 0x60)
-                   : element.jump > 0  ? QColor(0x10, 0x3C, 0x8C)
-                                       : QColor(Qt::black));
+    painter.setPen(element.jump > 0 && !element.style.quiet ? QColor(0x10, 0x3C, 0x8C) : inkOf(element.style));
     painter.drawGlyphRun({}, run);
   }
 
@@ -202,11 +205,14 @@ class PageArea final : public QAbstractScrollArea {
   }
 
   // A picture that is none leaves its place empty.
-  void drawPicture(QPainter& painter, std::size_t number, const QRectF& box) {
-    if (number >= paper()->pictures.size()) return;
-    const std::string& bytes = paper()->pictures[number];
+  void drawPicture(QPainter& painter, const Element& element) {
+    if (element.text >= paper()->pictures.size()) return;
+    const std::string& bytes = paper()->pictures[element.text];
     const QImage picture = QImage::fromData(QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
-    if (!picture.isNull()) painter.drawImage(box, picture);
+    if (picture.isNull()) return;
+    const reports::PicturePlace place = reports::placeOf(element, picture.width(), picture.height());
+    painter.drawImage(QRectF(place.x * scale(), place.y * scale(), place.width * scale(), place.height * scale()),
+                      picture);
   }
 
   Hands& hands_;
