@@ -21,7 +21,7 @@ void ControlView::syncLooks() {
   const bool visible = control_.visible();
   if (widget->isHidden() == visible) widget->setVisible(visible);
   if (widget->isEnabled() != control_.enabled()) widget->setEnabled(control_.enabled());
-  if (const QString hint = shown(control_.hint()); widget->toolTip() != hint) widget->setToolTip(hint);
+  if (const QString hint = tip(control_.hint()); widget->toolTip() != hint) widget->setToolTip(hint);
   if (label == nullptr) return;
   if (label->isHidden() == visible) label->setVisible(visible);
   if (const QString caption = shown(control_.caption()); label->text() != caption) label->setText(caption);

@@ -5,6 +5,7 @@
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
 
 #include "base/Errors.h"
@@ -89,10 +90,12 @@ form::Button QtPerson::ask(const form::Dialog& dialog) {
 std::optional<std::string> QtPerson::askText(const std::string& caption, const std::string& prompt,
                                              const std::string& initial) {
   settle();
-  bool ok = false;
-  const QString text =
-      QInputDialog::getText(owner(), shown(caption), shown(prompt), QLineEdit::Normal, shown(initial), &ok);
-  return ok ? std::optional(typed(text)) : std::nullopt;
+  QInputDialog dialog(owner());
+  dialog.setWindowTitle(shown(caption));
+  dialog.setLabelText(shown(prompt));
+  dialog.findChild<QLabel*>()->setTextFormat(Qt::PlainText);
+  dialog.setTextValue(shown(initial));
+  return dialog.exec() == QDialog::Accepted ? std::optional(typed(dialog.textValue())) : std::nullopt;
 }
 
 std::optional<std::string> QtPerson::chooseFile(const form::FileQuestion& question) {
@@ -150,6 +153,9 @@ bool QtPerson::progress(const form::Progress& progress) {
   if (!progress_) {
     progress_ = std::make_unique<QProgressDialog>(owner());
     progress_->setWindowModality(Qt::ApplicationModal);
+    auto* words = new QLabel;
+    words->setTextFormat(Qt::PlainText);
+    progress_->setLabel(words);
     progress_->setAutoClose(false);
     progress_->setAutoReset(false);
     progress_->setMinimumDuration(400);

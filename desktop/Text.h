@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QTextDocument>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,12 @@ inline QString shown(std::string_view text) {
   result.replace("\r\n", "\n");
   result.replace('\r', '\n');
   return result;
+}
+
+// The same for a tooltip, which would take marks in a text for markup.
+inline QString tip(std::string_view text) {
+  const QString plain = shown(text);
+  return Qt::mightBeRichText(plain) ? "<span>" + plain.toHtmlEscaped() + "</span>" : plain;
 }
 
 // What a person typed, for the program.

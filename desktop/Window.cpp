@@ -135,7 +135,7 @@ void Window::sync() {
     entry.action->setEnabled(screen().isEnabled(*entry.control));
     entry.action->setCheckable(entry.control->checked());
     entry.action->setChecked(entry.control->checked());
-    entry.action->setToolTip(shown(entry.control->hint()));
+    entry.action->setToolTip(tip(entry.control->hint()));
   }
   for (const Entry& menu : dropDowns_) menu.action->setEnabled(menu.control->enabled());
   root_->sync();
