@@ -281,17 +281,25 @@ bool Window::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
   const auto& key = *static_cast<QKeyEvent*>(event);
   const bool lines = qobject_cast<QPlainTextEdit*>(watched) != nullptr;
+  const form::Control* focused = screen().focused();
+  const bool inMonth =
+      focused != nullptr && focused->kind() == Kind::month && (key.modifiers() & ~Qt::KeypadModifier) == 0;
   switch (key.key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
       if (lines) return false;
       break;
-    // Buttons would pass the focus on to each other, behind the program's back.
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+      if (!inMonth) return QWidget::eventFilter(watched, event);
+      break;
+    // Buttons would pass the focus on to each other, and a month mark another day, behind the program's back.
     case Qt::Key_Up:
     case Qt::Key_Down:
     case Qt::Key_Left:
     case Qt::Key_Right:
-      if (!qobject_cast<QAbstractButton*>(watched)) return QWidget::eventFilter(watched, event);
+      if (!inMonth && !qobject_cast<QAbstractButton*>(watched)) return QWidget::eventFilter(watched, event);
       break;
     case Qt::Key_Tab:
     case Qt::Key_Backtab:

@@ -174,6 +174,10 @@ TEST_F(Windows, ASavedVoucherIsTheOneThatAScriptEnters) {
 
 TEST_F(Windows, PickersModalChainsMenusAndFiltersAreWorkedByKeys) {
   newVoucher();
+  work_.tabTo("frmJV.editTransDate");
+  work_.keys({"F2", "Left", "PgDn", "Down", "Enter", "?"});
+  EXPECT_EQ(work_.heard(), "frmJV.editTransDate");
+  EXPECT_EQ(work_.app().find("frmJV")->find("editTransDate")->binding()->text(), "23 Apr 26");
   work_.tabTo("frmJV.grdJVDet");
   // From the cell to its picker, to the list behind that, to a new account, and back with it.
   work_.keys({"F2", "?", "Alt+A", "?", "Ctrl+N", "=6000", "Tab", "=Heat", "Tab", "?", "Down", "Enter", "?", "Esc", "?",
