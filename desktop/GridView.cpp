@@ -19,6 +19,7 @@ namespace {
 constexpr int kWidestColumn = 42;  // characters
 constexpr int kThumb = 1000;       // places of the thumb where rows are not counted
 constexpr int kRows = 16, kFewRows = 9;
+constexpr int kWidest = 1150;  // 1/96 inch; more columns than fit are scrolled to
 
 // What is typed in the active cell. Keys that mean something to the grid go to the program.
 class CellEditor final : public QLineEdit {
@@ -57,7 +58,10 @@ GridArea::GridArea(Hands& hands, form::Control& control, QWidget& parent)
   editor_->hide();
   QObject::connect(verticalScrollBar(), &QScrollBar::valueChanged, [this](int value) { scrolled(value); });
   QObject::connect(verticalScrollBar(), &QScrollBar::actionTriggered, [this](int action) { turned(action); });
-  QObject::connect(horizontalScrollBar(), &QScrollBar::valueChanged, [this] { viewport()->update(); });
+  QObject::connect(horizontalScrollBar(), &QScrollBar::valueChanged, [this] {
+    syncEditor();
+    viewport()->update();
+  });
 }
 
 GridArea::~GridArea() = default;
@@ -65,6 +69,7 @@ GridArea::~GridArea() = default;
 QSize GridArea::sizeHint() const {
   int width = verticalScrollBar()->sizeHint().width() + 4;
   for (const Column& column : columns()) width += column.width;
+  width = std::min(width, scaled(*this, kWidest));
   // A list alone in its window shows many rows; a part of a document, or of a page, leaves room for the rest.
   const bool alone = !grid().lines() && hands_.screen().pathTo(control_).size() == 1;
   const int rows = control_.height() > 0 ? control_.height() : alone ? kRows : kFewRows;
@@ -77,7 +82,11 @@ int GridArea::widthOfColumn(const form::Control& column) const {
   int characters = std::min(column.width(), kWidestColumn);
   if (characters == 0) characters = 12;
   const int caption = fontMetrics().horizontalAdvance(shown(form::plainCaption(column.caption())));
-  return std::max(widthOf(*this, characters), caption) + 2 * kPadding;
+  // In a long number the marks between the digits are narrower than these.
+  static const QString kNumber = "(999,999,999,999,999,999.99)";
+  const bool isNumber = isRight(column) && characters >= 10 && characters <= kNumber.size();
+  const int cell = isNumber ? fontMetrics().horizontalAdvance(kNumber.right(characters)) : widthOf(*this, characters);
+  return std::max(cell, caption) + 2 * kPadding;
 }
 
 std::vector<GridArea::Column> GridArea::columns() const {
@@ -171,6 +180,8 @@ void GridArea::turned(int action) {
 void GridArea::sync() {
   fetch(hands_.screen().focused() == &control_ && hands_.screen().typed());
   limitSideways();
+  followCell();
+  tellActive();
   syncEditor();
   viewport()->update();
 }
@@ -196,6 +207,34 @@ QRect GridArea::activeCell() const {
         return {column.left, headerHeight() + static_cast<int>(place) * rowHeight(), column.width, rowHeight()};
   }
   return {};
+}
+
+// In the lines of a document the cell that is worked in comes on view; nothing else moves sideways by itself.
+void GridArea::followCell() {
+  const form::Screen& screen = hands_.screen();
+  const form::Control* target = screen.focused() == &control_ && grid().lines() ? screen.target() : nullptr;
+  if (std::exchange(target_, target) == target || target == nullptr) return;
+  QScrollBar& bar = *horizontalScrollBar();
+  for (const Column& column : columns()) {
+    if (column.control != target) continue;
+    const int over = column.left + column.width - viewport()->width();
+    if (over > 0) bar.setValue(bar.value() + std::min(over, column.left));
+    if (column.left < 0) bar.setValue(bar.value() + column.left);
+  }
+}
+
+// Whoever has the screen read out hears the row, and in a cell its heading.
+void GridArea::tellActive() {
+  QString row;
+  const auto all = columns();
+  for (const form::Grid::Row& some : view_.rows)
+    for (std::size_t i = 0; some.active && i < all.size() && i < some.texts.size(); ++i)
+      if (!some.texts[i].empty())
+        row += shown(form::plainCaption(all[i].control->caption())) + ' ' + shown(some.texts[i]) + "; ";
+  if (accessibleDescription() != row) setAccessibleDescription(row);
+  const form::Control* target = hands_.screen().target();
+  if (target != nullptr && hands_.screen().focused() == &control_)
+    editor_->setAccessibleName(shown(form::plainCaption(target->caption())));
 }
 
 void GridArea::syncEditor() {

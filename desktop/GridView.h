@@ -56,6 +56,8 @@ class GridArea final : public QAbstractScrollArea {
   static void paintText(QPainter& painter, QRect cell, const Column& column, const std::string& text);
   void paintRow(QPainter& painter, const std::vector<Column>& columns, std::size_t place) const;
   QRect activeCell() const;
+  void followCell();
+  void tellActive();
   void syncEditor();
   // Which row of those on view, and which column, is at a point; nothing outside of the rows.
   struct Spot {
@@ -71,7 +73,8 @@ class GridArea final : public QAbstractScrollArea {
   std::uint64_t top_ = 0;
   // The active row when they were read, and where it stood.
   std::uint64_t row_ = 0, activeAt_ = 0;
-  double depth_ = 0;  // of the active row, where rows are not counted
+  double depth_ = 0;                       // of the active row, where rows are not counted
+  const form::Control* target_ = nullptr;  // the cell that was last brought on view; of lines
   QLineEdit* editor_;
 };
 

@@ -150,11 +150,14 @@ void Window::placeFirst() {
   wasShown_ = true;
   choosesFrame();
   const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
-  resize(firstSize().boundedTo(room.size()));
+  // The window manager tells how thick its frames are only once there is one.
+  const QSize frame(scaled(*this, 4), scaled(*this, 30));
+  resize(firstSize().boundedTo(room.size() - frame));
   if (screen().entry().lifetime == form::Lifetime::kept && screen().root().children().front()->kind() == Kind::menu)
     move(room.topLeft());
   else
-    move(room.center() - rect().center());
+    move(room.topLeft() +
+         QPoint(room.width() - width() - frame.width(), room.height() - height() - frame.height()) / 2);
   QWidget::show();
 }
 
