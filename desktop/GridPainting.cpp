@@ -4,6 +4,7 @@
 #include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionButton>
+#include <algorithm>
 
 #include "desktop/GridView.h"
 #include "desktop/Hands.h"
@@ -62,7 +63,10 @@ void GridArea::paintHeader(QPainter& painter, const std::vector<Column>& columns
 
 void GridArea::paintText(QPainter& painter, QRect cell, const Column& column, const std::string& text) {
   const bool right = isRight(*column.control);
-  const QRect inner = cell.adjusted(kPadding, 0, -kPadding, 0);
+  QRect inner = cell.adjusted(kPadding, 0, -kPadding, 0);
+  // The parenthesis of a negative amount stands in the air behind it, so that the decimals are below each other.
+  if (right && text.ends_with(')'))
+    inner.setRight(inner.right() + std::min(int{kPadding}, painter.fontMetrics().horizontalAdvance(')')));
   painter.drawText(inner, (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
                    painter.fontMetrics().elidedText(shown(text).section('\n', 0, 0), Qt::ElideRight, inner.width()));
 }
