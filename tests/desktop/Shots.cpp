@@ -74,6 +74,8 @@ class Shooting {
   int taken_ = 0;
 };
 
+constexpr QSize kSmallDesktop(1366, 768);
+
 // The window manager frames a window and brings it forward in its own time.
 void settle() { QTest::qWait(250); }
 
@@ -88,6 +90,9 @@ void Shooting::picturesOf(form::Screen& screen, const std::string& name) {
   Window* window = front_.windowOf(screen);
   if (window == nullptr || !QTest::qWaitForWindowExposed(window)) return;
   settle();
+  const QSize size = window->frameGeometry().size();
+  if (size.boundedTo(kSmallDesktop) != size)
+    std::cout << name << ": " << size.width() << " x " << size.height() << " is too large for a small desktop\n";
   take(window->frameGeometry(), name);
   pagesOf(screen.root(), screen, name);
   menusOf(*window, name);
@@ -134,6 +139,7 @@ void Shooting::runModal(const std::string& className) {
   form::Open open;
   if (className == "TfrmGLAccountSubSearch") open.values["level"] = store::Value(1);
   if (className == "TfrmCompanyDatabase") open.values["name"] = store::Value("Hartwell Joinery");
+  if (className == "TfrmYearEnd") open.values["year"] = store::Value(2025);
   soon(className);
   app_.runModal(className, open);
 }
