@@ -45,6 +45,11 @@ void ImportScreen::btnOKClick() {
   setResult(true);
 }
 
+void ImportScreen::show(const std::string& status) {
+  status_ = status;
+  app().person().progress({.text = status_});
+}
+
 void ImportScreen::progress(std::uint64_t done, std::uint64_t total) {
   app().person().progress({.text = status_, .done = static_cast<long>(done), .total = static_cast<long>(total)});
 }

@@ -20,7 +20,7 @@ class ImportScreen : public form::Screen {
 
  protected:
   virtual void import(const std::string& path) = 0;
-  void show(const std::string& status) { status_ = status; }
+  void show(const std::string& status);
   void progress(std::uint64_t done, std::uint64_t total);
   void shown(const form::Open& open) override;
 

@@ -215,8 +215,9 @@
 > {"answer":"{folder}/budget.txt"}
 > {"state":"frmImportGLBudget"}
 < {"state":{"title":"Import Budget","controls":{"editFileName":{"value":"{folder}/budget.txt"},"lblStatus":{"caption":""}}}}
+> {"options":{"progress":true}}
 > {"click":"frmImportGLBudget.btnOK"}
-< {"ok":true,"closed":["frmImportGLBudget"]}
+< {"ok":true,"closed":["frmImportGLBudget"],"progress":[{"text":"Importing to memory"},{"text":"Importing to database"}]}
 > {"sql":"SELECT GLAccountID, SubAccount1ID, SubAccount2ID, SubAccount3ID, GLYear, ActualBudget, OpeningBal, Amount5, Amount11, Amount12 FROM GLBudget"}
 < {"rows":[[2,4,5,6,2026,"B",0,null,40,-100.25]]}
 

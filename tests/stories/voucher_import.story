@@ -50,8 +50,9 @@
 
 # Fields in any order, with a mark at the file's start, quotes, blank lines and fields left out at the end.
 = lines.txt ["\u00ef\u00bb\u00bfAMOUNT\tSubAccount1\tAccount\tSubAccount2\tSubAccount3\r\n10.50\tEast\t1000\tA\tZ\r\n\r\n-10.5\t\t\"\u00c3\u009c50\"\"0\"\n\t\t1000"]
+> {"options":{"progress":true}}
 > {"click":"frmImportJVData.btnOK"}
-< {"closed":["frmImportJVData"],"focus":"frmJV.grdJVDet[0].GLAccount"}
+< {"closed":["frmImportJVData"],"focus":"frmJV.grdJVDet[0].GLAccount","progress":[{"text":"Importing to memory"},{"text":"Importing"}]}
 > {"sql":"SELECT Seq, GLAccountID, SubAccount1ID, SubAccount2ID, SubAccount3ID, GLAmount FROM JVDet"}
 < {"rows":[[1,1,4,5,6,10.5],[2,2,null,null,null,-10.5],[3,1,null,null,null,null]]}
 > {"state":"frmJV"}

@@ -124,9 +124,12 @@
 | EPeriodToYYYY | 27
 > {"set":"frmCompany.edit{1}","value":"{2}"}
 |
+> {"options":{"progress":true}}
 > {"click":"frmCompany.btnYearEnd"}
 > {"answer":"Yes"}
 > {"click":"frmYearEnd.btnOK"}
+< {"progress":[{"text":"Checking data..."},{"text":"GL: Carry forward balances, etc."},{"done":1,"total":9},"...",
+   {"text":"GL: Carry forward balances, etc.","done":9,"total":9}]}
 > {"answer":"Yes"}
 < {"ok":true,"messages":[]}
 > {"sql":"SELECT GLAccountID, OpeningBal FROM GLActual WHERE GLYear = 2027 AND OpeningBal <> 0 ORDER BY GLAccountID"}
@@ -194,5 +197,22 @@
 > {"click":"frmYearEnd.btnOK"}
 > {"answer":"Yes"}
 > {"click":"frmCompany.btnOK"}
+> {"sql":"SELECT FiscalYear FROM Company"}
+< {"rows":[[2027]]}
+
+# Whoever still has the year on the screen that somebody else has closed meanwhile does not close the next one.
+> {"sql":"UPDATE Company SET FiscalYear = 2026"}
+> {"menu":"General > Your Company"}
+2> {"menu":"General > Your Company"}
+2> {"click":"frmCompany.btnYearEnd"}
+2> {"click":"frmYearEnd.btnOK"}
+2> {"answer":"Yes"}
+2> {"click":"frmCompany.btnOK"}
+> {"click":"frmCompany.btnYearEnd"}
+> {"click":"frmYearEnd.btnOK"}
+> {"answer":"Yes"}
+< {"ok":false,"messages":[{"text":"A record you are trying to edit or delete on 'tblCompany' has been changed or deleted since last retrieved.\rData will now be refreshed."}]}
+> {"state":"frmCompany"}
+< {"state":{"cursor":"browse","controls":{"editFiscalYear":{"value":"2027"}}}}
 > {"sql":"SELECT FiscalYear FROM Company"}
 < {"rows":[[2027]]}

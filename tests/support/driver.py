@@ -11,10 +11,15 @@ class Driver:
         self.first = self.reply()
 
     def reply(self):
-        line = self.process.stdout.readline()
-        if not line:
-            raise EOFError(f"the program ended with status {self.process.wait()}")
-        return json.loads(line)
+        told = []
+        while True:
+            line = self.process.stdout.readline()
+            if not line:
+                raise EOFError(f"the program ended with status {self.process.wait()}")
+            reply = json.loads(line)
+            if "progress" not in reply:
+                return {**reply, "progress": told}
+            told.append(reply["progress"])
 
     def send(self, request):
         self.process.stdin.write(request.encode() + b"\n")
