@@ -1,5 +1,6 @@
-// Whatever is posted, unposted, carried forward, closed, opened again and purged, in whatever order: history and totals
-// are those of the vouchers that stand posted, openings those of the years before, and the audit agrees.
+// Whatever is posted, unposted, reconciled, carried forward, closed, opened again and purged, in whatever order:
+// history and totals are those of the vouchers that stand posted, what the bank's statements have shown stays marked,
+// openings are those of the years before, and the audit agrees.
 //
 // Method of the random work: two processes take turns. Vouchers come from the writer that the subledgers call, runs,
 // unpostings and year ends go through the screens, and the model works out both stores anew from the vouchers alone.
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 #include "store/Errors.h"
@@ -59,8 +61,10 @@ class RandomPosting : public PostVouchersTest, public testing::WithParamInterfac
   void step(int purges) {
     sim::Clerk& who = *clerks_[random_.below(clerks_.size())];
     const std::vector<int> posted = model_.posted();
-    const std::size_t deed = random_.below(11);
-    if (deed == 10) {
+    const std::size_t deed = random_.below(12);
+    if (deed == 11) {
+      reconcile(who);
+    } else if (deed == 10) {
       budget(who);
     } else if (deed < 4) {
       PostedModel::Kept kept{.voucher = sim::randomVoucher(random_, year_), .reverses = random_.oneIn(3)};
@@ -104,6 +108,13 @@ class RandomPosting : public PostVouchersTest, public testing::WithParamInterfac
         << who.person.takeHeard();
     budgets_[key] = amount.toText();
   }
+  void reconcile(sim::Clerk& who) {
+    marks_.follow(sim::BankMarks::of(other_.database()));
+    const std::size_t deed = random_.below(3);
+    ASSERT_TRUE(who.reconcile(std::array{"btnSelectAll", "btnReconcile", "mnuUnreconcile"}.at(deed), deed == 2).ok)
+        << who.person.takeHeard();
+    deed == 0 ? marks_.tickAll() : deed == 1 ? marks_.reconcileTicked() : marks_.unreconcile();
+  }
   void openYear(int year) { run("UPDATE Company SET FiscalYear = " + std::to_string(year)); }
   void purge(sim::Clerk& who, int purges) {
     const int before = year_ - 1;
@@ -125,6 +136,7 @@ class RandomPosting : public PostVouchersTest, public testing::WithParamInterfac
   sim::SeededRandom random_{0};
   PostedModel model_;
   std::map<std::string, std::string> budgets_ = {{"1 1 2025", "null"}, {"2 2 2025", "null"}, {"3 3 2025", "null"}};
+  sim::BankMarks marks_;
   int year_ = 2025;  // the first open one
   bool traceless_ = false;
 };
@@ -150,6 +162,9 @@ TEST_P(RandomPosting, LeavesWhatTheVouchersSay) {
         rowsOf(other_.database(), "SELECT GLAccountID, SubAccount2ID, GLYear, ActualBudget, Amount5 FROM GLBudget"),
         budgets)
         << "step " << at;
+    const sim::BankMarks marks = sim::BankMarks::of(other_.database());
+    marks_.follow(marks);
+    ASSERT_EQ(marks.rows, marks_.rows) << "step " << at;
     ASSERT_EQ(auditText(other_.database()), "") << "step " << at;
   }
 }

@@ -116,8 +116,47 @@ struct Clerk {
     return input.click(screen, *screen.find("btnOK"));
   }
 
+  // A command of the bank's reconciliation; one that asks hears Yes.
+  form::Ended reconcile(const char* command, bool asks) {
+    form::Screen& screen = session.app().open("TfrmBankRec", {.values = {{"BankID", store::Value(1)}}});
+    if (asks) person.answers.push_front(form::Button::yes);
+    form::Input input(session.app());
+    const form::Ended ended = input.click(screen, *screen.find(command));
+    session.app().dismiss(screen);
+    return ended;
+  }
+
   ScriptedPerson person;
   shell::Session session;
+};
+
+// What the bank's statements have shown of account 1: whether a row of its history is reconciled, and whether ticked.
+struct BankMarks {
+  std::map<int, std::pair<bool, bool>> rows;  // by GLHistID
+
+  static BankMarks of(store::Database& database) {
+    store::Query history(database, "SELECT GLHistID, Reconciled, Reconciling FROM GLHist WHERE GLAccountID = 1");
+    history.open();
+    BankMarks marks;
+    for (; !history.eof(); history.next())
+      marks.rows[history["GLHistID"].asInt()] = {history["Reconciled"].asBool(), history["Reconciling"].asBool()};
+    return marks;
+  }
+  // Rows come without a mark, and go with theirs.
+  void follow(const BankMarks& now) {
+    std::erase_if(rows, [&](const auto& row) { return !now.rows.contains(row.first); });
+    for (const auto& [id, marks] : now.rows) rows.try_emplace(id);
+  }
+  void tickAll() {
+    for (auto& [id, row] : rows) row.second = true;
+  }
+  void reconcileTicked() {
+    for (auto& [id, row] : rows) row.first = row.second;
+  }
+  void unreconcile() {
+    for (auto& [id, row] : rows)
+      if (row.first) row = {};
+  }
 };
 
 inline ledger::VoucherLine lineOf(int account, Money amount, int subaccount = 0) {
