@@ -19,6 +19,7 @@
 #include "desktop/Text.h"
 #include "desktop/Window.h"
 #include "store/Cursor.h"
+#include "store/Query.h"
 
 namespace quillon::desktop {
 namespace {
@@ -61,6 +62,7 @@ class Shooting {
   void addUsers();
   void runModal(const std::string& className);
   void importIntoVoucher();
+  void previews();
   void soon(const std::string& name);
   void picturesOf(form::Screen& screen, const std::string& name);
   void pagesOf(form::Control& holder, form::Screen& screen, const std::string& name);
@@ -154,8 +156,21 @@ void Shooting::importIntoVoucher() {
   app_.dismiss(voucher);
 }
 
+// Every report, of the last period that something was posted into.
+void Shooting::previews() {
+  store::Query last(program_.session().database(),
+                    "SELECT GLYear, GLPeriod FROM GLHist ORDER BY GLYear DESC, GLPeriod DESC TOP 1");
+  last.open();
+  for (const form::ReportEntry& report : program_.session().registry().reports()) {
+    app_.preview(report.className, {.values = {{"year", last.value("GLYear")}, {"period", last.value("GLPeriod")}}});
+    picturesOf(*app_.find("frmPreview"), report.className);
+    app_.dismiss(*app_.find("frmPreview"));
+  }
+}
+
 void Shooting::one(const form::ScreenEntry& entry) {
   const std::string& name = entry.className;
+  if (name == "TfrmPreview") return previews();
   if (name == "TfrmImportJVData") return importIntoVoucher();
   const auto* record = std::ranges::find(kRecords, name, &Record::screen);
   const bool opened = entry.opening == form::Opening::list || entry.opening == form::Opening::plain;
@@ -219,6 +234,7 @@ int main(int count, char** words) {
   apps::ProgramOptions options;
   options.given.folder = out + "/settings";
   options.given.country = "United States";
+  options.given.printer = platform::Printer{.name = "letter", .paper = platform::Paper::other};
   options.credentials = shell::Credentials{"Administrator", {}};  // the users that an earlier run added
   options.given.today = Date::parseIso("2026-03-16");
   desktop::QtPerson person;
