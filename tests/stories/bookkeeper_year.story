@@ -1,6 +1,6 @@
 # A bookkeeper's year: the company is set up by the wizard, vouchers are entered and posted, the year is carried forward,
 # closed, opened again for a late voucher, carried forward and closed again.
-@ empty --today 2026-01-15 --country Canada
+@ empty --today 2026-01-15 --country Canada --printer letter
 > {"set":"frmGettingStarted.editCompanyName","value":"Pine Street Books"}
 | 1
 | 2
@@ -103,3 +103,25 @@
 > {"click":"frmJVs.mnuEdit"}
 > {"click":"frmJV.btnUnpost"}
 < {"messages":[{"kind":"information","text":"JV is from a previous closed year.\r\rYou need to re-open the year before you can unpost this JV.\rMenu File | General | Your Company\rChange the Fiscal Year."}]}
+
+# The statements of the year, as files.
+> {"menu":"GL > Reports"}
+> {"set":"frmGLReports.lboReports","value":"Balance Sheet"}
+> {"click":"frmGLReports.btnNext"}
+> {"set":"frmGLReports.editGLPeriod","value":"12"}
+> {"set":"frmGLReports.editGLYear","value":"26"}
+> {"click":"frmGLReports.btnNext"}
+< {"opened":["frmPreview"]}
+> {"click":"frmPreview.btnPDF"}
+< {"waiting":{"dialog":{"kind":"file","caption":"Export Report to PDF"}}}
+> {"answer":"{folder}/balance.pdf"}
+< {"ok":true,"outside":["{folder}/balance.pdf"]}
+> {"click":"frmGLReports.btnBack"}
+> {"set":"frmGLReports.lboReports","value":"Income Statement"}
+> {"click":"frmGLReports.btnNext"}
+> {"click":"frmGLReports.btnNext"}
+< {"opened":["frmPreview2"]}
+> {"click":"frmPreview2.btnExcel"}
+< {"waiting":{"dialog":{"kind":"file","caption":"Export Report to Excel"}}}
+> {"answer":"{folder}/income.xlsx"}
+< {"ok":true,"outside":["{folder}/income.xlsx"]}
