@@ -45,6 +45,7 @@ std::optional<form::PrintChoice> askPrint(QWidget* owner, const form::PrintQuest
   form.addRow("&Copies:", &copies);
   QDialogButtonBox buttons(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
   buttons.button(QDialogButtonBox::Ok)->setText("&Print");
+  for (QAbstractButton* button : buttons.buttons()) button->setIcon({});
   form.addRow(&buttons);
   QObject::connect(&buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
   QObject::connect(&buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);

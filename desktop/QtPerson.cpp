@@ -7,6 +7,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "base/Errors.h"
 #include "desktop/Front.h"
@@ -77,7 +78,8 @@ form::Button QtPerson::ask(const form::Dialog& dialog) {
   box.setWindowTitle(shown(dialog.title()));
   box.setTextFormat(Qt::PlainText);
   box.setText(shown(dialog.text));
-  for (const form::Button button : dialog.buttons) box.addButton(standardOf(button));
+  // Plain, as the buttons of all windows are; some styles would draw icons of their own on them.
+  for (const form::Button button : dialog.buttons) box.addButton(standardOf(button))->setIcon({});
   box.setDefaultButton(standardOf(dialog.standard));
   const bool dismissable = dialog.buttons.size() > 1;
   if (dismissable) box.setEscapeButton(standardOf(dialog.dismissal()));
