@@ -53,6 +53,9 @@ class PageArea final : public QAbstractScrollArea {
     viewport()->update();
   }
 
+  // A letter page in its full width and length, where the desktop has the room.
+  QSize sizeHint() const override { return {scaled(*this, 860), scaled(*this, 1090)}; }
+
  protected:
   void resizeEvent(QResizeEvent* event) override {
     QAbstractScrollArea::resizeEvent(event);
