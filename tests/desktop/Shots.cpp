@@ -92,7 +92,7 @@ void Shooting::picturesOf(form::Screen& screen, const std::string& name) {
   Window* window = front_.windowOf(screen);
   if (window == nullptr || !QTest::qWaitForWindowExposed(window)) return;
   settle();
-  const QSize size = window->frameGeometry().size();
+  const QSize size = window->minimumSizeHint() + (window->frameSize() - window->size());
   if (size.boundedTo(kSmallDesktop) != size)
     std::cout << name << ": " << size.width() << " x " << size.height() << " is too large for a small desktop\n";
   take(window->frameGeometry(), name);
