@@ -39,16 +39,12 @@ std::string quoted(const std::string& text) {
 }
 
 StatementRequest TrptFinancialStmt::requestOf(const form::Open& open, int year) {
-  const auto number = [&](const std::string& name) {
-    const std::string text = wordOf(open, name);
-    return text.empty() ? 0 : std::stoi(text);
-  };
-  StatementRequest request{.stmtId = number("StmtID"), .format = wordOf(open, "format"), .year = year};
+  StatementRequest request{.stmtId = numberOf(open, "StmtID"), .format = wordOf(open, "format"), .year = year};
   if (wordOf(open, "statement") == "Income Statement") request.builtIn = StatementKind::incomeStatement;
   request.period = periodOf(open) == 0 ? kPeriods : periodOf(open);
-  request.upperPeriod = number("upperPeriod");
+  request.upperPeriod = numberOf(open, "upperPeriod");
   for (int level = 1; level <= kSubaccountLevels; ++level)
-    request.subaccounts[static_cast<std::size_t>(level - 1)] = number(subaccountField(level));
+    request.subaccounts[static_cast<std::size_t>(level - 1)] = numberOf(open, subaccountField(level));
   const auto forex = open.values.find("autoForex");
   request.autoForex =
       forex != open.values.end() && !forex->second.isNull() &&

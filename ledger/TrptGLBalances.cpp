@@ -1,6 +1,7 @@
 // GL totals and GL budget: of each account and combination of subaccounts, the changes of a year's periods, or its
 // balance at the end of each. Of themselves, totals are balances of what has one (assets, liabilities, equity) and
 // changes of the rest; budgets print as they were entered.
+#include "base/Errors.h"
 #include "form/App.h"
 #include "form/Screen.h"
 #include "ledger/Accounts.h"
@@ -43,6 +44,7 @@ void TrptTotals::tell(reports::Bands& b, const form::Open& open) {
   data_ = wordOf(open, "data").empty() ? standard_ : wordOf(open, "data");
   for (const DataChoice& choice : kChoices)
     if (data_ == choice.data) lblAsOf = choice.words;
+  if (!data_.empty() && lblAsOf.empty()) throw Error("'" + data_ + "' is none of Auto, NetChange and Balance");
   lblSelection = wordOf(open, "selection");
   select(statement(open));
   columns(b);

@@ -111,14 +111,14 @@ class TrptGeneralLedgerSummary final : public reports::Report {
     year_ = yearOf(open), period_ = periodOf(open);
     lblSelection = reports::periodWords(Value(year_), period_ == 0 ? Value() : Value(period_));
     b.shown("Account no.", 950, [this] { return account_->number; });
-    b.shown("Name", 2400, [this] { return account_->name; })
+    b.shown("Name", 2250, [this] { return account_->name; })
         .opens(
             [year = year_](form::App& some, std::int32_t id) {
               some.open("TfrmGLHistory",
                         {.filter = accountClause(Value(id)) + " AND (GLYear = " + std::to_string(year) + ")"});
             },
             [this] { return account_->ids.front(); });
-    b.shownMoney("Opening Balance", 1050, [this] { return Value(account_->opening); }).sum();
+    b.shownMoney("Opening Balance", 1200, [this] { return Value(account_->opening); }).sum();
     b.shownMoney("Debits", 1050, [this] { return Value(sides_[account_->ids].first); }).sum();
     b.shownMoney("Credits", 1050, [this] { return Value(sides_[account_->ids].second); }).sum();
     b.shownMoney("Balance", 1050, [this] { return Value(account_->closing()); }).sum();

@@ -9,16 +9,6 @@
 #include "shell/Session.h"
 
 namespace quillon::reports {
-namespace {
-
-int wholeOf(const std::string& text) {
-  int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) throw Error("'" + text + "' is not a whole number");
-  return number;
-}
-
-}  // namespace
 
 Report::Report(shell::Session& session) : session_(session), qryMain_(session.app().database(), {}, "qryMain") {}
 Report::~Report() = default;
@@ -49,14 +39,24 @@ std::string Report::wordOf(const form::Open& open, const std::string& name) {
   return found == open.values.end() || found->second.isNull() ? std::string() : found->second.toText();
 }
 
+int Report::numberOf(const form::Open& open, const std::string& name) {
+  const std::string text = wordOf(open, name);
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (!text.empty() && (error != std::errc() || end != text.data() + text.size()))
+    throw Error("'" + text + "' is not a whole number");
+  return number;
+}
+
 int Report::periodOf(const form::Open& open) {
-  const std::string text = wordOf(open, "period");
-  return text.empty() ? 0 : wholeOf(text);
+  constexpr int kPeriods = 12;
+  const int period = numberOf(open, "period");
+  if (period < 0 || period > kPeriods) throw Error("Period must be between 1 and " + std::to_string(kPeriods));
+  return period;
 }
 
 int Report::yearOf(const form::Open& open) const {
-  const std::string text = wordOf(open, "year");
-  return text.empty() ? app().today().year() : wholeOf(text);
+  return wordOf(open, "year").empty() ? app().today().year() : numberOf(open, "year");
 }
 
 std::string longDate(const form::App& app, Date date) {

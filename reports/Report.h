@@ -57,7 +57,9 @@ class Report {
   static std::string orderOf(const form::Open& open, const std::string& order);
   // One of its values as text; empty when it has none of that name.
   static std::string wordOf(const form::Open& open, const std::string& name);
-  // Its values "year", that of today where there is none, and "period", 0 for all of the year.
+  // The same as a whole number, 0 when it has none. Error for any other text.
+  static int numberOf(const form::Open& open, const std::string& name);
+  // Its values "year", that of today where there is none, and "period", 0 for all of the year. Errors.
   int yearOf(const form::Open& open) const;
   static int periodOf(const form::Open& open);
 
