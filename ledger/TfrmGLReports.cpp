@@ -8,6 +8,7 @@
 #include "form/Table.h"
 #include "form/Transaction.h"
 #include "ledger/Accounts.h"
+#include "ledger/CheckStatement.h"
 #include "ledger/MakeScreens.h"
 #include "ledger/StatementDefinition.h"
 #include "reports/LauncherScreen.h"
@@ -174,8 +175,7 @@ void TfrmGLReports::fill(form::Open& open) {
 }
 
 void TfrmGLReports::validate() {
-  if (!app().runModal("TfrmFStmtValidation", {.values = {{"StmtID", tblFStmt.value("StmtID")}}}).confirmed)
-    form::abort();
+  if (!mayPrintStatement(app(), tblFStmt["StmtID"].asInt())) form::abort();
 }
 
 }  // namespace

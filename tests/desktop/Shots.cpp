@@ -46,6 +46,7 @@ struct Record {
 };
 constexpr Record kRecords[] = {{"TfrmBank", "Bank", "BankID"},
                                {"TfrmCurrency", "Currency", "CurrencyID"},
+                               {"TfrmFinancialStmt", "FStmt", "StmtID"},
                                {"TfrmGLAccount", "GLAccnt", "GLAccountID"},
                                {"TfrmGLAccountSub", "GLAcSub1", "SubAccountID"},
                                {"TfrmJV", "JV", "JVID"},
@@ -140,6 +141,7 @@ void Shooting::soon(const std::string& name) {
 void Shooting::runModal(const std::string& className) {
   form::Open open;
   if (className == "TfrmGLAccountSubSearch") open.values["level"] = store::Value(1);
+  if (className == "TfrmFStmtValidation") open.values["StmtID"] = store::Value(1);
   if (className == "TfrmCompanyDatabase") open.values["name"] = store::Value("Hartwell Joinery");
   if (className == "TfrmYearEnd") open.values["year"] = store::Value(2025);
   soon(className);

@@ -1,6 +1,11 @@
 # Financial statements are made, edited and checked: the lines, the accounts of a detail line and the totals that it goes
-# into, what saving asks for, AutoCreate, and what Cancel puts back.
-@ --today 2026-03-05 --country Canada --date-format MM/dd/yyyy
+# into, what saving asks for, AutoCreate, what Cancel puts back, and what validation tells.
+#
+# Words that no story can hear:
+# - "This report (with Auto-Forex) is already running.\rMultiple instances are not allowed": while a report is laid out
+#   nothing but its own preview can be used.
+# - "This statement has been deleted by another user": between the choice of a statement and its figures nobody is asked.
+@ --today 2026-03-05 --country Canada --printer letter
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (1, '1000', 'Cash', 1)
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (2, '2000', 'Accounts Payable', 2)
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (3, '3000', 'Capital', 5)
@@ -128,8 +133,20 @@
 > {"sql":"SELECT LineHeading, Seq FROM FStmtLin WHERE StmtID = 1 ORDER BY LineNo"}
 < {"rows":{3}}
 |
+# The line stays the active one.
+| Up | 2
+| Up | 1
+| Down | 2
+| Down | 3
+> {"click":"frmFinancialStmt.btn{1}"}
+> {"state":"frmFinancialStmt"}
+< {"state":{"controls":{"grdFStmtLin":{"active":{"row":{2}}}}}}
+|
+> {"set":"frmFinancialStmt.memoNotes","value":"For the bank"}
 > {"click":"frmFinancialStmt.btnOK"}
 < {"closed":["frmFinancialStmt"],"messages":[]}
+> {"sql":"SELECT StmtID, Notes FROM FStmt"}
+< {"rows":[[1,"For the bank"]]}
 > {"state":"frmGLReports"}
 < {"state":{"controls":{"grdFStmt":{"rows":[{"cells":{"StmtTitle":"Ours","ColumnFormat":"Balance: Simple"}}]}}}}
 
@@ -234,3 +251,64 @@
 > {"state":"frmFinancialStmt"}
 < {"state":{"controls":{"cboColumnFormat":{"value":"Net Change: Compare month"}}}}
 > {"click":"frmFinancialStmt.btnCancel"}
+
+# Only one person at a time changes a statement, its lines as well.
+> {"click":"frmGLReports.btnEdit"}
+> {"click":"frmFinancialStmt.btnNew"}
+2> {"menu":"GL > Reports"}
+2> {"set":"frmGLReports.lboReports","value":"Custom Financial Statements"}
+2> {"click":"frmGLReports.btnNext"}
+2> {"grid":"frmGLReports.grdFStmt","do":"locate","values":{"StmtID":9}}
+2> {"click":"frmGLReports.btnEdit"}
+2> {"click":"frmFinancialStmt.btnAutoCreate"}
+2> {"answer":"Yes"}
+2> {"click":"frmFinancialStmtAuto.btnOK"}
+2< {"waiting":{"dialog":{"kind":"warning","text":"The 'tblFStmt' record you are trying to edit or delete is currently locked. Do you want to try again?\r\rThis would happen if the record (customer, invoice, etc.) is currently being edited by another person or process."}}}
+2> {"answer":"No"}
+2< {"ok":false,"messages":[]}
+2> {"click":"frmFinancialStmt.btnCancel"}
+> {"click":"frmFinancialStmt.btnCancel"}
+2> {"sql":"DELETE FROM FStmt WHERE StmtID = 9"}
+> {"click":"frmGLReports.btnEdit"}
+< {"messages":[{"text":"This record has been deleted by another user"}]}
+
+# Validation lists what is not right and is asked for before printing; a statement that passes prints without a word.
+| FStmt (StmtID, StmtTitle, ColumnFormat) VALUES (10, 'Checked', 'Balance: Simple')
+| FStmtLin (StmtID, Seq, LineNo, LineHeading, LineType) VALUES (10, 1, 1, 'Some', 'Detail')
+| FStmtLin (StmtID, Seq, LineNo, LineHeading, LineType) VALUES (10, 2, 2, 'More', 'Detail')
+| FStmtLAc (StmtID, Seq, AccountFrom, AccountTo) VALUES (10, 1, '2000', '4000')
+| FStmtLAc (StmtID, Seq, AccountFrom, SubAccount1ID) VALUES (10, 2, '3000', 1)
+| FStmtLAc (StmtID, Seq, AccountFrom, AccountTo) VALUES (10, 2, '45', '5')
+> {"sql":"INSERT INTO {1}"}
+|
+> {"grid":"frmGLReports.grdFStmt","do":"locate","values":{"StmtID":10}}
+> {"click":"frmGLReports.btnNext"}
+> {"set":"frmGLReports.editGLPeriod","value":"3"}
+> {"set":"frmGLReports.editGLYear","value":"26"}
+> {"set":"frmGLReports.chkValidate","value":true}
+> {"click":"frmGLReports.btnNext"}
+< {"waiting":{"modal":"frmFStmtValidation"}}
+> {"state":"frmFStmtValidation"}
+< {"state":{"title":"Financial Statement Validation: Checked","controls":{
+   "grdMissing":{"columns":[{"caption":"Account no."},{"caption":"Name"},{"caption":"Type"}],"rows":[
+   {"cells":{"GLAccount":"1000","AccountName":"Cash","AccountType":"Asset"}},
+   {"cells":{"GLAccount":"5000","AccountName":"Rent","AccountType":"Expense"}}]},
+   "grdRepeated":{"rows":[{"cells":{"GLAccount":"3000","AccountName":"Capital","AccountType":"Equity"}}]},
+   "grdWrongType":{"total":0}}}}
+> {"click":"frmFStmtValidation.btnCancel"}
+< {"messages":[],"opened":[],"closed":["frmFStmtValidation"],"finished":[{},{"command":"frmGLReports.btnNext","aborted":true}]}
+> {"sql":"UPDATE FStmt SET ColumnFormat = 'Net Change: Simple' WHERE StmtID = 10"}
+> {"click":"frmGLReports.btnNext"}
+> {"state":"frmFStmtValidation"}
+< {"state":{"controls":{
+   "grdMissing":{"rows":[{"cells":{"GLAccount":"5000"}}]},"grdRepeated":{"rows":[{"cells":{"GLAccount":"3000"}}]},
+   "grdWrongType":{"rows":[{"cells":{"GLAccount":"2000","AccountType":"Liability"}},
+   {"cells":{"GLAccount":"3000","AccountName":"Capital","AccountType":"Equity"}}]}}}}
+> {"click":"frmFStmtValidation.btnOK"}
+< {"opened":["frmPreview"]}
+> {"close":"frmPreview"}
+> {"sql":"DELETE FROM FStmtLAc WHERE StmtID = 10"}
+> {"sql":"INSERT INTO FStmtLAc (StmtID, Seq, AccountFrom, AccountTo) VALUES (10, 1, '4000', '5000')"}
+> {"click":"frmGLReports.btnNext"}
+< {"messages":[],"opened":["frmPreview"],"waiting":null}
+> {"close":"frmPreview"}
