@@ -166,7 +166,7 @@ void writeBudget(store::Database& database, const std::map<std::string, int>& ac
 
 void writeSampleStatements(store::Database& database, const std::map<std::string, int>& accounts, int year) {
   Writer writer(database);
-  writer.write(1, "Balance Sheet", "Balance: Compare year", "By groups of accounts.", kBalanceSheet);
+  writer.write(1, "Balance Sheet", "Balance: Simple", "By groups of accounts.", kBalanceSheet);
   writer.write(2, "Income Statement", "Net Change: Compare budget", "By groups of accounts, with the budget.",
                kIncomeStatement);
   writer.writeControl(3);
