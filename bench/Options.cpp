@@ -1,7 +1,9 @@
 #include "bench/Options.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+#include <exception>
 
 #include "base/Errors.h"
 #include "bench/Timing.h"
@@ -32,6 +34,16 @@ Options readOptions(int count, char** words, std::string_view program, const std
   std::string usage = std::string(program) + " [--tsv] [--cpu] [--rows N] [--only NAME], N from 1000 up; names:";
   for (const std::string_view name : names) usage += " " + std::string(name);
   throw Error(usage);
+}
+
+int exitStatus(int count, char** words, void (*run)(int count, char** words)) {
+  try {
+    run(count, words);
+    return 0;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+  }
 }
 
 }  // namespace quillon::bench

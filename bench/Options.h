@@ -17,4 +17,7 @@ struct Options {
 Options readOptions(int count, char** words, std::string_view program, const std::vector<std::string_view>& names,
                     std::int64_t rows = 1'000'000);
 
+// What the program of a benchmark comes to: runs it, and tells an error in its words.
+int exitStatus(int count, char** words, void (*run)(int count, char** words));
+
 }  // namespace quillon::bench
