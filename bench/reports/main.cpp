@@ -125,12 +125,4 @@ void run(int count, char** words) {
 }  // namespace
 }  // namespace quillon::bench
 
-int main(int count, char** words) {
-  try {
-    quillon::bench::run(count, words);
-    return 0;
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
-  }
-}
+int main(int count, char** words) { return quillon::bench::exitStatus(count, words, quillon::bench::run); }
