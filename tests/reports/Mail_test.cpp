@@ -62,7 +62,8 @@ std::string contents(const std::string& path) {
 
 std::string somePdf() {
   std::string bytes = "%PDF-1.7\r\n.\r\n..\n";
-  for (int i = 0; i < 50'000; ++i) bytes += static_cast<char>(i * i % 251);
+  for (int i = 0; i < 50'000; ++i)
+    bytes += static_cast<char>(static_cast<unsigned>(i) * static_cast<unsigned>(i) % 251);
   return bytes;
 }
 
