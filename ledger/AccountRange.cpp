@@ -9,12 +9,16 @@ constexpr int kNumberSize = 10;
 
 std::string bound(const std::string& field, const char* comparison, const store::Value& number) {
   if (number.isNull()) return {};
-  std::string text;
-  for (const char c : number.asText()) text += c == '\'' ? "''" : std::string(1, c);
-  return "(UPPER(" + field + ")" + comparison + "UPPER('" + text + "'))";
+  return "(UPPER(" + field + ")" + comparison + "UPPER(" + quoted(number.asText()) + "))";
 }
 
 }  // namespace
+
+std::string quoted(const std::string& text) {
+  std::string all = "'";
+  for (const char c : text) all += c == '\'' ? "''" : std::string(1, c);
+  return all + "'";
+}
 
 form::Control& AccountRange::told(form::Layout& l) {
   form::Control& first = l.edit("editAccountFrom", "&Account no. from:", from, form::textConverter(kNumberSize));

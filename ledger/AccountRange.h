@@ -7,6 +7,9 @@
 
 namespace quillon::ledger {
 
+// A text as a literal of a condition.
+std::string quoted(const std::string& text);
+
 // A filter's condition on account numbers: from one to another, both included, case apart; an end that is empty is
 // open.
 struct AccountRange {

@@ -2,6 +2,7 @@
 // gives. A line of accounts opens their totals.
 #include "form/App.h"
 #include "form/Screen.h"
+#include "ledger/AccountRange.h"
 #include "ledger/MakeReports.h"
 #include "ledger/Statements.h"
 #include "ledger/Totals.h"
@@ -31,12 +32,6 @@ class TrptFinancialStmt final : public reports::Report {
   std::unique_ptr<Statement> statement_;
   std::vector<Statement::Line>::const_iterator line_;
 };
-
-std::string quoted(const std::string& text) {
-  std::string all = "'";
-  for (const char c : text) all += c == '\'' ? "''" : std::string(1, c);
-  return all + "'";
-}
 
 StatementRequest TrptFinancialStmt::requestOf(const form::Open& open, int year) {
   StatementRequest request{.stmtId = numberOf(open, "StmtID"), .format = wordOf(open, "format"), .year = year};

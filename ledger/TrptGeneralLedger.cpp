@@ -102,55 +102,8 @@ bool TrptGeneralLedger::next() {
   return true;
 }
 
-// A line for each account: what it had before, what was debited and credited, and what it has.
-class TrptGeneralLedgerSummary final : public reports::Report {
- public:
-  using Report::Report;
-  void tell(reports::Bands& b, const form::Open& open) override {
-    reportTitle = "General Ledger Summary";
-    year_ = yearOf(open), period_ = periodOf(open);
-    lblSelection = reports::periodWords(Value(year_), period_ == 0 ? Value() : Value(period_));
-    b.shown("Account no.", 950, [this] { return account_->number; });
-    b.shown("Name", 2250, [this] { return account_->name; })
-        .opens(
-            [year = year_](form::App& some, std::int32_t id) {
-              some.open("TfrmGLHistory",
-                        {.filter = accountClause(Value(id)) + " AND (GLYear = " + std::to_string(year) + ")"});
-            },
-            [this] { return account_->ids.front(); });
-    b.shownMoney("Opening Balance", 1200, [this] { return Value(account_->opening); }).sum();
-    b.shownMoney("Debits", 1050, [this] { return Value(sides_[account_->ids].first); }).sum();
-    b.shownMoney("Credits", 1050, [this] { return Value(sides_[account_->ids].second); }).sum();
-    b.shownMoney("Balance", 1050, [this] { return Value(account_->closing()); }).sum();
-    b.total = "Report Totals:";
-  }
-  bool first() override {
-    accounts_ = ledgerAccounts(app(), year_, period_);
-    for (const auto& [ids, lines] : ledgerLines(app(), year_, period_))
-      for (const LedgerLine& line : lines)
-        (line.amount >= Money{} ? sides_[ids].first : sides_[ids].second) +=
-            line.amount >= Money{} ? line.amount : -line.amount;
-    std::erase_if(accounts_, [this](const LedgerAccount& some) {
-      return some.opening == Money{} && some.change == Money{} && !sides_.contains(some.ids);
-    });
-    account_ = accounts_.begin();
-    return account_ != accounts_.end();
-  }
-  bool next() override { return ++account_ != accounts_.end(); }
-  int positionOf(std::string_view /*field*/) override { return -1; }
-
- private:
-  int year_ = 0, period_ = 0;
-  std::vector<LedgerAccount> accounts_;
-  std::vector<LedgerAccount>::const_iterator account_;
-  std::map<std::array<int, 1 + kSubaccountLevels>, std::pair<Money, Money>> sides_;  // debits, credits
-};
-
 }  // namespace
 
 ReportPtr makeTrptGeneralLedger(shell::Session& session) { return std::make_unique<TrptGeneralLedger>(session); }
-ReportPtr makeTrptGeneralLedgerSummary(shell::Session& session) {
-  return std::make_unique<TrptGeneralLedgerSummary>(session);
-}
 
 }  // namespace quillon::ledger
