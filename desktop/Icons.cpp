@@ -13,7 +13,7 @@ namespace quillon::desktop {
 namespace {
 
 // The drawings have one ink, which becomes the palette's.
-QIcon drawn(QByteArray svg) {
+QIcon drawn(const QByteArray& svg) {
   QIcon icon;
   for (const auto& [mode, group] :
        {std::pair{QIcon::Normal, QPalette::Active}, {QIcon::Disabled, QPalette::Disabled}}) {

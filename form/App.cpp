@@ -1,7 +1,6 @@
 #include "form/App.h"
 
 #include <algorithm>
-#include <ranges>
 #include <stdexcept>
 
 #include "base/Text.h"
@@ -37,8 +36,8 @@ App::App(Person& person, const Registry& registry, Formats formats, std::string 
 // What is being edited is undone; what goes wrong then is told by whoever closes the company before.
 App::~App() {
   Ending ending;
-  for (const auto& screen : screens_ | std::views::reverse)
-    if (screen->visible()) ending.step([&] { screen->hide(); });
+  for (auto screen = screens_.rbegin(); screen != screens_.rend(); ++screen)
+    if ((*screen)->visible()) ending.step([&] { (*screen)->hide(); });
 }
 
 void App::settle() {
@@ -233,10 +232,10 @@ bool App::closeAll() {
   for (const auto& screen : screens_)
     if (screen->visible() && screen->entry().ofCompany) open.push_back(screen.get());
   bool all = true;
-  for (Screen* screen : open | std::views::reverse) {
+  for (auto screen = open.rbegin(); screen != open.rend(); ++screen) {
     // The one before may have closed it, and freed it.
-    const bool there = std::ranges::find(screens_, screen, &std::unique_ptr<Screen>::get) != screens_.end();
-    if (there) all = !isInUse(*screen) && close(*screen) && all;
+    const bool there = std::ranges::find(screens_, *screen, &std::unique_ptr<Screen>::get) != screens_.end();
+    if (there) all = !isInUse(**screen) && close(**screen) && all;
   }
   return all;
 }
@@ -244,12 +243,13 @@ bool App::closeAll() {
 void App::dropScreens() {
   const auto stays = [this](const Screen& screen) { return !screen.entry().ofCompany || isInUse(screen); };
   Ending ending;
-  for (const auto& screen : screens_ | std::views::reverse) {
-    if (stays(*screen)) {
-      ending.step([&] { screen->closeTables(); });
-    } else if (screen->visible()) {
-      if (watcher_) watcher_->closing(*screen);
-      ending.step([&] { screen->hide(); });
+  for (auto each = screens_.rbegin(); each != screens_.rend(); ++each) {
+    Screen& screen = **each;
+    if (stays(screen)) {
+      ending.step([&] { screen.closeTables(); });
+    } else if (screen.visible()) {
+      if (watcher_) watcher_->closing(screen);
+      ending.step([&] { screen.hide(); });
     }
   }
   for (auto screen = screens_.end(); screen != screens_.begin();)

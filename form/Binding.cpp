@@ -141,7 +141,7 @@ BindingPtr shownBinding(std::function<std::string()> text) {
   return std::make_unique<ShownBinding>(std::move(text), nullptr, false);
 }
 
-BindingPtr shownBinding(std::function<Value()> value, ConverterPtr converter) {
+BindingPtr shownBinding(const std::function<Value()>& value, const ConverterPtr& converter) {
   return std::make_unique<ShownBinding>([value, converter] { return converter->show(value()); }, value,
                                         converter->alignsRight());
 }

@@ -69,7 +69,7 @@ BindingPtr variableBinding(Variable& variable, ConverterPtr converter);
 
 // A text that is worked out and never typed.
 BindingPtr shownBinding(std::function<std::string()> text);
-BindingPtr shownBinding(std::function<store::Value()> value, ConverterPtr converter);
+BindingPtr shownBinding(const std::function<store::Value()>& value, const ConverterPtr& converter);
 
 // How an id is typed and shown: as the code, or the name, of the row of another table that it points to. An exact code
 // comes before one that differs in case; empty is null; an id that points nowhere shows "?".

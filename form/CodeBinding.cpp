@@ -54,7 +54,7 @@ class CodeBinding final : public Binding {
 
   Value idOf(std::string_view text) {
     store::Cursor& rows = app_.lookUp(code_.table);
-    const Value exact = rows.lookup(code_.shownField, {Value(text)}, code_.idField);
+    Value exact = rows.lookup(code_.shownField, {Value(text)}, code_.idField);
     if (!exact.isNull()) return exact;
     store::Query folded(app_.database(), "SELECT " + code_.idField + " FROM " + code_.table + " WHERE UPPER(" +
                                              code_.shownField + ") = UPPER(:code)");

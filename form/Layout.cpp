@@ -60,7 +60,7 @@ Control& Layout::make(Kind kind, std::string name, std::string caption) {
   return loose_.back()->caption(std::move(caption));
 }
 
-Control& Layout::bound(Kind kind, std::string prefix, std::string caption, const store::Field& field,
+Control& Layout::bound(Kind kind, const std::string& prefix, std::string caption, const store::Field& field,
                        ConverterPtr converter) {
   Control& control = make(kind, prefix + controlNameOf(fieldName(field)), std::move(caption));
   control.bind(bindingOf(screen_.app(), field, std::move(converter)));

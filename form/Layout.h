@@ -106,8 +106,8 @@ class Layout {
   }
   Control& rowOf(const std::vector<Control*>& controls) { return place(Kind::row, "", controls); }
   template <typename... Controls>
-  Control& group(std::string caption, Controls&... controls) {
-    return place(Kind::group, std::move(caption), {&controls...});
+  Control& group(const std::string& caption, Controls&... controls) {
+    return place(Kind::group, caption, {&controls...});
   }
   Control& groupOf(std::string caption, const std::vector<Control*>& controls) {
     return place(Kind::group, std::move(caption), controls);
@@ -125,8 +125,8 @@ class Layout {
   Control& splitter(Control& left, Control& right) { return place(Kind::splitter, "", {&left, &right}); }
   Control& stepsOf(const std::vector<Control*>& groups) { return place(Kind::steps, "", groups).named("pagSteps"); }
   template <typename... Controls>
-  Control& menu(std::string caption, Controls&... controls) {
-    return place(Kind::menu, std::move(caption), {&controls...});
+  Control& menu(const std::string& caption, Controls&... controls) {
+    return place(Kind::menu, caption, {&controls...});
   }
   Control& menuOf(std::string caption, const std::vector<Control*>& controls) {
     return place(Kind::menu, std::move(caption), controls);
@@ -146,7 +146,8 @@ class Layout {
  private:
   Control& make(Kind kind, std::string name, std::string caption);
   bool isNamed(std::string_view name) const;
-  Control& bound(Kind kind, std::string prefix, std::string caption, const store::Field& field, ConverterPtr converter);
+  Control& bound(Kind kind, const std::string& prefix, std::string caption, const store::Field& field,
+                 ConverterPtr converter);
   Control& variable(Kind kind, std::string name, std::string caption, Variable& variable, ConverterPtr converter);
   Control& place(Kind kind, std::string caption, const std::vector<Control*>& controls);
   std::unique_ptr<Control> makeColumn(std::string caption, std::string name, BindingPtr binding);

@@ -93,7 +93,7 @@ Control& ListScreen::editMenu(Layout& l) {
   return l.menuOf("&Edit", entries);
 }
 
-Control& ListScreen::sortEntry(Layout& l, std::string name, std::string caption, std::string index) {
+Control& ListScreen::sortEntry(Layout& l, std::string name, std::string caption, const std::string& index) {
   return l.entry(std::move(name), std::move(caption), [this, index] { rows().setIndex(index); })
       .checkedWhen([this, index] { return rows().indexName() == index; });
 }

@@ -47,7 +47,7 @@ class ListScreen : public Screen {
   // New, Edit, Delete, Find..., Filter..., Refresh; what the list's plan does not name is left out.
   Control& editMenu(Layout& layout);
   // An entry that sorts by an index and is checked while that is the order.
-  Control& sortEntry(Layout& layout, std::string name, std::string caption, std::string index);
+  Control& sortEntry(Layout& layout, std::string name, std::string caption, const std::string& index);
   // The list's grid: Enter opens the record, a character starts the search.
   Control& listGrid(Layout& layout, std::vector<std::unique_ptr<Control>> columns);
 

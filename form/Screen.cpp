@@ -1,7 +1,6 @@
 #include "form/Screen.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "base/Text.h"
 #include "form/App.h"
@@ -202,12 +201,12 @@ void Screen::hide() {
 
 void Screen::closeTables() {
   Ending ending;
-  for (Table* table : tables_ | std::views::reverse)
-    ending.step([table] {
-      const store::Cursor::Silence silence(*table);
-      if (table->isOpen() && table->isEditing()) table->cancel();
+  for (auto each = tables_.rbegin(); each != tables_.rend(); ++each)
+    ending.step([&table = **each] {
+      const store::Cursor::Silence silence(table);
+      if (table.isOpen() && table.isEditing()) table.cancel();
     });
-  for (Table* table : tables_ | std::views::reverse) ending.step([table] { table->close(); });
+  for (auto each = tables_.rbegin(); each != tables_.rend(); ++each) ending.step([&table = **each] { table.close(); });
   ending.raise();
 }
 

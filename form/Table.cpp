@@ -6,12 +6,12 @@
 
 namespace quillon::form {
 
-Table::Table(Screen& screen, std::string table, std::string name)
+Table::Table(Screen& screen, const std::string& table, std::string name)
     : Cursor(screen.database(), table, name.empty() ? "tbl" + table : std::move(name)) {
   wire(screen);
 }
 
-Table::Table(Screen& screen, std::string table, const store::follows& link, std::string name)
+Table::Table(Screen& screen, const std::string& table, const store::follows& link, std::string name)
     : Cursor(screen.database(), table, link, name.empty() ? "tbl" + table : std::move(name)) {
   wire(screen);
 }

@@ -14,8 +14,9 @@ class Screen;
 // for single fields that run for code as for typing.
 class Table : public store::Cursor {
  public:
-  Table(Screen& screen, std::string table, std::string name = {});  // named "tbl" and the table where none is given
-  Table(Screen& screen, std::string table, const store::follows& link, std::string name = {});
+  Table(Screen& screen, const std::string& table,
+        std::string name = {});  // named "tbl" and the table where none is given
+  Table(Screen& screen, const std::string& table, const store::follows& link, std::string name = {});
 
   // Before a field is set, and after; a check raises what is wrong.
   void validate(const std::string& field, std::function<void(const store::Value& next)> check);

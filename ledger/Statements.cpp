@@ -64,7 +64,7 @@ const std::map<std::string_view, std::vector<Column>> kColumns = {
 
 // Statements made long ago have the older name of one.
 std::string formatNamed(const std::string& name) {
-  const std::string format = name == "Net Change: Compare month" ? "Net Change: Compare period" : name;
+  std::string format = name == "Net Change: Compare month" ? "Net Change: Compare period" : name;
   if (!kColumns.contains(format)) throw Error("'" + name + "' is no column format of a statement");
   return format;
 }

@@ -90,7 +90,7 @@ Done serveClick(Program& program, const Request& request, Reply&) {
     if (equalFolded("frmQuillon." + row.name, name)) return program.input().menu(program.mainWindow(), row);
   const Target target = targetNamed(program.app(), name, canBeClicked);
   if (!target.row) return program.input().click(*target.screen, *target.control);
-  const Done moved = program.input().cell(*target.screen, *target.control, *target.row, target.column);
+  Done moved = program.input().cell(*target.screen, *target.control, *target.row, target.column);
   if (!moved->ok) return moved;
   const form::Control* tick = target.control->grid()->tick();
   return tick && tick->name() == target.column ? program.input().tick(*target.screen, *target.control)
@@ -128,8 +128,8 @@ Done serveType(Program& program, const Request& request, Reply&) {
   const Json* keys = request.whole.find("keys");
   if (keys == nullptr || !keys->is(Json::Kind::text)) throw RequestRefused("\"type\" needs a text in \"keys\"");
   const Target target = targetNamed(program.app(), request.name(), canBeSet);
-  const Done moved = target.row ? program.input().cell(*target.screen, *target.control, *target.row, target.column)
-                                : program.input().focus(*target.screen, *target.control);
+  Done moved = target.row ? program.input().cell(*target.screen, *target.control, *target.row, target.column)
+                          : program.input().focus(*target.screen, *target.control);
   return moved->ok ? program.input().keys(*target.screen, keys->text) : moved;
 }
 
@@ -208,6 +208,7 @@ Done serveFollow(Program& program, const Request& request, Reply&) {
     return program.input().follow(*target.screen, *target.control, page,
                                   static_cast<std::size_t>(found - links.begin()));
   std::vector<std::string> texts;
+  texts.reserve(links.size());
   for (const form::PageLink& link : links) texts.push_back(link.text);
   throw RequestRefused(quoted(text->text) + " leads nowhere", texts);
 }
