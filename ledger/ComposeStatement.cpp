@@ -12,7 +12,6 @@ namespace quillon::ledger {
 namespace {
 
 using store::Cursor;
-using store::Value;
 
 class Compose {
  public:

@@ -45,7 +45,7 @@ const Origin* originOf(Cursor& history) {
 }
 
 Value requireVoucher(form::App& app, Cursor& history, const std::string& gone) {
-  const Value id = voucherOf(app, history);
+  Value id = voucherOf(app, history);
   if (id.isNull()) refuse("JV " + text(history, "JVNumber") + " not found...\r" + gone);
   return id;
 }

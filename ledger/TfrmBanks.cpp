@@ -31,7 +31,7 @@ class TfrmBanks final : public form::ListScreen {
 
  private:
   void build(form::Layout& layout) override;
-  form::Control& jump(form::Layout& l, std::string name, std::string caption, std::string screen);
+  form::Control& jump(form::Layout& l, std::string name, std::string caption, const std::string& screen);
 
   form::Table tblBank{*this, "Bank"};
 };
@@ -51,7 +51,7 @@ void TfrmBanks::build(form::Layout& l) {
                                       .unknown = "Currency no longer exists"})));
 }
 
-form::Control& TfrmBanks::jump(form::Layout& l, std::string name, std::string caption, std::string screen) {
+form::Control& TfrmBanks::jump(form::Layout& l, std::string name, std::string caption, const std::string& screen) {
   const auto open = [this, screen] {
     form::Open bank;
     if (!tblBank.isEmpty()) bank.values["BankID"] = tblBank.value("BankID");

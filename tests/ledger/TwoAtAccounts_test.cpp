@@ -5,17 +5,14 @@
 #include "form/Input.h"
 #include "form/Table.h"
 #include "ledger/Screens.h"
-#include "shell/Session.h"
 #include "store/Query.h"
 #include "store/schema/CreateCompany.h"
-#include "support/ScriptedPerson.h"
-#include "support/SimDesktop.h"
-#include "support/SimProcess.h"
+#include "support/Workplace.h"
 
 namespace quillon::ledger {
 namespace {
 
-class TwoAtAccounts : public testing::Test {
+class TwoAtAccounts : public testing::Test, protected sim::Workplace {
  protected:
   TwoAtAccounts() {
     disk_.process()->makeFolder(sim::kSharedFolder);
@@ -50,13 +47,6 @@ class TwoAtAccounts : public testing::Test {
   }
 
   static constexpr auto kYes = form::Button::yes, kNo = form::Button::no;
-  sim::SimDisk disk_;
-  sim::SimClock clock_;
-  sim::SimProcess other_{disk_, clock_, {}};
-  std::unique_ptr<store::FileSystem> files_ = disk_.process();
-  sim::ScriptedPerson person_;
-  sim::SimDesktop desktop_;
-  shell::Session session_{store::Environment{*files_, clock_, "BEN", "PC", 99}, person_, desktop_};
   form::Screen* list_ = nullptr;
 };
 

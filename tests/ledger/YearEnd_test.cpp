@@ -9,15 +9,12 @@
 #include "form/Input.h"
 #include "ledger/CarryForward.h"
 #include "ledger/Screens.h"
-#include "shell/Session.h"
 #include "store/Query.h"
 #include "store/schema/CreateCompany.h"
 #include "support/LedgerFigures.h"
-#include "support/ScriptedPerson.h"
 #include "support/SeededRandom.h"
-#include "support/SimDesktop.h"
-#include "support/SimProcess.h"
 #include "support/Trials.h"
+#include "support/Workplace.h"
 #include "support/YearEndFigures.h"
 
 namespace quillon::ledger {
@@ -82,7 +79,7 @@ void carry(store::Database& database, sim::SimClock& clock) {
   totals.unlockTable();
 }
 
-class YearEnd : public testing::Test {
+class YearEnd : public testing::Test, protected sim::Workplace {
  protected:
   YearEnd() {
     disk_.process()->makeFolder(sim::kSharedFolder);
@@ -105,13 +102,6 @@ class YearEnd : public testing::Test {
     return ended;
   }
 
-  sim::SimDisk disk_;
-  sim::SimClock clock_;
-  sim::SimProcess other_{disk_, clock_, {}};
-  std::unique_ptr<store::FileSystem> files_ = disk_.process();
-  sim::ScriptedPerson person_;
-  sim::SimDesktop desktop_;
-  shell::Session session_{store::Environment{*files_, clock_, "BEN", "PC", 99}, person_, desktop_};
   bool confirmed_ = false;
 };
 

@@ -10,14 +10,11 @@
 #include "reports/mail/Addresses.h"
 #include "reports/mail/EmailDocument.h"
 #include "reports/mail/SendMail.h"
-#include "shell/Session.h"
 #include "store/Query.h"
 #include "store/schema/CreateCompany.h"
 #include "support/Refusal.h"
-#include "support/ScriptedPerson.h"
-#include "support/SimDesktop.h"
-#include "support/SimProcess.h"
 #include "support/TempFolder.h"
+#include "support/Workplace.h"
 
 namespace quillon::reports {
 namespace {
@@ -245,7 +242,7 @@ TEST(Mail, TakesServersAndAddressesAsTheyAreTyped) {
             "Email feature could not run because there are too many email addresses...\r\rTry filtering the list.");
 }
 
-class EmailOfADocument : public testing::Test {
+class EmailOfADocument : public testing::Test, protected sim::Workplace {
  protected:
   EmailOfADocument() {
     disk_.process()->makeFolder(sim::kSharedFolder);
@@ -291,13 +288,6 @@ class EmailOfADocument : public testing::Test {
   static constexpr const char* kAsked =
       "file: Create invoice PDF for email\nconfirmation: Send email?\r\rSubject: Invoice 10/42\rTo: ann@elm.example\n";
   static constexpr const char* kDelete = "confirmation: Delete PDF file?";
-  sim::SimDisk disk_;
-  sim::SimClock clock_;
-  sim::SimProcess other_{disk_, clock_, {}};
-  std::unique_ptr<store::FileSystem> files_ = disk_.process();
-  sim::ScriptedPerson person_;
-  sim::SimDesktop desktop_;
-  shell::Session session_{store::Environment{*files_, clock_, "BEN", "PC", 99}, person_, desktop_};
   sim::TempFolder folder_;
   std::string pdf_ = folder_.path() + "/Invoice 10 42.pdf";
 };
