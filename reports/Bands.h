@@ -52,11 +52,13 @@ struct Column {
   form::ConverterPtr format = {};
   Align align = Align::left;
   bool summed = false, wraps = false;
+  bool carried = false;           // a group's sums show what it had in the last row
   const Column* upper = nullptr;  // stands below that column, in a second line
   PreparedPages::Jump jump = {};
   std::function<std::int32_t()> jumpKey = {};
 
   Column& sum() { return summed = true, *this; }
+  Column& carry() { return carried = true, *this; }
   Column& wrap() { return wraps = true, *this; }
   Column& under(const Column& other) { return upper = &other, *this; }
   // A click on its figure opens what it is made of; a negative key leads nowhere.
@@ -76,7 +78,13 @@ struct Group {
   // Above the sums. It prints when the row behind the group is read already, so it shows what the report has kept:
   // sums of its own, which it adds up in the detail's `after` and clears in this one's.
   Band footer = {};
+  PreparedPages::Jump jump = {};  // of its sums; the key is asked for when the group begins
+  std::function<std::int32_t()> jumpKey = {};
 
+  // A click on one of its sums, as Column::opens.
+  Group& opens(PreparedPages::Jump what, std::function<std::int32_t()> which) {
+    return jump = std::move(what), jumpKey = std::move(which), *this;
+  }
   Group& totalled(std::string words) {
     return total = [words = std::move(words)] { return words; }, *this;
   }
@@ -107,6 +115,7 @@ class Bands {
   std::deque<Column> columns;
   std::deque<Group> groups;                             // the outermost first
   std::string total;                                    // the words beside the report's sums; empty: no sums
+  PreparedPages::Jump totalJump;                        // of the report's sums, with 0
   Band title, detail, summary, pageHeader, pageFooter;  // beside what columns and groups give
   std::function<RowLook()> look = {};
   std::function<void()> beforeReport = {},

@@ -91,8 +91,15 @@ void ReportRun::placeColumns() {
   reportSums_.assign(places_.size(), {});
   groupSums_.assign(bands_.groups.size(), reportSums_);
   totals_.resize(bands_.groups.size());
-  for (std::size_t i = 0; i < places_.size(); ++i)
-    if (bands_.columns[i].jump) pages_->jumps.push_back(bands_.columns[i].jump);
+  for (std::size_t i = 0; i < places_.size(); ++i) places_[i].jump = addJump(bands_.columns[i].jump);
+  for (const Group& group : bands_.groups) groupLeads_.push_back({.jump = addJump(group.jump)});
+  totalJump_ = addJump(bands_.totalJump);
+}
+
+std::uint8_t ReportRun::addJump(const PreparedPages::Jump& jump) {
+  if (!jump) return 0;
+  pages_->jumps.push_back(jump);
+  return static_cast<std::uint8_t>(pages_->jumps.size());
 }
 
 bool ReportRun::step() {
@@ -129,10 +136,10 @@ void ReportRun::row() {
   if (bands_.details && (!bands_.detail.shown || bands_.detail.shown())) add(detail());
   for (std::size_t i = 0; i < places_.size(); ++i) {
     const Column& column = bands_.columns[i];
-    if (!column.summed) continue;
+    if (!column.summed && !column.carried) continue;
     const Money amount = amountOf(column.value ? column.value() : report_->value(places_[i].field));
     reportSums_[i] += amount;
-    for (Sums& sums : groupSums_) sums[i] += amount;
+    for (Sums& sums : groupSums_) sums[i] = column.carried ? amount : sums[i] + amount;
   }
 }
 
@@ -147,6 +154,7 @@ void ReportRun::openGroups(std::size_t from) {
     its.band.part = Part::groupHeader;
     its.band.add(group.header, 0);
     if (group.total) totals_[level] = group.total();
+    if (group.jump) groupLeads_[level].key = group.jumpKey();
     newPage = newPage || group.newPage;
   }
   headings_ = headings;
@@ -166,8 +174,8 @@ void ReportRun::closeGroups(std::size_t from) {
   for (std::size_t level = bands_.groups.size(); level-- > from;) {
     Group& group = bands_.groups[level];
     if (group.total || group.footer.prints()) {
-      Strip strip =
-          sums(Part::groupFooter, group.footer, group.total ? totals_[level] : std::string(), groupSums_[level]);
+      Strip strip = sums(Part::groupFooter, group.footer, group.total ? totals_[level] : std::string(),
+                         groupSums_[level], groupLeads_[level]);
       strip.depth = level + 1;
       strip.headings = headings_;
       strip.withPrevious = true;
@@ -181,7 +189,7 @@ void ReportRun::closeGroups(std::size_t from) {
 void ReportRun::finish() {
   if (!first_) closeGroups(0);
   if (!bands_.total.empty() || bands_.summary.prints()) {
-    Strip strip = sums(Part::summary, bands_.summary, bands_.total, reportSums_);
+    Strip strip = sums(Part::summary, bands_.summary, bands_.total, reportSums_, {.jump = totalJump_});
     strip.withPrevious = true;
     add(std::move(strip));
   }

@@ -35,6 +35,7 @@ class ReportRun final : public form::PageRun {
     int field = -1;  // the position in the rows
     Box box;
     int line = 0;
+    std::uint8_t jump = 0;  // one more than its place in the pages' jumps; 0: none
   };
   using Sums = std::vector<Money>;  // by column
 
@@ -56,7 +57,14 @@ class ReportRun final : public form::PageRun {
   Strip columnHeader() const;
   Strip heading(std::size_t level, const std::vector<Heading>& headings, const char* more) const;
   Strip detail();
-  Strip sums(Part part, const Band& band, const std::string& words, const Sums& sums) const;
+  // Where figures lead: the place of a jump behind that of the first, 0 for nowhere.
+  struct Leads {
+    std::uint8_t jump = 0;
+    std::int32_t key = 0;
+  };
+  std::uint8_t addJump(const PreparedPages::Jump& jump);
+  // The sums of a group or of the report; a group also has what its columns carry.
+  Strip sums(Part part, const Band& band, const std::string& words, const Sums& sums, Leads leads) const;
   int detailCell(Strip& strip, std::size_t column, const RowLook& look);
   Style style(Face face = Face::regular) const;
   Box lineBox(int x, int y, int width, int size) const;
@@ -76,6 +84,8 @@ class ReportRun final : public form::PageRun {
   std::vector<std::string> totals_;  // the words of each open group
   Sums reportSums_;
   std::vector<Sums> groupSums_;
+  std::vector<Leads> groupLeads_;
+  std::uint8_t totalJump_ = 0;
   bool first_ = true;
   bool begun_ = false;
 

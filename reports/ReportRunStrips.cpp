@@ -83,17 +83,13 @@ Strip ReportRun::detail() {
   Strip strip{.part = Part::detail, .content = {}, .depth = bands_.groups.size(), .headings = headings_};
   const RowLook look = bands_.look ? bands_.look() : RowLook{};
   int height = look.spaceAbove + lines_ * lineHeight(bands_.size);
-  std::uint8_t jump = 0;
   for (std::size_t i = 0; i < places_.size(); ++i) {
     const std::size_t before = strip.content.elements.size();
     height = std::max(height, detailCell(strip, i, look));
-    const Column& column = bands_.columns[i];
-    if (!column.jump) continue;
-    ++jump;
-    if (strip.content.elements.size() == before) continue;
-    const std::int32_t key = column.jumpKey();
+    if (places_[i].jump == 0 || strip.content.elements.size() == before) continue;
+    const std::int32_t key = bands_.columns[i].jumpKey();
     if (key < 0) continue;
-    strip.content.elements.back().jump = jump;
+    strip.content.elements.back().jump = places_[i].jump;
     strip.content.elements.back().jumpKey = key;
   }
   strip.height = std::max(strip.height, height);
@@ -129,26 +125,31 @@ int ReportRun::detailCell(Strip& strip, std::size_t i, const RowLook& look) {
   return box.y;
 }
 
-Strip ReportRun::sums(Part part, const Band& band, const std::string& words, const Sums& sums) const {
+Strip ReportRun::sums(Part part, const Band& band, const std::string& words, const Sums& sums, Leads leads) const {
+  const auto has = [&](std::size_t i) {
+    return bands_.columns[i].summed || (bands_.columns[i].carried && part == Part::groupFooter);
+  };
   Strip strip{.part = part, .content = {}};
   strip.add(band, 0);
   if (words.empty()) return strip;
   int room = bodyWidth_, top = strip.height + kRuleRoom;
   for (std::size_t i = 0; i < places_.size(); ++i)
-    if (bands_.columns[i].summed) room = std::min<int>(room, places_[i].box.x);
+    if (has(i)) room = std::min<int>(room, places_[i].box.x);
   const bool apart = room < kLeastLabel && room < bodyWidth_;
   strip.text(lineBox(0, top, apart ? bodyWidth_ : room - (room < bodyWidth_ ? kGap : 0), bands_.size),
              style(Face::bold), words);
   if (apart) top = strip.height;
   for (std::size_t i = 0; i < places_.size(); ++i) {
     const Column& column = bands_.columns[i];
-    if (!column.summed) continue;
+    if (!has(i)) continue;
     Box box = places_[i].box;
     box.y = narrow(top + places_[i].line * box.height);
     Style look = style(Face::bold);
     look.align = Align::right;
     if (places_[i].line == 0) strip.line({box.x, box.y, box.width, 0});
     strip.figure(box, look, column.format->show(Value(sums[i])), Value(sums[i]));
+    Element& figure = strip.content.elements.back();
+    if (leads.key >= 0) figure.jump = leads.jump, figure.jumpKey = leads.key;
     if (part == Part::summary && places_[i].line + 1 == lines_)
       for (const int below : {0, kRuleRoom}) strip.line({box.x, narrow(box.bottom() + below), box.width, 0});
   }
