@@ -73,16 +73,17 @@ bool hasSource(form::App& app, Cursor& history) {
 
 void openSource(form::App& app, Cursor& history, const std::string& gone) {
   if (history.isEmpty()) form::abort();
-  if (text(history, "Source") == "GL") {
-    app.open("TfrmJV", {.locate = {{"JVID", requireVoucher(app, history, gone)}}});
-    return;
-  }
+  if (text(history, "Source") == "GL") return openVoucherRecord(app, history, gone);
   const Origin* from = originOf(history);
   if (from == nullptr) form::abort();
   const Value id = history.value(from->key);
   if (id.isNull() || !form::isUsed(app.database(), {from->table, from->key, {}}, id))
     refuse(std::string(from->name) + " not found...\rIt may have been purged.");
   app.open(from->screen, {.locate = {{from->key, id}}});
+}
+
+void openVoucherRecord(form::App& app, Cursor& history, const std::string& gone) {
+  app.open("TfrmJV", {.locate = {{"JVID", requireVoucher(app, history, gone)}}});
 }
 
 void openVoucher(form::App& app, Cursor& history, const std::string& gone) {

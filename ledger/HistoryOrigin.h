@@ -23,6 +23,7 @@ bool hasSource(form::App& app, store::Cursor& history);
 
 // A silent stop where there is no row.
 void openSource(form::App& app, store::Cursor& history, const std::string& gone);
-void openVoucher(form::App& app, store::Cursor& history, const std::string& gone);
+void openVoucher(form::App& app, store::Cursor& history, const std::string& gone);        // in the list of vouchers
+void openVoucherRecord(form::App& app, store::Cursor& history, const std::string& gone);  // by itself
 
 }  // namespace quillon::ledger

@@ -1,101 +1,118 @@
 #include "ledger/LedgerAccounts.h"
 
-#include "form/App.h"
-#include "ledger/Sources.h"
-#include "store/Query.h"
+#include <algorithm>
+#include <map>
+#include <tuple>
+
+#include "ledger/Totals.h"
+#include "store/Cursor.h"
+#include "store/Database.h"
 
 namespace quillon::ledger {
 namespace {
 
+using store::Cursor;
 using store::Value;
-using Key = std::array<int, 1 + kSubaccountLevels>;
 
-std::string fieldOf(std::size_t level) { return level == 0 ? "GLAccountID" : subaccountField(static_cast<int>(level)); }
+// Codes and names of the subaccounts of a level, by their ids.
+using Subaccounts = std::map<int, std::pair<std::string, std::string>>;
 
-Key keyOf(store::Query& row) {
-  Key key;
-  for (std::size_t level = 0; level < key.size(); ++level) {
-    const Value id = row.value(fieldOf(level));
-    key[level] = id.isNull() ? 0 : id.asInt();
+// A year's totals and budgets of one account after the other, at one moment.
+class Reader {
+ public:
+  Reader(store::Database& database, int year, int period)
+      : year_(year),
+        period_(period),
+        accounts_(database, "GLAccnt"),
+        actual_(database, "GLActual"),
+        budget_(database, "GLBudget") {
+    accounts_.setIndex("GLAccount");
+    for (Cursor* totals : {&actual_, &budget_}) totals->setIndex("GLAccountIDYear");
+    for (Cursor* cursor : {&accounts_, &actual_, &budget_}) cursor->open();
+    for (int level = 1; level <= kSubaccountLevels; ++level) readSubaccounts(database, level);
   }
-  return key;
-}
 
-std::string totalsStatement(const std::string& table, int year) {
-  std::string ids = "t.GLAccountID", joins, order = "g.GLAccount", amounts = ", t.OpeningBal";
-  for (int level = 1; level <= kSubaccountLevels; ++level) {
-    const std::string s = "s" + std::to_string(level), id = "t." + subaccountField(level);
-    ids += ", " + id;
-    joins += " LEFT OUTER JOIN " + subaccountTable(level) + " " + s + " ON " + s + ".SubAccountID = " + id;
-    order += ", " + s + ".SubAccount";
-  }
-  for (int period = 1; period <= kPeriods; ++period) amounts += ", t." + amountField(period);
-  return "SELECT g.GLAccount, " + ids + amounts + " FROM " + table +
-         " t INNER JOIN GLAccnt g ON g.GLAccountID = t.GLAccountID" + joins +
-         " WHERE t.GLYear = " + std::to_string(year) + " ORDER BY " + order;
-}
+  std::vector<store::Table*> tables() { return {&accounts_.table(), &actual_.table(), &budget_.table()}; }
 
-// What stood before the first of the periods, and what they changed; all of the year where `period` is 0.
-std::pair<Money, Money> figuresOf(store::Query& row, int period) {
-  Money before = row.value("OpeningBal").asMoney(), change;
-  for (int some = 1; some <= kPeriods; ++some) {
-    const Money amount = row.value(amountField(some)).asMoney();
-    if (period == 0 || some == period)
-      change += amount;
-    else if (some < period)
-      before += amount;
+  std::vector<LedgerAccount> all() {
+    const TotalsFields actual(actual_), budget(budget_);
+    const int id = accounts_.fieldPosition("GLAccountID"), number = accounts_.fieldPosition("GLAccount"),
+              name = accounts_.fieldPosition("AccountName");
+    for (accounts_.first(); !accounts_.eof(); accounts_.next()) {
+      account_ = accounts_.field(id).asInt();
+      number_ = accounts_.field(number).asText(), name_ = accounts_.field(name).asText();
+      begin_ = all_.size();
+      add(actual_, actual, false);
+      add(budget_, budget, true);
+      std::sort(all_.begin() + static_cast<std::ptrdiff_t>(begin_), all_.end(), [](const auto& one, const auto& other) {
+        return std::tie(one.subaccounts, one.ids) < std::tie(other.subaccounts, other.ids);
+      });
+    }
+    return std::move(all_);
   }
-  return {before, change};
-}
+
+ private:
+  void readSubaccounts(store::Database& database, int level) {
+    Cursor rows(database, subaccountTable(level));
+    rows.open();
+    for (; !rows.eof(); rows.next())
+      names_[static_cast<std::size_t>(level - 1)][rows["SubAccountID"].asInt()] = {rows["SubAccount"].asText(),
+                                                                                   rows["SubAccountName"].asText()};
+  }
+
+  // The account's rows of the year.
+  void add(Cursor& rows, const TotalsFields& fields, bool planned) {
+    rows.setRange({Value(account_), Value(year_)}, {Value(account_), Value(year_)});
+    for (; !rows.eof(); rows.next()) {
+      LedgerAccount& account = at(fields.subaccounts());
+      Money before = fields.amount(0), change;
+      for (int some = 1; some <= kPeriods; ++some) {
+        if (period_ == 0 || some == period_)
+          change += fields.amount(some);
+        else if (some < period_)
+          before += fields.amount(some);
+      }
+      (planned ? account.budget : account.opening) += before;
+      (planned ? account.budget : account.change) += change;
+    }
+  }
+
+  LedgerAccount& at(const std::array<int, kSubaccountLevels>& subaccounts) {
+    AccountKey ids = {account_};
+    std::ranges::copy(subaccounts, ids.begin() + 1);
+    const auto same = std::find_if(all_.begin() + static_cast<std::ptrdiff_t>(begin_), all_.end(),
+                                   [&](const LedgerAccount& some) { return some.ids == ids; });
+    if (same != all_.end()) return *same;
+    LedgerAccount& account = all_.emplace_back();
+    account.ids = ids;
+    account.number = number_, account.name = name_;
+    for (std::size_t level = 0; level < subaccounts.size(); ++level) {
+      const auto found = names_[level].find(subaccounts[level]);
+      if (found == names_[level].end()) continue;
+      account.subaccounts[level] = found->second.first;
+      account.name += " - " + found->second.second;
+    }
+    return account;
+  }
+
+  int year_, period_;
+  Cursor accounts_, actual_, budget_;
+  std::array<Subaccounts, kSubaccountLevels> names_;
+  std::vector<LedgerAccount> all_;
+  std::size_t begin_ = 0;  // of the account's
+  int account_ = 0;
+  std::string number_, name_;
+};
 
 }  // namespace
 
-std::vector<LedgerAccount> ledgerAccounts(form::App& app, int year, int period) {
-  std::map<Key, Money> budgets;
-  store::Query rows(app.database(), totalsStatement("GLBudget", year));
-  rows.open();
-  for (; !rows.eof(); rows.next()) {
-    const auto [before, change] = figuresOf(rows, period);
-    budgets[keyOf(rows)] += before + change;
-  }
-  rows.close();
-  rows.setStatement(totalsStatement("GLActual", year));
-  rows.open();
-  std::vector<LedgerAccount> all;
-  for (; !rows.eof(); rows.next()) {
-    const auto [before, change] = figuresOf(rows, period);
-    LedgerAccount account{.ids = keyOf(rows),
-                          .number = rows.value("GLAccount").asText(),
-                          .name = {},
-                          .opening = before,
-                          .change = change,
-                          .budget = {}};
-    if (const auto planned = budgets.find(account.ids); planned != budgets.end()) account.budget = planned->second;
-    account.name = accountNames(app, rows.value(fieldOf(0)),
-                                {rows.value(fieldOf(1)), rows.value(fieldOf(2)), rows.value(fieldOf(3))});
-    all.push_back(std::move(account));
-  }
-  return all;
-}
-
-std::map<Key, std::vector<LedgerLine>> ledgerLines(form::App& app, int year, int period) {
-  std::string condition = "GLYear = " + std::to_string(year);
-  if (period > 0) condition += " AND GLPeriod = " + std::to_string(period);
-  store::Query rows(app.database(),
-                    "SELECT * FROM GLHist WHERE " + condition + " ORDER BY GLPeriod, TransDate, JVNumber, GLHistID");
-  rows.open();
-  std::map<Key, std::vector<LedgerLine>> all;
-  for (; !rows.eof(); rows.next()) {
-    const Value voucher = rows.value("JVID"), description = rows.value("TransDescription");
-    all[keyOf(rows)].push_back({.period = rows.value("GLPeriod").asInt(),
-                                .number = rows.value("JVNumber").isNull() ? 0 : rows.value("JVNumber").asInt(),
-                                .voucher = voucher.isNull() ? 0 : voucher.asInt(),
-                                .date = rows.value("TransDate").dateOrNone(),
-                                .source = sourceText(rows.value("Source"), rows.value("TransType")),
-                                .description = description.isNull() ? std::string() : description.asText(),
-                                .amount = rows.value("Amount").asMoney()});
-  }
-  return all;
+std::vector<LedgerAccount> ledgerAccounts(store::Database& database, int year, int period, LedgerLines* lines) {
+  Reader reader(database, year, period);
+  std::vector<store::Table*> tables = reader.tables();
+  if (lines != nullptr) tables.push_back(&lines->table());
+  const store::Database::Snapshot moment(database, tables);
+  if (lines != nullptr) lines->holdMoment();
+  return reader.all();
 }
 
 }  // namespace quillon::ledger

@@ -35,25 +35,14 @@ StatementFigures::StatementFigures(store::Database& database, Source source)
   accountRows_.setIndex("GLAccount");
   for (store::Cursor* cursor : {&actual_, &budget_}) cursor->setIndex("GLAccountIDYear");
   for (store::Cursor* cursor : {&accountRows_, &actual_, &budget_}) cursor->open();
-  actualFields_ = fieldsOf(actual_);
-  budgetFields_ = fieldsOf(budget_);
+  actualFields_.emplace(actual_);
+  budgetFields_.emplace(budget_);
 }
 
 std::vector<store::Table*> StatementFigures::tables() {
   std::vector<store::Table*> tables;
   for (store::Cursor* cursor : {&accountRows_, &actual_, &budget_}) tables.push_back(&cursor->table());
   return tables;
-}
-
-StatementFigures::Fields StatementFigures::fieldsOf(const store::Cursor& rows) {
-  Fields fields;
-  for (int level = 1; level <= kSubaccountLevels; ++level)
-    fields.subaccounts[static_cast<std::size_t>(level - 1)] = rows.fieldPosition(subaccountField(level));
-  fields.year = rows.fieldPosition("GLYear");
-  fields.opening = rows.fieldPosition("OpeningBal");
-  for (int period = 1; period <= kPeriods; ++period)
-    fields.amounts[static_cast<std::size_t>(period - 1)] = rows.fieldPosition(amountField(period));
-  return fields;
 }
 
 void StatementFigures::readAccounts() {
@@ -63,24 +52,22 @@ void StatementFigures::readAccounts() {
 }
 
 void StatementFigures::read(Account& account) {
-  addRows(actual_, actualFields_, account, source_.year - 1);
-  if (source_.budget) addRows(budget_, budgetFields_, account, source_.year);
+  addRows(actual_, *actualFields_, account, source_.year - 1);
+  if (source_.budget) addRows(budget_, *budgetFields_, account, source_.year);
   for (const Row& row : account.rows) account.sum += row.figures;
   account.read = true;
 }
 
-void StatementFigures::addRows(store::Cursor& rows, const Fields& fields, Account& account, int firstYear) {
+void StatementFigures::addRows(store::Cursor& rows, const TotalsFields& fields, Account& account, int firstYear) {
   rows.setRange({Value(account.id), Value(firstYear)}, {Value(account.id), Value(source_.year)});
   for (; !rows.eof(); rows.next()) {
-    std::array<int, kSubaccountLevels> subaccounts;
-    for (std::size_t i = 0; i < subaccounts.size(); ++i) subaccounts[i] = rows.field(fields.subaccounts[i]).asInt();
+    const std::array<int, kSubaccountLevels> subaccounts = fields.subaccounts();
     if (!fits(source_.subaccounts, subaccounts)) continue;
     const auto same = std::ranges::find(account.rows, subaccounts, &Row::subaccounts);
     Row& row = same != account.rows.end() ? *same : account.rows.emplace_back(Row{subaccounts, {}});
-    const bool thisYear = rows.field(fields.year).asInt() == source_.year;
+    const bool thisYear = fields.year() == source_.year;
     Figures::Year& year = &rows == &budget_ ? row.figures.budget : thisYear ? row.figures.actual : row.figures.lastYear;
-    year[0] += rows.field(fields.opening).asMoney();
-    for (std::size_t i = 0; i < fields.amounts.size(); ++i) year[i + 1] += rows.field(fields.amounts[i]).asMoney();
+    for (int period = 0; period <= kPeriods; ++period) year[static_cast<std::size_t>(period)] += fields.amount(period);
   }
 }
 

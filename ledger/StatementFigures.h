@@ -1,7 +1,7 @@
 #pragma once
 
 #include <array>
-#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,22 +48,14 @@ class StatementFigures {
     Figures sum = {};            // of the rows
     std::vector<Row> rows = {};  // one for each combination of subaccounts
   };
-  // Positions in a table of totals.
-  struct Fields {
-    std::array<int, kSubaccountLevels> subaccounts = {};
-    int year = 0, opening = 0;
-    std::array<int, kPeriods> amounts = {};
-  };
-
   void readAccounts();
   void read(Account& account);
-  void addRows(store::Cursor& rows, const Fields& fields, Account& account, int firstYear);
-  static Fields fieldsOf(const store::Cursor& rows);
+  void addRows(store::Cursor& rows, const TotalsFields& fields, Account& account, int firstYear);
 
   Source source_;
   store::Cursor accountRows_, actual_, budget_;
-  Fields actualFields_, budgetFields_;
-  std::vector<Account> accounts_;  // by number
+  std::optional<TotalsFields> actualFields_, budgetFields_;  // while open
+  std::vector<Account> accounts_;                            // by number
 };
 
 }  // namespace quillon::ledger

@@ -1,11 +1,11 @@
 // The general ledger of a year or a period: of each account the balance before it, every line of a posted voucher with
-// the balance after it, and their sums. A line opens its voucher.
+// the balance after it, their sums and the balance that is left. A line opens its voucher.
+#include <optional>
+
 #include "form/App.h"
-#include "form/Screen.h"
-#include "ledger/LedgerAccounts.h"
+#include "ledger/AccountReport.h"
 #include "ledger/MakeReports.h"
-#include "reports/LauncherScreen.h"
-#include "reports/Report.h"
+#include "ledger/Totals.h"
 #include "shell/Periods.h"
 
 namespace quillon::ledger {
@@ -13,92 +13,85 @@ namespace {
 
 using store::Value;
 
-class TrptGeneralLedger final : public reports::Report {
+class TrptGeneralLedger final : public AccountReport {
  public:
-  using Report::Report;
+  using AccountReport::AccountReport;
   void tell(reports::Bands& b, const form::Open& open) override;
-  bool first() override;
   bool next() override;
-  int positionOf(std::string_view /*field*/) override { return -1; }
 
  private:
-  // Of the account: its opening row, then its lines.
-  bool isOpening() const { return line_ == lines_->begin() && atOpening_; }
-  void enterAccount();
-  Value part(bool debit) const;
+  void tellLine(reports::Bands& b);
+  void tellFigures(reports::Bands& b);
+  LedgerLines* lines() override { return &lines_.emplace(database(), year(), period()); }
+  bool isLeftOut() override;
+  Value part(bool debit);
+  // On the voucher of a line, from any of its columns.
+  void opensVoucher(reports::Column& column) {
+    column.opens(openVoucherOfLine, [this] { return atOpening_ ? -1 : lines_->id(); });
+  }
 
-  int year_ = 0, period_ = 0;
-  std::vector<LedgerAccount> accounts_;
-  std::map<std::array<int, 1 + kSubaccountLevels>, std::vector<LedgerLine>> all_;
-  const std::vector<LedgerLine> none_;
-  std::vector<LedgerAccount>::const_iterator account_;
-  const std::vector<LedgerLine>* lines_ = &none_;
-  std::vector<LedgerLine>::const_iterator line_;
-  bool atOpening_ = false;
+  std::optional<LedgerLines> lines_;
+  bool atOpening_ = false, anyLine_ = false;  // of the account: its opening row, then its lines
   Money balance_;
 };
 
 void TrptGeneralLedger::tell(reports::Bands& b, const form::Open& open) {
-  reportTitle = "General Ledger";
-  year_ = yearOf(open), period_ = periodOf(open);
-  lblSelection = reports::periodWords(Value(year_), period_ == 0 ? Value() : Value(period_));
-  b.group([this] { return Value(account_ - accounts_.begin()); },
-          [this] { return account_->number + "   " + account_->name; })
-      .totalled([this] { return "Total " + account_->number; });
-  b.shown("Period", 550, [this] { return isOpening() ? "" : shell::periodText({year_, line_->period}); });
-  b.shown("Date", 750, {}).value = [this] { return isOpening() || !line_->date ? Value() : Value(*line_->date); };
+  tellPeriod(b, open, "General Ledger");
+  b.group([this] { return Value(place()); }, [this] { return account().number + "   " + account().name; })
+      .totalled([this] { return "Total " + account().number + ", Closing Balance"; })
+      .opens(opensOf([year = year(), from = firstPeriod(), to = lastPeriod()](form::App& some, const AccountKey& ids) {
+               openLines(some, ids, year, from, to);
+             }),
+             [this] { return place(); });
+  tellLine(b);
+  tellFigures(b);
+}
+
+void TrptGeneralLedger::tellLine(reports::Bands& b) {
+  b.shown("Period", 550, [this] { return atOpening_ ? "" : shell::periodText({year(), lines_->period()}); });
+  b.shown("Date", 750, {}).value = [this] { return atOpening_ ? Value() : lines_->date(); };
   b.columns.back().format = form::dateConverter(app().formats());
-  b.whole("JV no.", "", 650)
+  b.whole("JV no.", "", 650).value = [this] { return atOpening_ ? Value() : lines_->number(); };
+  opensVoucher(b.columns.back());
+  b.shown("Source", 600, [this] { return atOpening_ ? std::string() : lines_->source(); });
+  b.shown("Description", 2200, [this] { return atOpening_ ? std::string("Opening Balance") : lines_->description(); });
+}
+
+// A balance opens the lines that led to it, and one before any line the year's totals.
+void TrptGeneralLedger::tellFigures(reports::Bands& b) {
+  constexpr std::int32_t kKeys = kPeriods + 1;  // of an account: its opening, and the periods
+  opensVoucher(b.shownMoney("Debit", 950, [this] { return part(true); }).sum());
+  opensVoucher(b.shownMoney("Credit", 950, [this] { return part(false); }).sum());
+  b.shownMoney("Balance", 1000, [this] { return Value(balance_); })
+      .carry()
       .opens(
-          [](form::App& some, std::int32_t id) {
-            some.open("TfrmJV", {.locate = {{"JVID", Value(id)}}});
+          [all = accounts(), year = year()](form::App& some, std::int32_t key) {
+            const AccountKey& ids = all->at(static_cast<std::size_t>(key / kKeys)).ids;
+            const int last = key % kKeys;
+            last == 0 ? openTotals(some, ids, year) : openLines(some, ids, year, 1, last);
           },
-          [this] { return isOpening() || line_->voucher == 0 ? -1 : line_->voucher; });
-  b.columns.back().value = [this] { return isOpening() ? Value() : Value(line_->number); };
-  b.shown("Source", 600, [this] { return isOpening() ? std::string() : line_->source; });
-  b.shown("Description", 2200, [this] { return isOpening() ? std::string("Opening Balance") : line_->description; });
-  b.shownMoney("Debit", 950, [this] { return part(true); }).sum();
-  b.shownMoney("Credit", 950, [this] { return part(false); }).sum();
-  b.shownMoney("Balance", 1000, [this] { return Value(balance_); });
-  b.total = "Report Totals:";
+          [this] { return place() * kKeys + (atOpening_ ? 0 : lines_->period()); });
 }
 
-Value TrptGeneralLedger::part(bool debit) const {
-  if (isOpening() || (line_->amount >= Money{}) != debit) return {};
-  return Value(debit ? line_->amount : -line_->amount);
+Value TrptGeneralLedger::part(bool debit) {
+  if (atOpening_) return {};
+  const Money amount = lines_->amount();
+  if ((amount >= Money{}) != debit) return {};
+  return Value(debit ? amount : -amount);
 }
 
-bool TrptGeneralLedger::first() {
-  accounts_ = ledgerAccounts(app(), year_, period_);
-  all_ = ledgerLines(app(), year_, period_);
-  std::erase_if(accounts_, [this](const LedgerAccount& some) {
-    return some.opening == Money{} && some.change == Money{} && !all_.contains(some.ids);
-  });
-  account_ = accounts_.begin();
-  if (account_ == accounts_.end()) return false;
-  enterAccount();
-  return true;
-}
-
-void TrptGeneralLedger::enterAccount() {
-  const auto found = all_.find(account_->ids);
-  lines_ = found == all_.end() ? &none_ : &found->second;
-  line_ = lines_->begin();
+bool TrptGeneralLedger::isLeftOut() {
+  anyLine_ = lines_->enter(account().ids);
   atOpening_ = true;
-  balance_ = account_->opening;
+  balance_ = account().opening;
+  return !anyLine_ && account().opening == Money{} && account().change == Money{};
 }
 
 bool TrptGeneralLedger::next() {
-  if (atOpening_)
-    atOpening_ = false;
-  else
-    ++line_;
-  if (line_ != lines_->end()) {
-    balance_ += line_->amount;
-    return true;
-  }
-  if (++account_ == accounts_.end()) return false;
-  enterAccount();
+  const bool more = atOpening_ ? anyLine_ : lines_->next();
+  if (!more) return AccountReport::next();
+  atOpening_ = false;
+  balance_ += lines_->amount();
   return true;
 }
 

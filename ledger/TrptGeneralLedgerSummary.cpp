@@ -1,5 +1,5 @@
 // The general ledger in short: of each account what it had before, what was debited and credited, and what it has.
-#include <map>
+#include <optional>
 
 #include "ledger/AccountReport.h"
 #include "ledger/MakeReports.h"
@@ -14,26 +14,30 @@ class TrptGeneralLedgerSummary final : public AccountReport {
   using AccountReport::AccountReport;
   void tell(reports::Bands& b, const form::Open& open) override {
     tellAccounts(b, open, "General Ledger Summary", 950, 2250);
-    b.shownMoney("Opening Balance", 1200, [this] { return Value(account().opening); }).sum();
-    b.shownMoney("Debits", 1050, [this] { return Value(sides_[account().ids].first); }).sum();
-    b.shownMoney("Credits", 1050, [this] { return Value(sides_[account().ids].second); }).sum();
-    b.shownMoney("Balance", 1050, [this] { return Value(account().closing()); }).sum();
-    b.total = "Report Totals:";
-  }
-  bool first() override {
-    for (const auto& [ids, lines] : ledgerLines(app(), year(), period()))
-      for (const LedgerLine& line : lines)
-        (line.amount >= Money{} ? sides_[ids].first : sides_[ids].second) +=
-            line.amount >= Money{} ? line.amount : -line.amount;
-    return AccountReport::first();
+    const auto totals = [year = year()](form::App& some, const AccountKey& ids) { openTotals(some, ids, year); };
+    const auto lines = [year = year(), from = firstPeriod(), to = lastPeriod()](
+                           form::App& some, const AccountKey& ids) { openLines(some, ids, year, from, to); };
+    figureOpens(b.shownMoney("Opening Balance", 1200, [this] { return Value(account().opening); }).sum(), totals);
+    figureOpens(b.shownMoney("Debits", 1050, [this] { return Value(debits_); }).sum(), lines);
+    figureOpens(b.shownMoney("Credits", 1050, [this] { return Value(credits_); }).sum(), lines);
+    figureOpens(b.shownMoney("Balance", 1050, [this] { return Value(account().closing()); }).sum(), totals);
   }
 
  private:
-  bool isLeftOut(const LedgerAccount& some) const override {
-    return some.opening == Money{} && some.change == Money{} && !sides_.contains(some.ids);
+  LedgerLines* lines() override { return &lines_.emplace(database(), year(), period()); }
+  bool isLeftOut() override {
+    debits_ = credits_ = {};
+    const bool any = lines_->enter(account().ids);
+    for (bool more = any; more; more = lines_->next())
+      if (const Money amount = lines_->amount(); amount >= Money{})
+        debits_ += amount;
+      else
+        credits_ -= amount;
+    return !any && account().opening == Money{} && account().change == Money{};
   }
 
-  std::map<std::array<int, 1 + kSubaccountLevels>, std::pair<Money, Money>> sides_;  // debits, credits
+  std::optional<LedgerLines> lines_;
+  Money debits_, credits_;
 };
 
 }  // namespace

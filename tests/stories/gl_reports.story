@@ -4,15 +4,21 @@
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (2, '2000', 'Loan', 2)
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (3, '4000', 'Sales', 3)
 | GLAcSub1 (SubAccountID, SubAccount, SubAccountName) VALUES (1, 'N', 'North')
-| GLActual (GLAccountID, GLYear, ActualBudget, OpeningBal, Amount2, Amount3) VALUES (1, 2026, 'A', 100.5, 50, 1500.25)
-| GLActual (GLAccountID, GLYear, ActualBudget, OpeningBal, Amount2) VALUES (2, 2026, 'A', -100.5, -50)
-| GLActual (GLAccountID, SubAccount1ID, GLYear, ActualBudget, Amount3) VALUES (3, 1, 2026, 'A', -1500.25)
+| GLActual (GLAccountID, GLYear, ActualBudget, OpeningBal, Amount2, Amount3, Amount4) VALUES (1, 2026, 'A', 100.5, 50, 1500.25, 7)
+| GLActual (GLAccountID, GLYear, ActualBudget, OpeningBal, Amount1, Amount2) VALUES (2, 2026, 'A', -100.5, 10, -50)
+| GLActual (GLAccountID, GLYear, ActualBudget, Amount1) VALUES (3, 2026, 'A', -10)
+| GLActual (GLAccountID, SubAccount1ID, GLYear, ActualBudget, Amount3, Amount4) VALUES (3, 1, 2026, 'A', -1500.25, -7)
 | GLBudget (GLAccountID, GLYear, ActualBudget, Amount1, Amount4) VALUES (1, 2026, 'B', 900, 1)
+| GLBudget (GLAccountID, SubAccount1ID, GLYear, ActualBudget, Amount1) VALUES (2, 1, 2026, 'B', -5)
 | JV (JVID, GLYear, GLPeriod, JVNumber, Source, TransType, TransDate, TransDescription, JVAmount, Posted, AutoReverse) VALUES (5, 2026, 3, 1001, 'GL', 'JV', '2026-03-02', 'Sold', 1500.25, true, false)
 | JVDet (JVID, Seq, GLAccountID, GLAmount) VALUES (5, 1, 1, 1500.25)
 | JVDet (JVID, Seq, GLAccountID, SubAccount1ID, GLAmount) VALUES (5, 2, 3, 1, -1500.25)
 | GLHist (GLAccountID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount, TransDescription, JVID) VALUES (1, 2026, 3, 'GL', 'JV', 1001, '2026-03-02', 1500.25, 'Sold', 5)
 | GLHist (GLAccountID, SubAccount1ID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount, TransDescription, JVID) VALUES (3, 1, 2026, 3, 'GL', 'JV', 1001, '2026-03-02', -1500.25, 'Sold', 5)
+| GLHist (GLAccountID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount, TransDescription, JVID) VALUES (2, 2026, 1, 'GL', 'JV', 999, '2026-01-02', 10, 'Purged', 77)
+| GLHist (GLAccountID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount, TransDescription, JVID) VALUES (3, 2026, 1, 'GL', 'JV', 999, '2026-01-02', -10, 'Purged', 77)
+| GLHist (GLAccountID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount, TransDescription, JVID) VALUES (1, 2026, 4, 'GL', 'JV', 1002, '2026-04-02', 7, 'Sold', 6)
+| GLHist (GLAccountID, SubAccount1ID, GLYear, GLPeriod, Source, TransType, JVNumber, TransDate, Amount, TransDescription, JVID) VALUES (3, 1, 2026, 4, 'GL', 'JV', 1002, '2026-04-02', -7, 'Sold', 6)
 > {"sql":"INSERT INTO {1}"}
 |
 > {"menu":"GL > Reports"}
@@ -36,13 +42,24 @@
 > {"click":"frmGLReports.btnNext"}
 < {"opened":["frmPreview"]}
 > {"state":"frmPreview","page":1}
-< {"state":{"controls":{"panelPageNumber":{"caption":"Page 1 of 1"},"pgvPages":{"title":"Trial Balance","count":1,"links":["Cash","Loan","Sales - North"]}}}}
+< {"state":{"controls":{"panelPageNumber":{"caption":"Page 1 of 1"},"pgvPages":{"title":"Trial Balance","count":1,"links":["Cash","1,650.75","900.00","Loan","140.50",
+   "Loan - North","(5.00)","Sales","10.00","Sales - North","1,500.25","1,650.75","1,650.75"]}}}}
 
-# From the balance to the account's history of the year.
-> {"follow":"frmPreview.pgvPages","text":"Cash"}
-< {"opened":["frmGLHistory"]}
-> {"state":"frmGLHistory"}
-< {"state":{"controls":{"grdGLHist":{"total":1}}}}
+# From a balance to the lines of the account, with its subaccounts and up to the period; from the name to those of the
+# year; from a budget to itself, also where nothing was posted.
+| Cash | frmGLHistory | grdGLHist | 2
+| 1,650.75 | frmGLHistory | grdGLHist | 1
+| 10.00 | frmGLHistory | grdGLHist | 1
+| Sales - North | frmGLHistory | grdGLHist | 2
+| 1,500.25 | frmGLHistory | grdGLHist | 1
+| 900.00 | frmGLBudget | grdGLBudget | 1
+| (5.00) | frmGLBudget | grdGLBudget | 1
+> {"follow":"frmPreview.pgvPages","text":"{1}"}
+< {"opened":["{2}"]}
+> {"state":"{2}"}
+< {"state":{"controls":{"{3}":{"total":{4}}}}}
+> {"close":"{2}"}
+|
 > {"follow":"frmPreview.pgvPages","text":"Acme"}
 < {"ok":false,"error":{"text":"'Acme' leads nowhere"}}
 
@@ -53,17 +70,52 @@
 > {"click":"frmGLReports.btnNext"}
 < {"opened":["frmPreview2"]}
 > {"state":"frmPreview2","page":1}
-< {"state":{"controls":{"pgvPages":{"title":"General Ledger","links":["1001","1001"]}}}}
-> {"follow":"frmPreview2.pgvPages","text":"1001"}
-< {"opened":["frmJV"]}
+< {"state":{"controls":{"pgvPages":{"title":"General Ledger","links":["150.50","1001","1,500.25","1,650.75","1,500.25","0.00","1,650.75",
+   "(140.50)","0.00","0.00","(140.50)","(10.00)","0.00","0.00","(10.00)",
+   "0.00","1001","1,500.25","(1,500.25)","0.00","1,500.25","(1,500.25)","1,500.25","1,500.25"]}}}}
+
+# A line leads to its voucher, its balance to the lines before, an opening to the year's totals.
+| 1001 | frmJV
+| 1,500.25 | frmJV
+> {"follow":"frmPreview2.pgvPages","text":"{1}"}
+< {"opened":["{2}"]}
+> {"close":"{2}"}
+|
+| 150.50 | frmGLBalances | grdGLActual
+| (10.00) | frmGLBalances | grdGLActual
+| 1,650.75 | frmGLHistory | grdGLHist
+> {"follow":"frmPreview2.pgvPages","text":"{1}"}
+< {"opened":["{2}"]}
+> {"state":"{2}"}
+< {"state":{"controls":{"{3}":{"total":1}}}}
+> {"close":"{2}"}
+|
+
+# All of the year, with a voucher that is not there any more, and an account's sums; those of all accounts.
 > {"set":"frmGLReports.editGLPeriod","value":""}
+> {"click":"frmGLReports.btnNext"}
+< {"opened":["frmPreview3"]}
+> {"follow":"frmPreview3.pgvPages","text":"999"}
+< {"ok":false,"messages":[{"text":"JV 999 not found...\rIt may have been deleted or purged."}],"opened":[]}
 > {"click":"frmGLReports.btnBack"}
 > {"set":"frmGLReports.lboReports","value":"General Ledger Summary"}
 > {"click":"frmGLReports.btnNext"}
 > {"click":"frmGLReports.btnNext"}
-< {"opened":["frmPreview3"]}
-> {"state":"frmPreview3","page":1}
-< {"state":{"controls":{"pgvPages":{"title":"General Ledger Summary"}}}}
+< {"opened":["frmPreview4"]}
+| 3 | (100.50) | frmGLBalances | grdGLActual | 1
+| 3 | 1,507.25 | frmGLHistory | grdGLHist | 2
+| 3 | 1,517.25 | frmGLBalances | grdGLActual | 4
+| 4 | 100.50 | frmGLBalances | grdGLActual | 1
+| 4 | 1,507.25 | frmGLHistory | grdGLHist | 2
+| 4 | 10.00 | frmGLHistory | grdGLHist | 1
+| 4 | (1,507.25) | frmGLBalances | grdGLActual | 1
+| 4 | 1,517.25 | frmGLBalances | grdGLActual | 4
+> {"follow":"frmPreview{1}.pgvPages","text":"{2}"}
+< {"opened":["{3}"]}
+> {"state":"{3}"}
+< {"state":{"controls":{"{4}":{"total":{5}}}}}
+> {"close":"{3}"}
+|
 
 # Statements: a range of periods only where changes are shown.
 > {"click":"frmGLReports.btnBack"}
@@ -78,8 +130,8 @@
 > {"set":"frmGLReports.editGLPeriodTo","value":"4"}
 > {"set":"frmGLReports.cboStyle","value":"Net Change: Compare period"}
 > {"click":"frmGLReports.btnNext"}
-< {"opened":["frmPreview4"]}
-> {"state":"frmPreview4","page":1}
+< {"opened":["frmPreview5"]}
+> {"state":"frmPreview5","page":1}
 < {"state":{"controls":{"pgvPages":{"title":"Income Statement"}}}}
 > {"click":"frmGLReports.btnBack"}
 > {"set":"frmGLReports.lboReports","value":"Balance Sheet"}
@@ -87,8 +139,8 @@
 > {"state":"frmGLReports"}
 < {"state":{"controls":{"editGLPeriodTo":{"visible":false},"cboStyle":{"value":"Balance: Simple"}}}}
 > {"click":"frmGLReports.btnNext"}
-< {"opened":["frmPreview5"]}
-> {"state":"frmPreview5","page":1}
+< {"opened":["frmPreview6"]}
+> {"state":"frmPreview6","page":1}
 < {"state":{"controls":{"pgvPages":{"title":"Balance Sheet"}}}}
 
 # Without a printer nothing is previewed; the previews go with the company.
