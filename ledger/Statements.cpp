@@ -86,6 +86,13 @@ class Columns {
     return captions;
   }
 
+  std::vector<Statement::Source> sources() const {
+    std::vector<Statement::Source> all;
+    for (const Column& column : columns_)
+      all.push_back(column.figure == Figure::variance ? both(all.end()[-2], all.back()) : source(column.figure));
+    return all;
+  }
+
   void fill(const Figures& figures, bool negated, std::array<Value, Statement::kMostColumns>& values) const {
     std::array<Money, Statement::kMostColumns> amounts;
     for (std::size_t i = 0; i < columns_.size(); ++i) {
@@ -99,6 +106,29 @@ class Columns {
   }
 
  private:
+  static Statement::Source both(const Statement::Source& one, const Statement::Source& other) {
+    return {.thisYear = one.thisYear || other.thisYear,
+            .lastYear = one.lastYear || other.lastYear,
+            .budget = one.budget || other.budget};
+  }
+
+  Statement::Source source(Figure figure) const {
+    switch (figure) {
+      case Figure::changeLastYear:
+      case Figure::yearToDateLastYear:
+      case Figure::balanceLastYear:
+        return {.lastYear = true};
+      case Figure::priorChange:
+        return {.thisYear = from_ > 1, .lastYear = from_ == 1};
+      case Figure::budgetChange:
+      case Figure::budgetToDate:
+      case Figure::budgetBalance:
+        return {.budget = true};
+      default:
+        return {.thisYear = true};
+    }
+  }
+
   std::string periods() const {
     return "Period " + std::to_string(from_) + (to_ > from_ ? "-" + std::to_string(to_) : "");
   }
@@ -213,6 +243,7 @@ Statement::Statement(store::Database& database, const StatementRequest& request)
 
   const Columns columns(format_, request.period, request.upperPeriod);
   columns_ = columns.captions();
+  sources_ = columns.sources();
   StatementFigures figures(database, {.actual = request.autoForex ? RestatedLedger::kTable : "GLActual",
                                       .year = request.year,
                                       .budget = showsBudget(format_),

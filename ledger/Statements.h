@@ -50,6 +50,11 @@ class Statement {
     std::vector<StatementRange> ranges;
   };
 
+  // What the figures of a column are made of: totals of the year, of the one before, the year's budget.
+  struct Source {
+    bool thisYear = false, lastYear = false, budget = false;
+  };
+
   Statement(store::Database& database, const StatementRequest& request);
   ~Statement();
   Statement(const Statement&) = delete;
@@ -59,12 +64,14 @@ class Statement {
   const std::string& format() const { return format_; }
   const std::string& periodCaption() const { return periodCaption_; }   // "Period: 3/2026 - 5/2026"
   const std::vector<std::string>& columns() const { return columns_; }  // captions, 1 to 6; that of one may be empty
+  const std::vector<Source>& sources() const { return sources_; }       // of the columns
   const std::vector<Line>& lines() const { return lines_; }             // in the order of print
 
  private:
   std::unique_ptr<RestatedLedger> restated_;
   std::string title_, format_, periodCaption_;
   std::vector<std::string> columns_;
+  std::vector<Source> sources_;
   std::vector<Line> lines_;
 };
 

@@ -1,5 +1,5 @@
 // A financial statement: one of the company's own, or the balance sheet or income statement that the chart of accounts
-// gives. A line of accounts opens their totals.
+// gives. A figure opens the totals or the budgets that it adds up.
 #include "form/App.h"
 #include "form/Screen.h"
 #include "ledger/AccountRange.h"
@@ -12,6 +12,45 @@ namespace quillon::ledger {
 namespace {
 
 using store::Value;
+
+// Which totals and which budgets, of any year, a line is made of.
+struct Conditions {
+  std::string totals, budgets;
+};
+
+// `row`: how the list calls its rows.
+std::string subaccountsClause(const std::string& row, const std::array<int, kSubaccountLevels>& ids) {
+  std::string all;
+  for (int level = 1; level <= kSubaccountLevels; ++level)
+    if (const int id = ids[static_cast<std::size_t>(level - 1)]; id != 0)
+      all += " AND (" + row + subaccountField(level) + " = " + std::to_string(id) + ")";
+  return all;
+}
+
+// Single accounts stand in one list, for a line may have as many as there are accounts.
+std::string accountsClause(const std::string& row, const std::vector<StatementRange>& ranges) {
+  std::string alone, all;
+  for (const StatementRange& range : ranges) {
+    const std::string subaccounts = subaccountsClause(row, range.subaccounts);
+    if (range.from == range.to && subaccounts.empty())
+      alone += (alone.empty() ? "" : ", ") + quoted(range.from);
+    else
+      all += std::string(all.empty() ? "" : " OR ") + "((g.GLAccount >= " + quoted(range.from) +
+             ") AND (g.GLAccount <= " + quoted(range.to) + ")" + subaccounts + ")";
+  }
+  if (!alone.empty()) all = "(g.GLAccount IN (" + alone + "))" + (all.empty() ? "" : " OR " + all);
+  return " AND (" + all + ")";
+}
+
+void openSource(form::App& app, const Statement::Source& source, int year, const Conditions& its) {
+  const auto years = [](const std::string& row, int from, int to) {
+    return "(" + row + "GLYear >= " + std::to_string(from) + ") AND (" + row + "GLYear <= " + std::to_string(to) + ")";
+  };
+  if (source.budget) app.open("TfrmGLBudget", {.filter = years("b.", year, year) + its.budgets});
+  if (!source.thisYear && !source.lastYear) return;
+  app.open("TfrmGLBalances",
+           {.filter = years("a.", source.lastYear ? year - 1 : year, source.thisYear ? year : year - 1) + its.totals});
+}
 
 class TrptFinancialStmt final : public reports::Report {
  public:
@@ -26,7 +65,8 @@ class TrptFinancialStmt final : public reports::Report {
 
  private:
   static StatementRequest requestOf(const form::Open& open, int year);
-  std::vector<std::string> totalsFilters(int year) const;
+  std::shared_ptr<const std::vector<Conditions>> conditions(const StatementRequest& request) const;
+  std::string words(const StatementRequest& request) const;
   reports::RowLook look() const;
 
   std::unique_ptr<Statement> statement_;
@@ -48,36 +88,46 @@ StatementRequest TrptFinancialStmt::requestOf(const form::Open& open, int year) 
 }
 
 void TrptFinancialStmt::tell(reports::Bands& b, const form::Open& open) {
-  const int year = yearOf(open);
-  statement_ = std::make_unique<Statement>(database(), requestOf(open, year));
+  const StatementRequest request = requestOf(open, yearOf(open));
+  statement_ = std::make_unique<Statement>(database(), request);
   reportTitle = statement_->title();
   lblAsOf = statement_->periodCaption();
-  const bool wide = statement_->columns().size() > 4;
-  b.landscape = wide;
+  lblSelection = words(request);
+  b.landscape = statement_->columns().size() > 4;
   b.look = [this] { return look(); };
-  b.shown("", 3000, [this] { return line_->heading; })
-      .opens(
-          [filters = totalsFilters(year)](form::App& some, std::int32_t place) {
-            some.open("TfrmGLBalances", {.filter = filters.at(static_cast<std::size_t>(place))});
-          },
-          [this] {
-            return line_->ranges.empty() ? -1 : static_cast<std::int32_t>(line_ - statement_->lines().begin());
-          });
+  const auto opens = [this, its = conditions(request), year = request.year](reports::Column& column,
+                                                                            Statement::Source source) {
+    column.opens(
+        [its, year, source](form::App& some, std::int32_t line) {
+          openSource(some, source, year, its->at(static_cast<std::size_t>(line)));
+        },
+        [this] { return line_->ranges.empty() ? -1 : static_cast<std::int32_t>(line_ - statement_->lines().begin()); });
+  };
+  opens(b.shown("", 3000, [this] { return line_->heading; }), {.thisYear = true});
   for (std::size_t i = 0; i < statement_->columns().size(); ++i)
-    b.shownMoney(statement_->columns()[i], 1150, [this, i] { return line_->values.at(i); });
+    opens(b.shownMoney(statement_->columns()[i], 1150, [this, i] { return line_->values.at(i); }),
+          statement_->sources()[i]);
 }
 
-// The totals of the year that a line is made of.
-std::vector<std::string> TrptFinancialStmt::totalsFilters(int year) const {
-  std::vector<std::string> all;
-  for (const Statement::Line& line : statement_->lines()) {
-    std::string accounts;
-    for (const StatementRange& range : line.ranges)
-      accounts += (accounts.empty() ? "" : " OR ") + std::string("(g.GLAccount >= ") + quoted(range.from) +
-                  " AND g.GLAccount <= " + quoted(range.to) + ")";
-    all.push_back("(a.GLYear = " + std::to_string(year) + ")" + (accounts.empty() ? "" : " AND (" + accounts + ")"));
-  }
+std::shared_ptr<const std::vector<Conditions>> TrptFinancialStmt::conditions(const StatementRequest& request) const {
+  auto all = std::make_shared<std::vector<Conditions>>();
+  const auto of = [&](const std::string& row, const Statement::Line& line) {
+    return line.ranges.empty() ? "" : accountsClause(row, line.ranges) + subaccountsClause(row, request.subaccounts);
+  };
+  for (const Statement::Line& line : statement_->lines()) all->push_back({of("a.", line), of("b.", line)});
   return all;
+}
+
+// What limits it, and what its figures are restated by.
+std::string TrptFinancialStmt::words(const StatementRequest& request) const {
+  std::string all;
+  for (int level = 1; level <= kSubaccountLevels; ++level) {
+    const int id = request.subaccounts[static_cast<std::size_t>(level - 1)];
+    if (id == 0) continue;
+    const Value name = app().lookUp(subaccountTable(level)).lookup("SubAccountID", {Value(id)}, "SubAccountName");
+    all += "     Subaccount " + std::to_string(level) + ": " + (name.isNull() ? std::to_string(id) : name.asText());
+  }
+  return all + (request.autoForex ? "     AutoForex" : "");
 }
 
 reports::RowLook TrptFinancialStmt::look() const {
