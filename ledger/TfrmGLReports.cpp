@@ -1,6 +1,6 @@
 // The ledger's standing reports and financial statements. A statement of the company's own is chosen, made and edited
 // on a page of its own before the period is asked for.
-#include <algorithm>
+#include <map>
 
 #include "form/Converter.h"
 #include "form/Grid.h"
@@ -33,6 +33,7 @@ class TfrmGLReports final : public reports::LauncherScreen {
   void buildOptions(form::Layout& layout) override;
   form::Control* buildBetween(form::Layout& layout) override;
   bool hasBetween() const override { return asks(kOwnStatement); }
+  void reachBetween() override { tblFStmt.refresh(); }  // others make statements, too
   void leaveBetween() override;
   void reachOptions() override;
   void fill(form::Open& open) override;
@@ -49,6 +50,7 @@ class TfrmGLReports final : public reports::LauncherScreen {
   shell::Session& session_;
   form::Table tblFStmt{*this, "FStmt"};
   form::Variable style_, upper_, forex_, validates_;
+  std::map<std::string_view, Value> chosenStyles_;  // by report
   std::array<form::Variable, kSubaccountLevels> subaccounts_;
 };
 
@@ -70,6 +72,7 @@ void TfrmGLReports::buildOptions(form::Layout& l) {
                         form::wholeConverter(app().formats(), 1, 12, "Period must be between 1 and 12"))
                      .wide(2))
       .visibleWhen([this] { return asks(kRange) && showsChanges(format()); });
+  style_.change = [this](const Value&) { chosenStyles_[chosen().name] = style_.value; };
   option(kStyle, l.chooser("cboStyle", "&Style:", style_, form::choicesConverter([this] { return styles(); })));
   for (int level = 1; level <= kSubaccountLevels; ++level) {
     const std::string n = std::to_string(level);
@@ -122,9 +125,8 @@ std::string TfrmGLReports::format() {
 
 void TfrmGLReports::reachOptions() {
   if (!asks(kStyle)) return;
-  const form::Choices all = styles();
-  const auto fits = std::ranges::find(all, style_.value, &form::Choices::value_type::first);
-  if (fits == all.end()) style_.value = all.front().first;
+  const auto before = chosenStyles_.find(chosen().name);
+  style_.value = before == chosenStyles_.end() ? styles().front().first : before->second;
 }
 
 // The page of statements.

@@ -77,6 +77,7 @@ void LauncherScreen::shown(const form::Open& /*open*/) {
 void LauncherScreen::turnTo(Step step) {
   steps_->page = step;
   if (step == kOptions) reachOptions();
+  if (step == kBetween) reachBetween();
   focusFirst();
   if (focused() == nullptr || focused()->kind() == form::Kind::button) setFocus(find("btnNext"));
 }

@@ -40,6 +40,7 @@ class LauncherScreen : public form::Screen {
   // A page between the two, and whether the chosen report has it.
   virtual form::Control* buildBetween(form::Layout& /*layout*/) { return nullptr; }
   virtual bool hasBetween() const { return false; }
+  virtual void reachBetween() {}
   virtual void leaveBetween() {}  // raises what keeps the person there
   virtual void reachOptions() {}
   // Adds what the derived class asks for; raises what is wrong with it and where.

@@ -143,6 +143,54 @@
 > {"state":"frmPreview6","page":1}
 < {"state":{"controls":{"pgvPages":{"title":"Balance Sheet"}}}}
 
+# A figure opens the totals or the budgets of its column, within the subaccounts that limit the statement or its line,
+# which the page tells. The style that was chosen for a report is still there.
+| GLActual (GLAccountID, SubAccount1ID, GLYear, ActualBudget, Amount3) VALUES (3, 1, 2025, 'A', -20)
+| GLBudget (GLAccountID, SubAccount1ID, GLYear, ActualBudget, Amount3) VALUES (3, 1, 2026, 'B', -1600)
+| FStmt (StmtID, StmtTitle, ColumnFormat) VALUES (1, 'Northern', 'Balance: Compare year')
+| FStmtLin (StmtID, Seq, LineNo, LineHeading, LineType) VALUES (1, 1, 1, 'Sales of the north', 'Detail Li Eq')
+| FStmtLin (StmtID, Seq, LineNo, LineHeading, LineType) VALUES (1, 2, 2, 'Sum', 'Total Li Eq')
+| FStmtLAc (StmtID, Seq, AccountFrom, AccountTo, SubAccount1ID) VALUES (1, 1, '3', '5', 1)
+| FStmtLTo (StmtID, Seq, TotalLineSeq) VALUES (1, 1, 2)
+> {"sql":"INSERT INTO {1}"}
+|
+> {"click":"frmGLReports.btnBack"}
+> {"set":"frmGLReports.lboReports","value":"Income Statement"}
+> {"click":"frmGLReports.btnNext"}
+> {"state":"frmGLReports"}
+< {"state":{"controls":{"cboStyle":{"value":"Net Change: Compare period"}}}}
+> {"set":"frmGLReports.editSubAccount1","value":"N"}
+| Net Change: Compare year
+| Net Change: Compare budget
+> {"set":"frmGLReports.cboStyle","value":"{1}"}
+> {"click":"frmGLReports.btnNext"}
+|
+> {"set":"frmGLReports.editSubAccount1","value":""}
+> {"click":"frmGLReports.btnBack"}
+> {"set":"frmGLReports.lboReports","value":"Custom Financial Statements"}
+> {"click":"frmGLReports.btnNext"}
+> {"click":"frmGLReports.btnNext"}
+> {"click":"frmGLReports.btnNext"}
+< {"opened":["frmPreview9"]}
+| 7 | Sales | frmGLBalances | grdGLActual | 1
+| 7 | 1,507.25 | frmGLBalances | grdGLActual | 1
+| 7 | 20.00 | frmGLBalances | grdGLActual | 1
+| 7 | 1,487.25 | frmGLBalances | grdGLActual | 2
+| 8 | 1,600.00 | frmGLBudget | grdGLBudget | 1
+| 9 | 1,500.25 | frmGLBalances | grdGLActual | 1
+| 9 | Sum | frmGLBalances | grdGLActual | 1
+| 9 | 1,480.25 | frmGLBalances | grdGLActual | 2
+> {"follow":"frmPreview{1}.pgvPages","text":"{2}"}
+< {"opened":["{3}"]}
+> {"state":"{3}"}
+< {"state":{"controls":{"{4}":{"total":{5}}}}}
+> {"close":"{3}"}
+|
+> {"follow":"frmPreview8.pgvPages","text":"(92.75)"}
+< {"opened":["frmGLBudget","frmGLBalances"]}
+> {"set":"frmPreview8.editSearch","value":"Subaccount 1: North"}
+> {"click":"frmPreview8.btnFind"}
+
 # Without a printer nothing is previewed; the previews go with the company.
 > {"quit":true}
 @ --today 2026-03-05 --country Canada --printer none
