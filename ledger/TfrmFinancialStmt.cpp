@@ -223,9 +223,11 @@ void TfrmFinancialStmt::tblFStmtLinBeforePost() {
     refuse("Field 'Type' must have a value...\rMake changes or press Esc to undo", grid(tblFStmtLin).at("LineType"));
 }
 
-// What names the line goes before it does, so that nothing is left that names a line that is not there.
+// What names the line goes before it does, so that nothing is left that names a line that is not there; and it stays
+// where the line cannot be deleted, because another changed it.
 void TfrmFinancialStmt::tblFStmtLinBeforeDelete() {
-  beginChange();
+  tblFStmtLin.edit();
+  tblFStmtLin.cancel();
   for (const char* statement : {"DELETE FROM FStmtLAc WHERE StmtID = :id AND Seq = :seq",
                                 "DELETE FROM FStmtLTo WHERE StmtID = :id AND (Seq = :seq OR TotalLineSeq = :seq)"}) {
     store::Query ofLine(database(), statement);
@@ -296,24 +298,23 @@ void TfrmFinancialStmt::remove(form::Table& table) {
 
 // Lines change places by the numbers that order them; what totals call them by stays.
 void TfrmFinancialStmt::move(bool up) {
-  Value otherSeq, otherNo;
+  Value otherSeq;
   {
     store::Glance glance(tblFStmtLin);
     if (!(up ? glance.prior() : glance.next())) return;
     otherSeq = tblFStmtLin.value("Seq");
-    otherNo = tblFStmtLin.value("LineNo");
   }
-  beginChange();
+  // First this line, whose row on view may be older than it is: it is refused then, and the other one keeps its number.
+  tblFStmtLin.edit();
   const store::Database::BulkScope bulk(database());
   const Value ownNo = tblFStmtLin.value("LineNo");
   store::Cursor other(database(), "FStmtLin");
   other.open();
   if (!other.findKey({tblFStmt.value("StmtID"), otherSeq})) form::abort();
   other.edit();
+  tblFStmtLin["LineNo"] = other.value("LineNo");
   other["LineNo"] = ownNo;
   other.post();
-  tblFStmtLin.edit();
-  tblFStmtLin["LineNo"] = otherNo;
   tblFStmtLin.post();
 }
 

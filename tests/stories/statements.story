@@ -268,6 +268,24 @@
 2< {"ok":false,"messages":[]}
 2> {"click":"frmFinancialStmt.btnCancel"}
 > {"click":"frmFinancialStmt.btnCancel"}
+
+# A line that another changed is neither moved nor deleted before it is seen: its neighbour and its accounts stay, too.
+2> {"grid":"frmGLReports.grdFStmt","do":"locate","values":{"StmtID":1}}
+> {"grid":"frmGLReports.grdFStmt","do":"locate","values":{"StmtID":1}}
+| Down
+| Delete
+> {"click":"frmGLReports.btnEdit"}
+2> {"click":"frmGLReports.btnEdit"}
+2> {"grid":"frmFinancialStmt.grdFStmtLin","do":"goto","row":1}
+> {"set":"frmFinancialStmt.grdFStmtLin[1].LineHeading","value":"Until {1}"}
+> {"click":"frmFinancialStmt.btnOK"}
+2> {"click":"frmFinancialStmt.btn{1}"}
+2< {"ok":false,"messages":[{"kind":"warning","text":"A record you are trying to edit or delete on 'tblFStmtLin' has been changed or deleted since last retrieved.\rData will now be refreshed."}]}
+2> {"click":"frmFinancialStmt.btnOK"}
+> {"sql":"SELECT L.LineHeading, L.LineNo, A.AccountFrom FROM FStmtLin L LEFT JOIN FStmtLAc A ON A.StmtID = L.StmtID AND A.Seq = L.Seq WHERE L.StmtID = 1 ORDER BY L.LineNo, A.AccountFrom"}
+< {"rows":[["ASSETS",1,null],["Until {1}",2,"1000"],["Until {1}",2,"3000"],["Half",3,null],["All",4,null]]}
+|
+> {"grid":"frmGLReports.grdFStmt","do":"locate","values":{"StmtID":9}}
 2> {"sql":"DELETE FROM FStmt WHERE StmtID = 9"}
 > {"click":"frmGLReports.btnEdit"}
 < {"messages":[{"text":"This record has been deleted by another user"}]}
