@@ -8,6 +8,12 @@ class Database;
 
 namespace quillon::ledger {
 
+// Of the sample company nothing is restated.
+inline constexpr const char* kSampleNotRestated =
+    "AutoForex cannot be selected with the sample data...\rBecause it has JVs to illustrate the JV method of "
+    "converting "
+    "foreign currency accounts to domestic currency";
+
 // A copy in memory of the ledger's totals of a year and the one before, in which the accounts that are kept in units of
 // a foreign currency (its banks, its payables and its receivables) stand in home currency, at the rates of the periods'
 // ends. What this changes goes against the currency's account for gain and loss, so that the ledger still sums to zero.

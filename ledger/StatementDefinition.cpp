@@ -36,7 +36,7 @@ StatementDefinition readStatement(store::Database& database, int stmtId) {
   lines.setIndex("StmtIDLineNo");
   members.setIndex("StmtIDTotalLineSeq");
   for (Cursor* cursor : {&head, &lines, &ranges, &members}) cursor->open();
-  if (!head.findKey({Value(stmtId)})) throw Error("This statement has been deleted by another user");
+  if (!head.findKey({Value(stmtId)})) throw Error("There is no statement " + std::to_string(stmtId) + " (any more)");
   for (Cursor* cursor : {&lines, &ranges, &members}) cursor->setRange({Value(stmtId)}, {Value(stmtId)});
 
   StatementDefinition statement{.title = head["StmtTitle"].asText(), .format = head["ColumnFormat"].asText()};

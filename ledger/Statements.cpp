@@ -180,6 +180,7 @@ bool isNegated(LineType type, const std::string& format) {
 }
 
 void requirePeriods(const StatementRequest& request) {
+  if (!Period{request.year, 1}.valid()) throw Error("Year must be between 1 and 9999");
   if (!Period{request.year, request.period}.valid()) throw Error("Period must be between 1 and 12");
   if (request.upperPeriod != 0 && (request.upperPeriod < request.period || request.upperPeriod > kPeriods))
     throw Error("The last period must be between " + std::to_string(request.period) + " and 12");

@@ -10,6 +10,7 @@
 #include "ledger/Accounts.h"
 #include "ledger/CheckStatement.h"
 #include "ledger/MakeScreens.h"
+#include "ledger/RestatedLedger.h"
 #include "ledger/StatementDefinition.h"
 #include "reports/LauncherScreen.h"
 #include "shell/Periods.h"
@@ -80,11 +81,7 @@ void TfrmGLReports::buildOptions(form::Layout& l) {
                                 subaccounts_[static_cast<std::size_t>(level - 1)], subaccountCode(level)));
   }
   forex_.validate = [this](const Value& next) {
-    if (next.asBool() && session_.sampleDataOpen)
-      refuse(
-          "AutoForex cannot be selected with the sample data...\rBecause it has JVs to illustrate the JV method of "
-          "converting foreign currency accounts to domestic currency",
-          form::focus("chkAutoForex"));
+    if (next.asBool() && session_.sampleDataOpen) refuse(kSampleNotRestated, form::focus("chkAutoForex"));
   };
   option(kForex, l.check("chkAutoForex", "&AutoForex", forex_)
                      .hint("Show accounts in foreign currency in domestic currency, at the rates of the periods"));

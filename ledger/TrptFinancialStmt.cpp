@@ -1,12 +1,16 @@
 // A financial statement: one of the company's own, or the balance sheet or income statement that the chart of accounts
 // gives. A figure opens the totals or the budgets that it adds up.
+#include "base/Errors.h"
+#include "base/Text.h"
 #include "form/App.h"
 #include "form/Screen.h"
 #include "ledger/AccountRange.h"
 #include "ledger/MakeReports.h"
+#include "ledger/RestatedLedger.h"
 #include "ledger/Statements.h"
 #include "ledger/Totals.h"
 #include "reports/Report.h"
+#include "shell/Session.h"
 
 namespace quillon::ledger {
 namespace {
@@ -64,7 +68,9 @@ class TrptFinancialStmt final : public reports::Report {
   int positionOf(std::string_view /*field*/) override { return -1; }
 
  private:
-  static StatementRequest requestOf(const form::Open& open, int year);
+  StatementRequest requestOf(const form::Open& open, int year) const;
+  static void choose(const form::Open& open, StatementRequest& request);
+  static bool restates(const form::Open& open);
   std::shared_ptr<const std::vector<Conditions>> conditions(const StatementRequest& request) const;
   std::string words(const StatementRequest& request) const;
   reports::RowLook look() const;
@@ -73,18 +79,41 @@ class TrptFinancialStmt final : public reports::Report {
   std::vector<Statement::Line>::const_iterator line_;
 };
 
-StatementRequest TrptFinancialStmt::requestOf(const form::Open& open, int year) {
-  StatementRequest request{.stmtId = numberOf(open, "StmtID"), .format = wordOf(open, "format"), .year = year};
-  if (wordOf(open, "statement") == "Income Statement") request.builtIn = StatementKind::incomeStatement;
+StatementRequest TrptFinancialStmt::requestOf(const form::Open& open, int year) const {
+  StatementRequest request{.format = wordOf(open, "format"), .year = year};
+  choose(open, request);
   request.period = periodOf(open) == 0 ? kPeriods : periodOf(open);
   request.upperPeriod = numberOf(open, "upperPeriod");
   for (int level = 1; level <= kSubaccountLevels; ++level)
     request.subaccounts[static_cast<std::size_t>(level - 1)] = numberOf(open, subaccountField(level));
-  const auto forex = open.values.find("autoForex");
-  request.autoForex =
-      forex != open.values.end() && !forex->second.isNull() &&
-      (forex->second.kind() == Value::Kind::boolean ? forex->second.asBool() : forex->second.toText() == "true");
+  request.autoForex = restates(open);
+  if (request.autoForex && session().sampleDataOpen) throw Error(kSampleNotRestated);
   return request;
+}
+
+// By its name in the launcher, which for all those of the company's own is one, or by its number.
+void TrptFinancialStmt::choose(const form::Open& open, StatementRequest& request) {
+  request.stmtId = numberOf(open, "StmtID");
+  const std::string name = wordOf(open, "statement");
+  const bool isIncome = equalFolded(name, "Income Statement");
+  const bool isBuiltIn = isIncome || equalFolded(name, "Balance Sheet");
+  const bool isOwn = equalFolded(name, "Custom Financial Statements");
+  if (!name.empty() && !isBuiltIn && !isOwn)
+    throw Error("There is no statement '" + name +
+                "'; there are Balance Sheet and Income Statement, and by StmtID the company's own");
+  if (isOwn && request.stmtId == 0) throw Error("'" + name + "' are chosen by StmtID, which says none");
+  if (isBuiltIn && request.stmtId != 0) throw Error("'" + name + "' has no StmtID: that is of the company's own");
+  if (isIncome) request.builtIn = StatementKind::incomeStatement;
+}
+
+bool TrptFinancialStmt::restates(const form::Open& open) {
+  const auto forex = open.values.find("autoForex");
+  if (forex == open.values.end() || forex->second.isNull()) return false;
+  if (forex->second.kind() == Value::Kind::boolean) return forex->second.asBool();
+  const std::string text = forex->second.toText();
+  if (!text.empty() && !equalFolded(text, "true") && !equalFolded(text, "false"))
+    throw Error("autoForex is true or false, not '" + text + "'");
+  return equalFolded(text, "true");
 }
 
 void TrptFinancialStmt::tell(reports::Bands& b, const form::Open& open) {

@@ -368,11 +368,12 @@ TEST_F(RestatedStatements, AreOneAtATimeAndLeaveTheLedgerAlone) {
 
 TEST_F(RestatedStatements, SayWhatCannotBeWorkedOut) {
   const auto refusal = [&](StatementRequest request) {
-    request.year = kYear;
+    if (request.year == 0) request.year = kYear;
     return sim::refusalOf([&] { const Statement statement(database(), request); });
   };
-  EXPECT_EQ(refusal({.stmtId = 9}), "This statement has been deleted by another user");
+  EXPECT_EQ(refusal({.stmtId = 9}), "There is no statement 9 (any more)");
   EXPECT_EQ(refusal({.stmtId = 1, .format = "Actual"}), "'Actual' is no column format of a statement");
+  EXPECT_EQ(refusal({.stmtId = 1, .year = 10000}), "Year must be between 1 and 9999");
   EXPECT_EQ(refusal({.stmtId = 1, .period = 13}), "Period must be between 1 and 12");
   EXPECT_EQ(refusal({.stmtId = 1, .period = 5, .upperPeriod = 4}), "The last period must be between 5 and 12");
 }

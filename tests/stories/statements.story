@@ -4,7 +4,7 @@
 # Words that no story can hear:
 # - "This report (with Auto-Forex) is already running.\rMultiple instances are not allowed": while a report is laid out
 #   nothing but its own preview can be used.
-# - "This statement has been deleted by another user": between the choice of a statement and its figures nobody is asked.
+# - "There is no statement 9 (any more)": between the choice of a statement and its figures nobody is asked.
 @ --today 2026-03-05 --country Canada --printer letter
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (1, '1000', 'Cash', 1)
 | GLAccnt (GLAccountID, GLAccount, AccountName, AccountType) VALUES (2, '2000', 'Accounts Payable', 2)
