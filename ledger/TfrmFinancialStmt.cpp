@@ -7,6 +7,7 @@
 #include "form/App.h"
 #include "form/ControlRow.h"
 #include "form/Grid.h"
+#include "form/NextId.h"
 #include "form/RecordScreen.h"
 #include "ledger/ComposeStatement.h"
 #include "ledger/MakeScreens.h"
@@ -183,9 +184,11 @@ void TfrmFinancialStmt::recordShown(const form::Open& /*open*/) { app().refreshL
 
 // The header.
 
+// A number that is in use is passed over, where the counter of tables that were brought over stands behind: lines and
+// accounts are found by it, so that the new statement would take those of the other one for its own.
 void TfrmFinancialStmt::tblFStmtNewRecord() {
   form::takeNumbers(app(), {.table = "FStmtCtl", .attempts = kAttempts}, [this](store::Cursor& tblFStmtCtl) {
-    const int id = std::max(tblFStmtCtl["NextStmtID"].asInt(), 1);
+    const int id = std::max(tblFStmtCtl["NextStmtID"].asInt(), form::nextId(database(), "FStmt", "StmtID"));
     tblFStmt["StmtID"] = id;
     tblFStmtCtl["NextStmtID"] = id + 1;
   });

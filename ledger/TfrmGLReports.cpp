@@ -34,7 +34,7 @@ class TfrmGLReports final : public reports::LauncherScreen {
   void buildOptions(form::Layout& layout) override;
   form::Control* buildBetween(form::Layout& layout) override;
   bool hasBetween() const override { return asks(kOwnStatement); }
-  void reachBetween() override { tblFStmt.refresh(); }  // others make statements, too
+  void reachBetween() override { tblFStmt.refresh(); }  // others may have made or deleted some
   void leaveBetween() override;
   void reachOptions() override;
   void fill(form::Open& open) override;
@@ -95,9 +95,10 @@ form::Control* TfrmGLReports::buildBetween(form::Layout& l) {
                                                    l.column("Format", tblFStmt["ColumnFormat"])))
                             .opens([this] { btnEditClick(); });
   return &l.group("Choose a statement.", grid,
-                  l.row(l.button("btnNew", "Ne&w...", &TfrmGLReports::btnNewClick),
+                  l.row(l.button("btnNew", "Ne&w...", &TfrmGLReports::btnNewClick).key("Ctrl+N"),
                         l.button("btnEdit", "&Edit...", &TfrmGLReports::btnEditClick),
-                        l.button("btnDelete", "&Delete", &TfrmGLReports::btnDeleteClick)));
+                        l.button("btnDelete", "&Delete", &TfrmGLReports::btnDeleteClick),
+                        l.button("btnRefresh", "&Refresh", [this] { tblFStmt.refresh(); }).key("F5")));
 }
 
 void TfrmGLReports::shown(const form::Open& open) {
@@ -128,11 +129,14 @@ void TfrmGLReports::reachOptions() {
 
 // The page of statements.
 
-void TfrmGLReports::requireStatement() {
+void TfrmGLReports::leaveBetween() {
   if (tblFStmt.isEmpty()) refuse("A statement must be chosen", form::grid(tblFStmt));
 }
 
-void TfrmGLReports::leaveBetween() { requireStatement(); }
+// As in every list, commands on a row do nothing where there is none.
+void TfrmGLReports::requireStatement() {
+  if (tblFStmt.isEmpty()) form::abort();
+}
 
 void TfrmGLReports::btnEditClick() {
   requireStatement();
@@ -143,13 +147,17 @@ void TfrmGLReports::btnEditClick() {
 void TfrmGLReports::btnDeleteClick() {
   requireStatement();
   if (!app().person().confirm("Delete '" + tblFStmt["StmtTitle"].asText() + "'?")) form::abort();
-  const std::string id = tblFStmt.value("StmtID").toText();
-  const std::vector<std::string> tables = {"FStmtLTo", "FStmtLAc", "FStmtLin", "FStmt"};
-  form::transact(database(), tables, [&] {
-    for (const std::string& table : tables)
-      store::Query(database(), "DELETE FROM " + table + " WHERE StmtID = " + id).execute();
+  // Under the lock the row is as it is now, and nobody has it open.
+  tblFStmt.edit();
+  tblFStmt.cancel();
+  form::transact(database(), {"FStmt", "FStmtLin", "FStmtLAc", "FStmtLTo"}, [this] {
+    for (const char* table : {"FStmtLTo", "FStmtLAc", "FStmtLin"}) {
+      store::Query lines(database(), std::string("DELETE FROM ") + table + " WHERE StmtID = :id");
+      lines.setParameter("id", tblFStmt.value("StmtID"));
+      lines.execute();
+    }
+    tblFStmt.remove();
   });
-  tblFStmt.refresh();
 }
 
 // What the report gets.

@@ -259,6 +259,12 @@
 2> {"set":"frmGLReports.lboReports","value":"Custom Financial Statements"}
 2> {"click":"frmGLReports.btnNext"}
 2> {"grid":"frmGLReports.grdFStmt","do":"locate","values":{"StmtID":9}}
+2> {"click":"frmGLReports.btnDelete"}
+2< {"waiting":{"dialog":{"kind":"confirmation","text":"Delete 'A'?"}}}
+2> {"answer":"Yes"}
+2< {"waiting":{"dialog":{"kind":"warning","text":"The 'tblFStmt' record you are trying to edit or delete is currently locked. Do you want to try again?\r\rThis would happen if the record (customer, invoice, etc.) is currently being edited by another person or process."}}}
+2> {"answer":"No"}
+2< {"ok":false,"messages":[]}
 2> {"click":"frmGLReports.btnEdit"}
 2> {"click":"frmFinancialStmt.btnAutoCreate"}
 2> {"answer":"Yes"}
@@ -330,3 +336,36 @@
 > {"click":"frmGLReports.btnNext"}
 < {"messages":[],"opened":["frmPreview"],"waiting":null}
 > {"close":"frmPreview"}
+
+# The list: what others made is there when its page is turned to, or refreshed; a statement goes with all that it has.
+2> {"sql":"INSERT INTO FStmt (StmtID, StmtTitle, ColumnFormat) VALUES (20, 'A brought one', 'Balance: Simple')"}
+2> {"sql":"INSERT INTO FStmtLin (StmtID, Seq, LineNo, LineHeading, LineType) VALUES (20, 1, 1, 'Theirs', 'Detail')"}
+> {"click":"frmGLReports.btnBack"}
+> {"state":"frmGLReports"}
+< {"state":{"controls":{"grdFStmt":{"rows":[{"cells":{"StmtTitle":"A brought one"}},"..."]}}}}
+> {"key":"F5"}
+> {"grid":"frmGLReports.grdFStmt","do":"locate","values":{"StmtID":1}}
+> {"click":"frmGLReports.btnDelete"}
+> {"answer":"Yes"}
+> {"sql":"SELECT StmtID FROM FStmt WHERE StmtID = 1 UNION SELECT StmtID FROM FStmtLin WHERE StmtID = 1 UNION SELECT StmtID FROM FStmtLAc WHERE StmtID = 1 UNION SELECT StmtID FROM FStmtLTo WHERE StmtID = 1"}
+< {"rows":[]}
+
+# A new one takes no number that is in use, though the counter stands behind, and so none of the other's lines.
+> {"key":"Ctrl+N"}
+< {"opened":["frmFinancialStmt"]}
+> {"state":"frmFinancialStmt"}
+< {"state":{"controls":{"grdFStmtLin":{"total":0}}}}
+> {"click":"frmFinancialStmt.btnCancel"}
+> {"sql":"SELECT NextStmtID, LineHeading FROM FStmtCtl, FStmtLin WHERE StmtID = 20"}
+< {"rows":[[22,"Theirs"]]}
+
+# Without a statement there is nothing to edit or delete, and nothing to go on with.
+> {"sql":"DELETE FROM FStmt"}
+> {"key":"F5"}
+| Edit
+| Delete
+> {"click":"frmGLReports.btn{1}"}
+< {"ok":false,"messages":[],"waiting":null}
+|
+> {"click":"frmGLReports.btnNext"}
+< {"ok":false,"messages":[{"text":"A statement must be chosen"}]}
