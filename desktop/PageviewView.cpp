@@ -187,7 +187,7 @@ class PageArea final : public QAbstractScrollArea {
     double x = pen.x * scale();
     for (const reports::Glyph& glyph : glyphs_) {
       ids.append(glyph.id);
-      places.append(QPointF(x, pen.y * scale()));
+      places.append(QPointF(x + glyph.right * unit, pen.y * scale() - glyph.above * unit));
       x += glyph.advance * unit;
     }
     QGlyphRun run;

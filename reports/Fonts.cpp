@@ -64,7 +64,7 @@ Font::Font(Face face) : shaper_(std::make_unique<Shaper>()) {
     hb_codepoint_t id = 0;
     if (!hb_font_get_nominal_glyph(shaper_->font, c, &id)) return box_;
     return Glyph{static_cast<std::uint16_t>(id),
-                 static_cast<std::uint16_t>(hb_font_get_glyph_h_advance(shaper_->font, id)), 0};
+                 static_cast<std::uint16_t>(hb_font_get_glyph_h_advance(shaper_->font, id))};
   };
   box_ = glyphOf(kBox);
   simple_.resize(kSimpleEnd);
@@ -107,11 +107,32 @@ void Font::shapeBy(std::string_view text, std::vector<Glyph>& glyphs) const {
   for (unsigned i = 0; i < count; ++i) {
     const bool lacks = infos[i].codepoint == 0;
     glyphs.push_back(lacks ? box_
-                           : Glyph{static_cast<std::uint16_t>(infos[i].codepoint),
-                                   static_cast<std::uint16_t>(std::max(0, positions[i].x_advance))});
+                           : Glyph{.id = static_cast<std::uint16_t>(infos[i].codepoint),
+                                   .advance = static_cast<std::uint16_t>(std::max(0, positions[i].x_advance)),
+                                   .right = static_cast<std::int16_t>(positions[i].x_offset),
+                                   .above = static_cast<std::int16_t>(positions[i].y_offset)});
     glyphs.back().text = infos[i].cluster;
+    if (i > 0 && !lacks && infos[i].cluster == infos[i - 1].cluster && positions[i].x_advance == 0 &&
+        positions[i].x_offset == 0)
+      setOn(glyphs[i - 1], glyphs[i]);
   }
   hb_buffer_destroy(buffer);
+}
+
+// A mark that the font has no place for on that letter: in the middle, and not within the letter.
+void Font::setOn(const Glyph& letter, Glyph& mark) const {
+  constexpr int kGap = 20;  // of an em: the part that stands between them
+  hb_glyph_extents_t on = {}, its = {};
+  if (letter.advance == 0 || !hb_font_get_glyph_extents(shaper_->font, letter.id, &on) ||
+      !hb_font_get_glyph_extents(shaper_->font, mark.id, &its))
+    return;
+  const int gap = unitsPerEm_ / kGap;
+  mark.right = static_cast<std::int16_t>(on.x_bearing + on.width / 2 - letter.advance - its.x_bearing - its.width / 2);
+  const int bottom = its.y_bearing + its.height;  // heights go down
+  if (bottom > 0)
+    mark.above = static_cast<std::int16_t>(std::max(0, on.y_bearing + gap - bottom));
+  else if (its.y_bearing <= 0)
+    mark.above = static_cast<std::int16_t>(std::min(0, on.y_bearing + on.height - gap - its.y_bearing));
 }
 
 double Font::width(std::string_view text, int size) const {

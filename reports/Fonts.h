@@ -10,11 +10,12 @@
 
 namespace quillon::reports {
 
-// A drawing of the font, and where the pen goes after it.
+// A drawing of the font, and where the pen goes after it. Measures are in units of the font.
 struct Glyph {
   std::uint16_t id = 0;
-  std::uint16_t advance = 0;  // in units of the font
-  std::uint32_t text = 0;     // where the characters that it draws begin in the text, in bytes
+  std::uint16_t advance = 0;
+  std::uint32_t text = 0;             // where the characters that it draws begin in the text, in bytes
+  std::int16_t right = 0, above = 0;  // of the pen, where it is drawn: a mark stands on the letter before it
 };
 
 // One face of the family that reports are set in. Its measures come from the font's file, so that preview, paper and
@@ -41,6 +42,7 @@ class Font {
  private:
   explicit Font(Face face);
   void shapeBy(std::string_view text, std::vector<Glyph>& glyphs) const;
+  void setOn(const Glyph& letter, Glyph& mark) const;
 
   struct Shaper;
   std::string path_, bytes_;

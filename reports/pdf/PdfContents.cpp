@@ -98,7 +98,7 @@ void PdfContents::drawText(const Element& element, std::string_view text) {
   put(y - lineY_);
   out_ += "Td";
   lineX_ = x, lineY_ = y;
-  fontOf(element.style.face).show(text, glyphs_, out_);
+  fontOf(element.style.face).show(text, glyphs_, element.style.size * kUnitsOfSize, out_);
   linkAddresses(element, text, pen);
 }
 

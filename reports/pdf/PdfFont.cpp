@@ -3,6 +3,7 @@
 #include <hb.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "base/Text.h"
 
@@ -65,9 +66,25 @@ void PdfFont::appendMeaning(std::string& out, Meaning meaning) const {
   for (std::size_t at = 0; at < text.size();) appendUtf16(out, nextCodePoint(text, at));
 }
 
+// In the middle of a string: a glyph that stands beside the pen, or after which the pen goes elsewhere than the code
+// has it go.
+void PdfFont::showApart(const Glyph& glyph, const Code& code, int size, std::string& out) const {
+  const auto units = [this](int number, int ofSize) { return std::lround(number * 1.0 * ofSize / font_.unitsPerEm()); };
+  constexpr int kThousand = 1000;  // of the size, in which a string's glyphs are moved to the left
+  out += ")Tj ";
+  if (glyph.above != 0) appendNumber(out, units(glyph.above, size)), out += " Ts ";
+  out += '[';
+  appendNumber(out, -units(glyph.right, kThousand));
+  (out += '(').append(code.bytes, code.size) += ')';
+  appendNumber(out, units(glyph.right + code.advance - glyph.advance, kThousand));
+  out += "]TJ ";
+  if (glyph.above != 0) out += "0 Ts ";
+  out += '(';
+}
+
 // Glyphs that draw the same characters stand one after the other; a code tells the text of one glyph, so the text of
 // several is told beside them.
-void PdfFont::show(std::string_view text, const std::vector<Glyph>& glyphs, std::string& out) {
+void PdfFont::show(std::string_view text, const std::vector<Glyph>& glyphs, int size, std::string& out) {
   if (glyphs.empty()) return;
   const bool backwards = glyphs.front().text > glyphs.back().text;
   out += '(';
@@ -88,7 +105,10 @@ void PdfFont::show(std::string_view text, const std::vector<Glyph>& glyphs, std:
     }
     for (std::size_t k = i; k < end; ++k) {
       const Code& code = codeOf(glyphs[k], meaning);
-      out.append(code.bytes, code.size);
+      if (glyphs[k].right != 0 || glyphs[k].above != 0 || glyphs[k].advance != code.advance)
+        showApart(glyphs[k], code, size, out);
+      else
+        out.append(code.bytes, code.size);
     }
     if (end - i > 1) out += ")Tj EMC(";
   }

@@ -20,8 +20,8 @@ class PdfFont {
  public:
   explicit PdfFont(const Font& font);
 
-  // Appends what shows `glyphs`, which are `text` shaped.
-  void show(std::string_view text, const std::vector<Glyph>& glyphs, std::string& out);
+  // Appends what shows `glyphs`, which are `text` shaped, in letters of `size`, in the units of the page.
+  void show(std::string_view text, const std::vector<Glyph>& glyphs, int size, std::string& out);
   bool used() const { return used_; }
   // Writes the font under the number that pages refer to.
   void write(PdfFile& file, int number) const;
@@ -41,6 +41,7 @@ class PdfFont {
   const Code& define(std::size_t number, const Glyph& glyph, Meaning meaning);
   Meaning meaningOf(std::string_view text);
   void appendMeaning(std::string& out, Meaning meaning) const;
+  void showApart(const Glyph& glyph, const Code& code, int size, std::string& out) const;
 
   std::string name() const;
   std::string descriptor(int program) const;

@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
+#include <map>
 
 #include "base/Errors.h"
 #include "platform/Program.h"
@@ -160,6 +162,40 @@ TEST_F(WritePdf, ShowsABoxInEveryFaceForWhatTheFontLacks) {
     const std::string image = sim::readFile(path(page));
     const std::size_t ink = image.find_first_not_of('\xFF', image.size() / 100);  // behind the head
     EXPECT_NE(ink, std::string::npos) << page;
+  }
+}
+
+// What pdftoppm draws of the first page: for each row of its pixels that has ink, where the ink begins and ends.
+std::map<int, std::pair<int, int>> inkOf(const std::string& pgm) {
+  int width = 0, height = 0;
+  EXPECT_EQ(std::sscanf(pgm.c_str(), "P5 %d %d 255", &width, &height), 2);
+  const std::size_t begin = pgm.size() - static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  std::map<int, std::pair<int, int>> rows;
+  for (std::size_t i = begin; i < pgm.size(); ++i) {
+    const int pixel = static_cast<int>(i - begin), x = pixel % width;
+    if (static_cast<unsigned char>(pgm[i]) > 0x80) continue;
+    auto& [first, last] = rows.try_emplace(pixel / width, x, x).first->second;
+    first = std::min(first, x), last = std::max(last, x);
+  }
+  return rows;
+}
+
+TEST_F(WritePdf, SetsMarksOnTheirLetters) {
+  for (const char* text : {"q\u0307", "x\u0304", "\u041E\u0301", "\u0416\u0307", "W\u030A"}) {
+    HandMadePages made;
+    made.newPage();
+    made.add(Part::detail, line(0), text, {.size = 600});
+    textOf(made.pages);
+    ask({"pdftoppm", "-gray", "-r", "72", path(), path("marks")});
+    const auto ink = inkOf(sim::readFile(path("marks-1.pgm")));
+    ASSERT_FALSE(ink.empty());
+    int row = ink.begin()->first, left = 10'000, right = 0;
+    const int markBegin = ink.begin()->second.first, markEnd = ink.begin()->second.second;
+    while (ink.contains(row)) ++row;
+    EXPECT_LT(row, ink.rbegin()->first) << text << ": the mark touches its letter";
+    for (auto some = ink.lower_bound(row); some != ink.end(); ++some)
+      left = std::min(left, some->second.first), right = std::max(right, some->second.second);
+    EXPECT_NEAR(markBegin + markEnd, left + right, (right - left) / 3.0) << text;
   }
 }
 
