@@ -31,7 +31,9 @@ enum class Part : std::uint8_t {
 
 // In 1/1000 inch, from the upper left corner of the paper.
 struct Box {
-  std::int16_t x = 0, y = 0, width = 0, height = 0;
+  std::int16_t x = 0;
+  std::int32_t y = 0;  // far below the paper in a row that has no place yet
+  std::int16_t width = 0, height = 0;
   int right() const { return x + width; }
   int bottom() const { return y + height; }
   friend bool operator==(const Box&, const Box&) = default;

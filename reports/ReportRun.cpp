@@ -233,9 +233,13 @@ void ReportRun::flush() {
     while (end < chain_.size() && isLinked(chain_[end - 1], chain_[end]));
     const std::span<Strip> linked = std::span(chain_).subspan(begin, end - begin);
     if (y_ > bodyTop_ && y_ + heightOf(linked) > bottom_) startPage(&linked.front());
-    for (Strip& strip : linked) {
-      if (y_ + strip.height > bottom_ && y_ > bodyTop_) startPage(&strip);
-      append(std::move(strip));
+    for (std::size_t i = 0; i < linked.size(); ++i) {
+      if (linked[i].height > bottom_ - bodyTop_) {
+        appendInParts(std::move(linked[i]), heightOf(linked.subspan(i + 1)));
+        continue;
+      }
+      if (y_ + linked[i].height > bottom_ && y_ > bodyTop_) startPage(&linked[i]);
+      append(std::move(linked[i]));
     }
   }
   chain_.clear();
@@ -249,6 +253,16 @@ void ReportRun::append(Strip strip) {
   const int height = strip.height;
   place(std::move(strip.content), page_, pages_->left, y_);
   y_ += height;
+}
+
+// More than a page holds goes on, line by line, on the next ones; its last line leaves room for what is linked to it.
+void ReportRun::appendInParts(Strip strip, int below) {
+  while (y_ + strip.height + below > bottom_) {
+    append(cutAt(strip, std::max(1, std::min(bottom_ - y_, strip.height - 1))));
+    if (strip.content.elements.empty()) return;
+    startPage(&strip);
+  }
+  append(std::move(strip));
 }
 
 // `first`: the strip that it begins with; none for the report's first page.

@@ -17,9 +17,9 @@ namespace quillon::reports {
 
 // Lays a report out in pages, a page at a time.
 //
-// Keeps: a row is never split; a heading stands with the first row below it, and a sum with the last one above it; the
-// column header stands on every page, and the headings of the groups that go on there. Rows are read as they are
-// laid out, from the query's result, which does not change any more.
+// Keeps: a row is never split, but for one that is more than a page holds; a heading stands with the first row below
+// it, and a sum with the last one above it; the column header stands on every page, and the headings of the groups that
+// go on there. Rows are read as they are laid out, from the query's result, which does not change any more.
 class ReportRun final : public form::PageRun {
  public:
   // Tells the report and runs its query. Errors of the statement.
@@ -50,6 +50,7 @@ class ReportRun final : public form::PageRun {
   void spill();
   void flush();
   void append(Strip strip);
+  void appendInParts(Strip strip, int below);
   void startPage(const Strip* first);
   void endPage();
   Strip titleStrip();

@@ -21,7 +21,7 @@ std::int16_t narrow(int number) { return static_cast<std::int16_t>(number); }
 Style ReportRun::style(Face face) const { return {.face = face, .size = static_cast<std::uint16_t>(bands_.size)}; }
 
 Box ReportRun::lineBox(int x, int y, int width, int size) const {
-  return {narrow(x), narrow(y), narrow(width), narrow(lineHeight(size))};
+  return {narrow(x), y, narrow(width), narrow(lineHeight(size))};
 }
 
 Strip ReportRun::titleStrip() {
@@ -57,10 +57,10 @@ Strip ReportRun::columnHeader() const {
     Style look = style(Face::bold);
     look.align = bands_.columns[i].align;
     Box box = places_[i].box;
-    box.y = narrow(places_[i].line * box.height);
+    box.y = places_[i].line * box.height;
     strip.text(box, look, bands_.columns[i].caption);
   }
-  strip.line({0, narrow(strip.height + kRuleRoom), narrow(bodyWidth_), 0});
+  strip.line({0, strip.height + kRuleRoom, narrow(bodyWidth_), 0});
   strip.height += kRuleRoom;
   return strip;
 }
@@ -105,12 +105,12 @@ int ReportRun::detailCell(Strip& strip, std::size_t i, const RowLook& look) {
   Style itsStyle = style(look.face);
   itsStyle.align = column.align;
   Box box = places_[i].box;
-  box.y = narrow(look.spaceAbove + places_[i].line * box.height);
+  box.y = look.spaceAbove + places_[i].line * box.height;
   if (i == 0) box.x = narrow(box.x + look.indent), box.width = narrow(box.width - look.indent);
   const bool figure = column.align == Align::right;
   if (figure && look.ruleAbove && !value.isNull()) strip.line({box.x, box.y, box.width, 0});
   if (figure && look.ruleBelow && !value.isNull())
-    for (const int below : {0, kRuleRoom}) strip.line({box.x, narrow(box.bottom() + below), box.width, 0});
+    for (const int below : {0, kRuleRoom}) strip.line({box.x, box.bottom() + below, box.width, 0});
   if (value.isNull()) return box.bottom();
   const std::string text = column.format->show(value);
   if (text.empty()) return box.bottom();
@@ -120,7 +120,7 @@ int ReportRun::detailCell(Strip& strip, std::size_t i, const RowLook& look) {
   }
   for (const std::string& some : wrapped(text, itsStyle, box.width)) {
     strip.text(box, itsStyle, some);
-    box.y = narrow(box.y + box.height);
+    box.y += box.height;
   }
   return box.y;
 }
@@ -143,7 +143,7 @@ Strip ReportRun::sums(Part part, const Band& band, const std::string& words, con
     const Column& column = bands_.columns[i];
     if (!has(i)) continue;
     Box box = places_[i].box;
-    box.y = narrow(top + places_[i].line * box.height);
+    box.y = top + places_[i].line * box.height;
     Style look = style(Face::bold);
     look.align = Align::right;
     if (places_[i].line == 0) strip.line({box.x, box.y, box.width, 0});
@@ -151,7 +151,7 @@ Strip ReportRun::sums(Part part, const Band& band, const std::string& words, con
     Element& figure = strip.content.elements.back();
     if (leads.key >= 0) figure.jump = leads.jump, figure.jumpKey = leads.key;
     if (part == Part::summary && places_[i].line + 1 == lines_)
-      for (const int below : {0, kRuleRoom}) strip.line({box.x, narrow(box.bottom() + below), box.width, 0});
+      for (const int below : {0, kRuleRoom}) strip.line({box.x, box.bottom() + below, box.width, 0});
   }
   strip.height += part == Part::summary ? 2 * kRuleRoom : kRuleRoom;
   return strip;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "base/Text.h"
 #include "reports/Bands.h"
@@ -45,13 +46,39 @@ void place(Page content, Page& page, int x, int y) {
   const auto values = static_cast<std::int32_t>(page.values.size());
   for (Element element : content.elements) {
     element.box.x = static_cast<std::int16_t>(element.box.x + x);
-    element.box.y = static_cast<std::int16_t>(element.box.y + y);
+    element.box.y += y;
     if (element.kind == Element::Kind::text) element.text += texts;
     if (element.value >= 0) element.value += values;
     page.elements.push_back(element);
   }
   page.texts += content.texts;
   std::ranges::move(content.values, std::back_inserter(page.values));
+}
+
+Strip cutAt(Strip& strip, int end) {
+  Strip upper{.part = strip.part, .content = {}, .depth = strip.depth, .bookmark = std::exchange(strip.bookmark, {})};
+  Page all = std::exchange(strip.content, {});
+  int top = end;
+  for (const Element& element : all.elements)
+    if (element.box.y > 0 && element.box.bottom() > end) top = std::min(top, element.box.y);
+  for (Element& element : all.elements) {
+    const bool stays = element.box.y >= top;
+    Page& page = stays ? strip.content : upper.content;
+    if (element.kind == Element::Kind::text) {
+      const std::string_view text = all.textOf(element);
+      element.text = static_cast<std::uint32_t>(page.texts.size());
+      page.texts += text;
+    }
+    if (element.value >= 0) {
+      page.values.push_back(all.valueOf(element));
+      element.value = static_cast<std::int32_t>(page.values.size()) - 1;
+    }
+    if (stays) element.box.y -= top;
+    page.elements.push_back(element);
+  }
+  upper.height = std::min(top, strip.height);
+  strip.height -= upper.height;
+  return upper;
 }
 
 int lineHeight(int size) { return size * 1000 / 720 * 13 / 10; }
@@ -99,12 +126,12 @@ void Strip::add(const Band& band, int top) {
   int grown = 0;
   for (const Item& item : band.items) {
     Box box = item.box;
-    box.y = static_cast<std::int16_t>(box.y + top);
+    box.y += top;
     if (item.kind == Element::Kind::text && item.wraps) {
       const int one = lineHeight(item.style.size);
       int y = box.y;
       for (const std::string& some : wrapped(item.source().text, item.style, box.width)) {
-        text({box.x, static_cast<std::int16_t>(y), box.width, static_cast<std::int16_t>(one)}, item.style, some);
+        text({box.x, y, box.width, static_cast<std::int16_t>(one)}, item.style, some);
         y += one;
       }
       grown = std::max(grown, y - box.bottom());
@@ -128,14 +155,15 @@ std::vector<std::string> wrapped(std::string_view text, Style style, int width) 
     const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
     std::string_view rest = text.substr(0, end);
     do {
-      std::size_t take = rest.size();
-      while (take > 0 && font.width(rest.substr(0, take), style.size) > width) {
-        const std::size_t blank = rest.substr(0, take).rfind(' ');
-        take = blank == std::string_view::npos ? 0 : blank;
+      const auto fits = [&](std::size_t length) { return font.width(rest.substr(0, length), style.size) <= width; };
+      std::size_t take = 0;
+      for (std::size_t more = 0; more < rest.size() && take == more;) {
+        more = std::min(rest.find(' ', more + 1), rest.size());
+        if (fits(more)) take = more;
       }
       if (take == 0 && !rest.empty()) {  // a word wider than the line
         take = firstCharacters(rest, 1).size();
-        for (std::size_t more = take; more <= rest.size() && font.width(rest.substr(0, more), style.size) <= width;) {
+        for (std::size_t more = take; more <= rest.size() && fits(more);) {
           take = more;
           if (more == rest.size()) break;
           more += firstCharacters(rest.substr(more), 1).size();

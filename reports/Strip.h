@@ -41,6 +41,9 @@ struct Heading {
 
 // Puts it on a page, its corner there.
 void place(Page content, Page& page, int x, int y);
+// Takes off what ends above `end`, in the place where it is; `strip` keeps the rest, from its upper edge on, and is
+// empty when all was taken. What is taller than that is taken whole.
+Strip cutAt(Strip& strip, int end);
 
 // The height of a line of text, of a size in tenths of a point.
 int lineHeight(int size);

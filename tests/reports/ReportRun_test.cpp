@@ -29,6 +29,8 @@ namespace {
 
 using store::Value;
 
+constexpr std::size_t kTall = 3000;  // letters that a page may be too small for
+
 struct Row {
   int number = 0;
   std::vector<int> keys;  // of the groups, the outermost first
@@ -93,8 +95,9 @@ Shape randomShape(sim::SeededRandom& random) {
     if (random.oneIn(12)) keys = {keys[0] + 1, below(9)};
     if (random.oneIn(6)) ++keys[1];
     Row row{.number = i, .keys = keys};
-    for (int words = random.oneIn(4) ? below(longest) : below(4); words > 0; --words)
-      row.words += (row.words.empty() ? "w" : " w") + std::to_string(below(100'000));
+    int words = random.oneIn(4) ? below(longest) : below(4);
+    if (random.oneIn(300)) words = static_cast<int>(kTall) / 2 + below(9000);
+    for (; words > 0; --words) row.words += (row.words.empty() ? "w" : " w") + std::to_string(below(100'000));
     if (!random.oneIn(5)) row.amount = Money::fromRaw(below(2'000'000'000) - 1'000'000'000);
     if (!random.oneIn(5)) row.quantity = (below(2'000'001) - 1'000'000) / 64.0;  // halves of a ten-thousandth, too
     shape.rows.push_back(std::move(row));
@@ -134,13 +137,29 @@ class Reading {
       if (element.part == Part::groupHeader) headings.push_back(text);
       if (sum) readSum(page, element, text);
       if (element.part != Part::detail) continue;
-      if (text.starts_with('#')) beginRow(text, headings, !rowsHere);
-      EXPECT_TRUE(text.starts_with('#') || rowsHere) << "page " << number_ << " begins in the middle of a row";
+      if (text.starts_with('#'))
+        beginRow(text, headings, !rowsHere);
+      else if (!rowsHere)
+        continueRow(headings);
       rowsHere = true;
       if (text.starts_with('w')) words_ += (words_.empty() ? "" : " ") + text;
     }
     EXPECT_TRUE(captions.contains("Amount")) << "page " << number_;
     EXPECT_NE(last, Part::groupHeader) << "the last on page " << number_;
+  }
+
+  // On a page that begins in the middle of a row.
+  void continueRow(std::vector<std::string>& headings) {
+    ASSERT_GT(row_, 0u);
+    const Row& row = shape_.rows[row_ - 1];
+    EXPECT_GE(row.words.size(), kTall) << "page " << number_ << " begins in the middle of a row";
+    std::vector<std::string> expected;
+    for (int level = 0; level < shape_.groups; ++level) {
+      expected.push_back(headingOf(row, level) + " (continued)");
+      expected.push_back("below " + headingOf(row, level));
+    }
+    EXPECT_EQ(headings, expected) << "page " << number_;
+    headings.clear();
   }
 
   void beginRow(const std::string& text, std::vector<std::string>& headings, bool firstOfPage) {
