@@ -1,6 +1,8 @@
 #include "ledger/LedgerLines.h"
 
+#include "base/Errors.h"
 #include "ledger/Sources.h"
+#include "store/table/Table.h"
 
 namespace quillon::ledger {
 
@@ -21,6 +23,7 @@ void LedgerLines::holdMoment() {
   rows_.setIndex({});
   rows_.last();
   last_ = rows_.isEmpty() ? 0 : id();
+  version_ = table().version();
   rows_.setIndex("GLAccountIDPeriodDateJV");
 }
 
@@ -39,6 +42,11 @@ bool LedgerLines::enter(const AccountKey& account) {
 bool LedgerLines::next() {
   rows_.next();
   return skipLater();
+}
+
+void LedgerLines::requireAll(Money came, Money change) {
+  if (came != change && table().version() != version_)
+    throw Error("The ledger was changed while it was read...\rPrint it again");
 }
 
 bool LedgerLines::skipLater() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -26,6 +27,9 @@ class LedgerLines {
   // To the account's first line, and to the next; false when there is none.
   bool enter(const AccountKey& account);
   bool next();
+  // Behind an account's last line, with what its lines came to and what they come to by the totals of that moment.
+  // Error where lines were unposted since, and are missing; totals whose history was purged never agreed, and pass.
+  void requireAll(Money came, Money change);
 
   int id() { return rows_.field(id_).asInt(); }
   int period() { return rows_.field(period_).asInt(); }
@@ -42,6 +46,7 @@ class LedgerLines {
   int year_, onlyPeriod_;
   int id_, period_, date_, number_, amount_, source_, transType_, description_;  // places of fields
   int last_ = 0;                                                                 // of the lines at that moment
+  std::uint64_t version_ = 0;                                                    // of the table at that moment
 };
 
 }  // namespace quillon::ledger

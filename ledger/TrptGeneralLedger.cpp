@@ -89,7 +89,10 @@ bool TrptGeneralLedger::isLeftOut() {
 
 bool TrptGeneralLedger::next() {
   const bool more = atOpening_ ? anyLine_ : lines_->next();
-  if (!more) return AccountReport::next();
+  if (!more) {
+    lines_->requireAll(balance_ - account().opening, account().change);
+    return AccountReport::next();
+  }
   atOpening_ = false;
   balance_ += lines_->amount();
   return true;

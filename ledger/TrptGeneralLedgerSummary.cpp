@@ -33,6 +33,7 @@ class TrptGeneralLedgerSummary final : public AccountReport {
         debits_ += amount;
       else
         credits_ -= amount;
+    lines_->requireAll(debits_ - credits_, account().change);
     return !any && account().opening == Money{} && account().change == Money{};
   }
 

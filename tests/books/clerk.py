@@ -69,9 +69,13 @@ class Clerk:
         self.do(close="frmGLReports")
 
     def printed(self, report, **asked):
-        """The rows below the headings."""
+        """The rows below the headings; none where it is refused because others posted meanwhile."""
         words = [report, *(f"{key}={value}" for key, value in asked.items())]
-        subprocess.run([*self.printing, *words], check=True)
+        done = subprocess.run([*self.printing, *words], capture_output=True, text=True)
+        if "The ledger was changed while it was read... Print it again" in done.stderr:
+            return []
+        if done.returncode:
+            raise RuntimeError(done.stderr)
         rows = Sheet(self.printing[-1]).rows()
         while not rows.pop(0)["A"].startswith("Period:"):
             pass

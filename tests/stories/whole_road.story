@@ -97,9 +97,9 @@
 ? ledger.pdf ["Cedar Studio Mar 31, 2026","General Ledger","...","1010 Chequing Account","Opening Balance 7,350.00",
    "3/26 09 Mar 26 1004 GL JV Elm Clinic paid, less 2% 2,058.00 9,408.00",
    "3/26 31 Mar 26 1005 GL JV Wages of March 1,200.40 8,207.60","3/26 31 Mar 26 1006 GL JV Loan 15.83 8,191.77",
-   "3/26 31 Mar 26 1006 GL JV Loan 5.00 8,186.77","Total 1010 2,058.00 1,221.23","1100 Accounts Receivable","...",
+   "3/26 31 Mar 26 1006 GL JV Loan 5.00 8,186.77","Total 1010, Closing Balance 2,058.00 1,221.23 8,186.77","1100 Accounts Receivable","...",
    "4200 Sales Discounts","Opening Balance 0.00","3/26 09 Mar 26 1004 GL JV Elm Clinic paid, less 2% 42.00 42.00",
-   "Total 4200 42.00 0.00","...","Report Totals: 3,621.38 3,621.38","Cedar Studio · General Ledger Page 2"]
+   "Total 4200, Closing Balance 42.00 0.00 42.00","...","Report Totals: 3,621.38 3,621.38","Cedar Studio · General Ledger Page 2"]
 ? balance.pdf ["Cedar Studio Mar 31, 2026","Balance Sheet","Period: 3/2026","ASSETS","Petty Cash 0.00",
    "Chequing Account 8,186.77","...","Office Furniture and Equipment 6,000.00",
    "Accumulated Depreciation - Office (1,200.00)","...","Total Assets 12,986.77","LIABILITIES & EQUITY","Liabilities",
