@@ -5,6 +5,7 @@
 
 #include "base/Text.h"
 #include "form/Ending.h"
+#include "form/ErrorWords.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
 #include "store/Errors.h"
@@ -290,7 +291,7 @@ Ended App::run(Screen& screen, const std::string& name, const std::function<void
 Place App::attempt(const std::function<void()>& action, Ended& ended) {
   const auto failed = [&](const Error& error) {
     ended.ok = false;
-    ended.error = error.what();
+    ended.error = wordsFor(error);
     person_.hourglass(false);
     person_.show(Tone::error, ended.error, title_);
   };
@@ -339,7 +340,7 @@ store::ErrorAnswer App::editError(store::Cursor& cursor, const store::StoreError
     cursor.refresh();
     return store::ErrorAnswer::abort;
   }
-  person_.show(Tone::error, error.what(), title_);
+  person_.show(Tone::error, wordsFor(error), title_);
   return store::ErrorAnswer::abort;
 }
 

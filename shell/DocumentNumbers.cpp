@@ -5,6 +5,7 @@
 
 #include "form/App.h"
 #include "form/ControlRow.h"
+#include "form/ErrorWords.h"
 #include "store/Cursor.h"
 #include "store/Errors.h"
 
@@ -80,7 +81,7 @@ void DocumentNumbers::write() {
       form::takeNumbers(app_, {.table = number.table, .attempts = kAttempts},
                         [&](store::Cursor& row) { row[number.field] = number.now.value; });
     } catch (const store::StoreError& error) {
-      form::refuse(error.what(), form::focus(number.control()));
+      form::refuse(form::wordsFor(error), form::focus(number.control()));
     }
     number.before = number.now.value;
   }

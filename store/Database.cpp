@@ -6,6 +6,7 @@
 #include "base/Text.h"
 #include "store/Cursor.h"
 #include "store/Errors.h"
+#include "store/InUse.h"
 #include "store/Planted.h"
 #include "store/journal/Backoff.h"
 #include "store/journal/CommitProtocol.h"
@@ -212,10 +213,9 @@ void Database::waitOutTransaction(Table& table) {
 }
 
 void Database::raiseLocked(const std::string& table, LockKind kind, RowId row, bool here) {
-  const std::string what = (kind == LockKind::record ? "The record of table '" : "Table '") + table + "'";
   const Code code = kind == LockKind::exclusiveOpen ? Code::tableInUse : Code::recordLocked;
-  if (here) throw StoreError(code, what + " is in use in another window of this program.");
-  throw StoreError(code, inUse(what, holders_.get(), {kind, Holders::tableHash(table), row}) + ".");
+  const std::string holder = here ? "" : inTheWay(holders_.get(), {kind, Holders::tableHash(table), row});
+  throw InUseError(code, table, kind == LockKind::record, holder);
 }
 
 }  // namespace quillon::store

@@ -228,14 +228,14 @@ std::string Holders::describe(const Holder& holder) const {
   return placeOf(holder) + " since " + since.data();
 }
 
-std::string inUse(std::string_view what, Holders* holders, const NotedLock& wanted) {
+std::string inTheWay(Holders* holders, const NotedLock& wanted) {
   constexpr std::size_t kMostNamed = 3;
-  const std::string text = std::string(what) + " is in use by ";
-  if (holders == nullptr) return text + "another user";
-  if (const std::optional<Holder> holder = holders->find(wanted)) return text + holders->describe(*holder);
+  const std::string somebody = "another user";
+  if (holders == nullptr) return somebody;
+  if (const std::optional<Holder> holder = holders->find(wanted)) return holders->describe(*holder);
   std::vector<Holder> others;
   if (wanted.kind == LockKind::exclusiveOpen) others = holders->others();
-  if (others.empty()) return text + "another user";
+  if (others.empty()) return somebody;
   std::vector<std::string> names;
   for (const Holder& other : others)
     if (std::string place = placeOf(other); std::ranges::count(names, place) == 0) names.push_back(std::move(place));
@@ -243,7 +243,7 @@ std::string inUse(std::string_view what, Holders* holders, const NotedLock& want
   for (std::size_t i = 0; i < std::min(names.size(), kMostNamed); ++i)
     list += (i == 0 ? "" : i + 1 == names.size() ? " and " : ", ") + names[i];
   if (names.size() > kMostNamed) list += " and " + std::to_string(names.size() - kMostNamed) + " more";
-  return text + list;
+  return list;
 }
 
 }  // namespace quillon::store

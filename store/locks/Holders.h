@@ -85,9 +85,9 @@ class Holders {
   std::vector<Note> notes_;  // in the order of noting
 };
 
-// "`what` is in use by ANNA on PC-7 since 14:05", or "... by another user" where nobody is found or noted
-// (`holders` null, as for a database in memory). Who has a table open like anybody else is not noted, which would cost
+// Who is in the way, as words: "ANNA on PC-7 since 14:05", or "another user" where nobody is found or noted (`holders`
+// null, as for a database in memory). Who has a table open like anybody else is not noted, which would cost
 // every opening two writes: what an exclusive open meets then is one of those in the folder, and all are named.
-std::string inUse(std::string_view what, Holders* holders, const NotedLock& wanted);
+std::string inTheWay(Holders* holders, const NotedLock& wanted);
 
 }  // namespace quillon::store

@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "store/Database.h"
 #include "store/Errors.h"
+#include "store/InUse.h"
 #include "store/sql/ChangePlan.h"
 #include "store/sql/Expression.h"
 #include "store/table/Table.h"
@@ -172,7 +173,8 @@ void refuseAt(const Place& place, const StoreError& error) {
   constexpr Code kOfStatement[] = {Code::badDefinition, Code::tableExists,   Code::noSuchField,   Code::limitReached,
                                    Code::badValue,      Code::required,      Code::keyViolation,  Code::tableInUse,
                                    Code::recordLocked,  Code::recordChanged, Code::badTransaction};
-  if (dynamic_cast<const StatementError*>(&error)) return;
+  // Nothing is wrong with the text where somebody is in the way.
+  if (dynamic_cast<const StatementError*>(&error) || dynamic_cast<const InUseError*>(&error)) return;
   if (std::find(std::begin(kOfStatement), std::end(kOfStatement), error.code()) != std::end(kOfStatement))
     refuse(place, error.code(), error.what());
 }

@@ -5,6 +5,7 @@
 
 #include "store/Errors.h"
 #include "store/FieldScalar.h"
+#include "store/InUse.h"
 #include "store/sql/SelectCore.h"
 #include "store/vfs/File.h"
 
@@ -43,18 +44,15 @@ void TableChange::change(Action&& action) {
 
 void TableChange::testLocks(const std::vector<RowId>& rows) {
   const TableLocks& locks = table_.locks();
-  const auto refuseLocked = [&](const char* who) {
-    throw StoreError(Code::recordLocked, "A record of table '" + table_.name() +
-                                             "' that the statement changes is being edited " + who + ".");
-  };
+  const auto refuseLocked = [&](const char* who) { throw InUseError(Code::recordLocked, table_.name(), true, who); };
   for (const RowId row : rows)
-    if (locks.recordHeldHere(row, nullptr)) refuseLocked("in another window of this program");
+    if (locks.recordHeldHere(row, nullptr)) refuseLocked("");
   // One question for the whole table; only when somebody edits in it each row is asked for.
   if (table_.database().inMemory() || locks.holdsTable() || locks.heldExclusively() ||
       !table_.files().lockFile().lockedByOther(kRecordBase, kRecordCount, LockMode::exclusive))
     return;
   for (const RowId row : rows)
-    if (table_.locks().recordHeldElsewhere(row)) refuseLocked("by another user");
+    if (table_.locks().recordHeldElsewhere(row)) refuseLocked("another user");
 }
 
 void TableChange::setField(int field, const Datum& value) {

@@ -7,6 +7,7 @@
 // Errors are planted into what such work leaves, one at a time: a value, a row too few or too many.
 #include "ledger/PostVouchers.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -352,7 +353,9 @@ TEST_F(PostVouchersTest, WaitsForWhoeverHoldsTheTotals) {
     totals.lockTable();
     clerk().person.answers = {form::Button::retry, form::Button::cancel};
     clerk().person.heard.clear();
-    EXPECT_EQ(deed().code, 10258);
+    const form::Ended ended = deed();
+    EXPECT_EQ(ended.code, 10258);
+    EXPECT_THAT(ended.error, testing::StartsWith("The table 'GLActual' is being updated by another job ("));
     EXPECT_EQ(std::ranges::count(clerk().person.heard, words), 2) << clerk().person.takeHeard();
     totals.unlockTable();
     vouchers.lockTable();

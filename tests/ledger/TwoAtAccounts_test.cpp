@@ -1,5 +1,6 @@
 // An account goes with its totals that come to nothing, or neither goes, and gets an id of its own: also when another
 // process is in the way.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "form/Input.h"
@@ -54,7 +55,11 @@ TEST_F(TwoAtAccounts, WaitsForWhoeverHoldsTheTotals) {
   store::Cursor totals(other_.database(), "GLActual");
   totals.open();
   totals.lockTable();
-  EXPECT_EQ(remove({kYes}).code, 10258) << person_.takeHeard();
+  const form::Ended ended = remove({kYes});
+  EXPECT_EQ(ended.code, 10258);
+  EXPECT_THAT(ended.error,
+              testing::MatchesRegex("The table 'GLActual' is being updated by another job \\(.* since .*\\)"
+                                    ".\rPlease try again when that has finished."));
   EXPECT_EQ(left(), "1 2 ");
   totals.unlockTable();
   EXPECT_TRUE(remove({kYes}).ok) << person_.takeHeard();
@@ -67,7 +72,9 @@ TEST_F(TwoAtAccounts, LeavesAllWhenOneTotalIsEdited) {
   totals.open();
   totals.last();
   totals.edit();
-  EXPECT_FALSE(remove({kYes}).ok);
+  EXPECT_EQ(
+      remove({kYes}).error,
+      "A record of the table 'GLActual' is being edited by another user.\rPlease try again when that has finished.");
   totals.cancel();
   EXPECT_EQ(left(), "1 2 ");
   EXPECT_TRUE(remove({kYes}).ok) << person_.takeHeard();

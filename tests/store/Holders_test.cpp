@@ -93,11 +93,11 @@ TEST_F(HoldersTest, WordsAreForAPerson) {
   auto anna = process("ANNA", "PC-7");
   auto carl = process("CARL", "");
   anna->note(record(5));  // at 22:13:20 UTC
-  EXPECT_EQ(inUse("JV", carl.get(), record(5)), "JV is in use by ANNA on PC-7 since 20:13");
+  EXPECT_EQ(inTheWay(carl.get(), record(5)), "ANNA on PC-7 since 20:13");
   clock_.advance(24LL * 3'600'000'000);
-  EXPECT_EQ(inUse("JV", carl.get(), record(5)), "JV is in use by ANNA on PC-7 since 2023-11-14 20:13");
-  EXPECT_EQ(inUse("JV", carl.get(), record(6)), "JV is in use by another user");
-  EXPECT_EQ(inUse("JV", nullptr, record(5)), "JV is in use by another user");
+  EXPECT_EQ(inTheWay(carl.get(), record(5)), "ANNA on PC-7 since 2023-11-14 20:13");
+  EXPECT_EQ(inTheWay(carl.get(), record(6)), "another user");
+  EXPECT_EQ(inTheWay(nullptr, record(5)), "another user");
   std::string name;
   for (int i = 0; i < 60; ++i) name += "\xE2\x82\xAC";  // three bytes each
   auto euro = process(name, name);
@@ -113,20 +113,20 @@ TEST_F(HoldersTest, WordsAreForAPerson) {
 TEST_F(HoldersTest, AnExclusiveOpenNamesThoseInTheFolder) {
   const NotedLock open = whole(LockKind::exclusiveOpen);
   auto anna = process("ANNA", "PC-7");
-  EXPECT_EQ(inUse("JV", anna.get(), open), "JV is in use by another user");
+  EXPECT_EQ(inTheWay(anna.get(), open), "another user");
   auto bert = process("BERT", "PC-8");
-  EXPECT_EQ(inUse("JV", anna.get(), open), "JV is in use by BERT on PC-8");
+  EXPECT_EQ(inTheWay(anna.get(), open), "BERT on PC-8");
   auto again = process("BERT", "PC-8");
-  EXPECT_EQ(inUse("JV", anna.get(), open), "JV is in use by BERT on PC-8") << "two programs of one person";
+  EXPECT_EQ(inTheWay(anna.get(), open), "BERT on PC-8") << "two programs of one person";
   auto carl = process("CARL", "");
-  EXPECT_EQ(inUse("JV", anna.get(), open), "JV is in use by one of BERT on PC-8 and CARL");
+  EXPECT_EQ(inTheWay(anna.get(), open), "one of BERT on PC-8 and CARL");
   auto dora = process("DORA", ""), emil = process("EMIL", "");
-  EXPECT_EQ(inUse("JV", anna.get(), open), "JV is in use by one of BERT on PC-8, CARL, DORA and 1 more");
-  EXPECT_EQ(inUse("JV", anna.get(), record(1)), "JV is in use by another user");
+  EXPECT_EQ(inTheWay(anna.get(), open), "one of BERT on PC-8, CARL, DORA and 1 more");
+  EXPECT_EQ(inTheWay(anna.get(), record(1)), "another user");
   bert.reset();
   again.reset();
   carl->note(open);
-  EXPECT_THAT(inUse("JV", anna.get(), open), testing::StartsWith("JV is in use by CARL since"));
+  EXPECT_THAT(inTheWay(anna.get(), open), testing::StartsWith("CARL since"));
 }
 
 TEST_F(HoldersTest, AMissingFolderOrAFullHouseOnlyMeansNoNames) {
