@@ -19,6 +19,7 @@ class TfrmUser final : public form::RecordScreen {
 
  private:
   void build(form::Layout& layout) override;
+  void recordShown(const form::Open& open) override;
   void tblUsersNewRecord();
   void tblUsersBeforePost();
   void save() override;
@@ -26,6 +27,7 @@ class TfrmUser final : public form::RecordScreen {
   Control& told(form::Layout& l, const RightGroup& group);
 
   Session& session_;
+  std::string storedName_;  // empty: of a new user
   form::Table tblUsers{*this, "Users"};
 };
 
@@ -70,6 +72,8 @@ void TfrmUser::give(const RightGroup& group, bool all) {
     if (right.group == std::string_view(group.name)) tblUsers[right.field] = all;
 }
 
+void TfrmUser::recordShown(const form::Open& /*open*/) { storedName_ = isNew() ? "" : tblUsers["UserName"].asText(); }
+
 void TfrmUser::tblUsersNewRecord() {
   for (const Right& right : allRights()) tblUsers[right.field] = false;
 }
@@ -79,10 +83,13 @@ void TfrmUser::tblUsersBeforePost() {
   if (tblUsers["UserName"].asText().empty()) refuse("Field 'User Name' must have a value", focus("UserName"));
 }
 
-// The list stands on the user then, and has the focus. It may be closed already, and its owner may have lost the right
-// to open it.
+// Whoever gives themselves another name goes on under it. The list stands on the user then, and has the focus. It may
+// be closed already, and its owner may have lost the right to open it.
 void TfrmUser::save() {
   RecordScreen::save();
+  const std::string name = tblUsers["UserName"].asText();
+  if (!storedName_.empty() && storedName_ == session_.currentUser) session_.currentUser = name;
+  storedName_ = name;
   form::Screen* list = app().find("frmUsers");
   if (!savedOnce() || list == nullptr || !list->visible()) return;
   try {

@@ -86,3 +86,23 @@
 < {"ok":true,"closed":["frmUsers"],"messages":[]}
 2> {"menu":"General > Security"}
 2< {"ok":true,"opened":["frmUsers"]}
+
+# Who takes another name goes on under it, with its rights as they change; a name that is taken changes nothing.
+2> {"grid":"frmUsers.grdUsers","do":"locate","values":{"UserName":"BEN"}}
+2> {"click":"frmUsers.mnuEdit"}
+2> {"set":"frmUser.editUserName","value":"ANNA"}
+2> {"click":"frmUser.btnOK"}
+2< {"ok":false,"messages":[{"text":"User already exists"}]}
+2> {"set":"frmUser.editUserName","value":"BENNO"}
+2> {"click":"frmUser.btnOK"}
+2< {"ok":true,"messages":[]}
+2> {"menu":"GL > Budget"}
+2< {"ok":true,"messages":[]}
+2> {"click":"frmUsers.mnuEdit"}
+2> {"set":"frmUser.editUserName","value":"BERT"}
+2> {"set":"frmUser.chkGLHistory","value":false}
+2> {"click":"frmUser.btnOK"}
+2> {"sql":"SELECT GLHistory FROM Users WHERE UserName = 'BERT'"}
+2< {"rows":[[false]]}
+2> {"menu":"GL > History"}
+2< {"ok":false,"messages":[{"kind":"stop","text":"BERT is not allowed access to GL History."}]}
