@@ -21,8 +21,8 @@ namespace {
 
 // A folder that is a company's, for somebody who may enter it. One whose users cannot be read any more is open to all,
 // so that there is a copy before it is mended.
-void requireEntry(store::Session& session, const std::string& folder, const ProgramOptions& options) {
-  store::Database database(session, folder);
+void requireEntry(store::Database& database, const ProgramOptions& options) {
+  const std::string& folder = database.folder();
   if (!database.exists("Company")) throw Error(folder + " is no company");
   try {
     store::Cursor users(database, "Users");
@@ -48,7 +48,13 @@ ExitStatus backupCommand(Arguments arguments) {
                                                    : shell::weekdayFolder(desktop, folder);
   const LocalEnvironment environment;
   store::Session session(environment.get());
-  requireEntry(session, folder, options);
+  {
+    store::Database database(session, folder);
+    requireEntry(database, options);
+    if (const auto other = shell::otherCompanyIn(database, to))
+      throw Error("'" + to + "' holds another company, '" + *other +
+                  "': name another folder, or remove that one first");
+  }
   std::uint64_t bytes = 0;
   {
     ProgressLine line;

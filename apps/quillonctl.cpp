@@ -79,7 +79,7 @@ constexpr Command kCommands[] = {
      "copy a company, by itself into the folder of the day of the week; alone in the folder", backupCommand,
      "Copies the files of the company, not the folders in it. The earlier copy in the folder TO is replaced when the "
      "new\n"
-     "one is whole. A company that has users asks for one of them.",
+     "one is whole. A folder with another company is refused. A company that has users asks for one of them.",
      kProgramOptions, true},
     {"probe", "FOLDER", "try whether several processes can share the folder", probeCommand,
      "Tries locks, writes, renames and syncs with a second process, and prints a line for each."},

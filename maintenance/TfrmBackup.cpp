@@ -38,6 +38,7 @@ class TfrmBackup final : public form::Screen {
   void btnOKClick();
   void btnCancelClick() { setResult(false); }
   std::string checkedFolder();
+  void askBeforeReplacing(const std::string& folder);
 
   shell::Session& session_;
   form::Variable folder_;
@@ -78,8 +79,18 @@ std::string TfrmBackup::checkedFolder() {
   return folder;
 }
 
+// An earlier copy of this company is replaced without a question.
+void TfrmBackup::askBeforeReplacing(const std::string& folder) {
+  const auto other = shell::otherCompanyIn(session_.database(), folder);
+  if (other && !app().person().confirm("The folder holds a backup of another company, '" + *other +
+                                           "'.\r\rReplace it by one of this company?",
+                                       form::Tone::warning, form::Button::no))
+    form::abort();
+}
+
 void TfrmBackup::btnOKClick() {
   const std::string folder = checkedFolder();
+  askBeforeReplacing(folder);
   const shell::SoleUse alone(session_, this);
   if (shell::copyTree(session_, session_.dataFolder, folder)) setResult(true);
 }

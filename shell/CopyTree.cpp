@@ -9,7 +9,9 @@
 #include "store/Database.h"
 #include "store/Errors.h"
 #include "store/journal/CommitProtocol.h"
+#include "store/table/Table.h"
 #include "store/vfs/File.h"
+#include "store/vfs/FileNames.h"
 
 namespace quillon::shell {
 namespace {
@@ -42,12 +44,32 @@ class Still {
   std::vector<std::unique_ptr<store::Cursor>> held_;
 };
 
+bool holdsCompany(store::Session& store, const std::string& folder) {
+  store::FileSystem& files = store.environment().files;
+  return files.folderExists(folder) && files.exists(store::findFile(files, folder, "Company.DAT"));
+}
+
+// What a company and its copies have in common: the name until it is changed, the file until it is packed.
+struct Mark {
+  std::string name;
+  std::uint64_t file = 0;
+};
+
+Mark markOf(store::Database& database) {
+  store::Cursor company(database, "Company");
+  company.open();
+  const int marker = 0;
+  store::Table& table = database.openTable("Company", &marker, false);
+  const Mark mark{company.isEmpty() ? "" : company["CompanyName"].asText(), table.files().fileId()};
+  database.closeTable(table, &marker);
+  return mark;
+}
+
 // An earlier copy, or another company, is not replaced under those who have it open. A damaged one is.
 void requireUnused(store::Session& store, const std::string& folder) {
-  if (!store.environment().files.folderExists(folder)) return;
+  if (!holdsCompany(store, folder)) return;
   try {
     store::Database database(store, folder);
-    if (!database.exists("Company")) return;
     store::Cursor company(database, "Company");
     company.setExclusive(true);
     company.open();
@@ -71,6 +93,19 @@ class Hourglass {
 
 std::string weekdayFolder(platform::Desktop& desktop, const std::string& company) {
   return company + (company.ends_with('/') ? "backup/" : "/backup/") + desktop.weekdayName(desktop.today());
+}
+
+std::optional<std::string> otherCompanyIn(store::Database& company, const std::string& to) {
+  if (!holdsCompany(company.session(), to)) return {};
+  try {
+    const Mark ours = markOf(company);
+    store::Database database(company.session(), to);
+    const Mark theirs = markOf(database);
+    if (theirs.file == ours.file || equalFolded(theirs.name, ours.name)) return {};
+    return theirs.name;
+  } catch (const store::StoreError&) {
+    return {};  // nobody can work with it, or somebody does, which the copying finds out
+  }
 }
 
 void copyCompany(store::Session& store, const std::string& company, const std::string& to,

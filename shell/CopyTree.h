@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace quillon::platform {
@@ -8,8 +9,9 @@ class Desktop;
 struct CopyProgress;
 }  // namespace quillon::platform
 namespace quillon::store {
+class Database;
 class Session;
-}
+}  // namespace quillon::store
 
 namespace quillon::shell {
 
@@ -18,6 +20,10 @@ class Session;
 // Where a company is copied to when nobody says otherwise: "backup" in its folder, and there the day of the week, so
 // that it keeps seven copies.
 std::string weekdayFolder(platform::Desktop& desktop, const std::string& company);
+
+// The name of another company that has its files, or a copy of them, in a folder, where a copy of this one would
+// replace them. None: there is nothing readable, or an earlier copy of this one, which may have had another name.
+std::optional<std::string> otherCompanyIn(store::Database& company, const std::string& to);
 
 // Copies the files of a company that this process has closed, without the folders beside them, into a folder, which is
 // made where missing. Files of the same name there are replaced when all are copied, so that what stops the copying
