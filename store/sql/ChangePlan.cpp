@@ -303,57 +303,6 @@ class Remove final : public ChangePlan {
 
 }  // namespace
 
-// SELECT ... INTO: a new table without indexes; one of that name is replaced, unless it is open.
-std::uint64_t selectInto(Database& database, const Statement& statement, const Parameters& parameters) {
-  const Select& select = *statement.select;
-  const bool inMemory = foldCase(select.into).starts_with("\\memory\\");
-  Database& home = inMemory ? database.session().memory() : database;
-  TableDef definition;
-  definition.name = Database::plainName(select.into);
-  Spool rows([&] { return database.session().scratch(); });
-  std::string bytes;
-  SteadyRead::run(database, [&](SteadyRead& read) {
-    Compiler compiler(database, parameters);
-    const auto plan = SelectPlan::make(compiler, select, nullptr);
-    definition.fields.clear();
-    rows.clear();
-    for (const SelectColumn& column : plan->columns()) definition.fields.push_back(column.field);
-    const SteadyRead::Scope scope(read, compiler.tables());
-    plan->run(nullptr, [&](const std::vector<Datum>& row) {
-      bytes.clear();
-      appendRow(row, bytes);
-      rows.add(bytes);
-      return true;
-    });
-  });
-  try {
-    definition.validate();
-    if (home.exists(definition.name)) home.dropTable(definition.name);
-    home.createTable(definition);
-  } catch (const StoreError& error) {
-    refuseAt(select.intoPlace, error);
-    throw;
-  }
-  const int marker = 0;
-  Table& table = home.openTable(definition.name, &marker, false);
-  try {
-    TableChange change(table);
-    const std::vector<int> fields = insertFields(table, statement);
-    std::vector<Datum> values;
-    rows.forEach([&](std::string_view row) {
-      readRow(row, values);
-      change.insert(fields, values);
-    });
-    const std::uint64_t written = change.done();
-    home.closeTable(table, &marker);
-    return written;
-  } catch (...) {
-    home.closeTable(table, &marker);
-    home.dropTable(definition.name);
-    throw;
-  }
-}
-
 std::unique_ptr<ChangePlan> ChangePlan::make(Compiler& compiler, const Statement& statement) {
   switch (statement.kind) {
     case StatementKind::insertValues:

@@ -158,13 +158,13 @@ bool Rebuild::isAsBefore() {
   return true;
 }
 
-void Rebuild::install(const std::string& keepAs) {
+void Rebuild::install(const std::string& keepAs, bool isAlone) {
   close();
   FileSystem& files = database_.files();
   const std::string& folder = database_.folder();
   if (!keepAs.empty()) keepFiles(files, folder, name_, keepAs);
   std::optional<CommitProtocol::Quiet> alone;
-  if (!database_.inMemory()) alone.emplace(*database_.protocol(), CommitProtocol::Quiet::Journal::emptied);
+  if (!database_.inMemory() && !isAlone) alone.emplace(*database_.protocol(), CommitProtocol::Quiet::Journal::emptied);
   // The names of the new files, and that their .DAT file has another one yet, must be safe before that changes.
   files.syncFolder(folder);
   installing_ = true;

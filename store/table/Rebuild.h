@@ -21,6 +21,11 @@ namespace quillon::store {
 // The caller has the table open exclusively and leaves it alone meanwhile.
 class Rebuild {
  public:
+  // Makes a table with its rows: `fill` writes into one of this definition that nobody sees, which then stands in the
+  // place of the one of that name, where there is one. Whatever fails, or is killed, leaves all of the new table or
+  // what there was before. tableInUse while anybody has the old one open; badDefinition, badTransaction.
+  static void replaceTable(Database& database, TableDef definition, const std::function<void(Table&)>& fill);
+
   // `fileId` must be none that the table had.
   Rebuild(Database& database, std::string name, const TableDef& definition, std::uint64_t fileId);
   ~Rebuild();  // what was not installed goes
@@ -49,8 +54,9 @@ class Rebuild {
   bool isAsBefore();
 
   // Puts the new files in the place of the old ones, of which a copy with `keepAs` behind their names is left where it
-  // is not empty. After a failure the table is the old one or the new one, whole.
-  void install(const std::string& keepAs);
+  // is not empty. After a failure the table is the old one or the new one, whole. `isAlone` where the caller holds the
+  // commit lock with the journal emptied.
+  void install(const std::string& keepAs, bool isAlone = false);
 
  private:
   struct Twin {
