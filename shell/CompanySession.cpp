@@ -8,6 +8,7 @@
 #include "store/Cursor.h"
 #include "store/Database.h"
 #include "store/Errors.h"
+#include "store/Repair.h"
 #include "store/schema/CompanySchema.h"
 #include "store/schema/CreateCompany.h"
 #include "store/vfs/File.h"
@@ -45,6 +46,36 @@ void repairCompany(Session& session, const std::string& folder) {
   session.attach(folder);
 }
 
+// Without its tables a folder is opened by its journal alone.
+bool journalIsDamaged(Session& session, const std::string& folder) {
+  try {
+    const store::Database database(session.store(), folder);
+    return false;
+  } catch (const store::StoreError& error) {
+    if (error.code() != store::Code::headerDamaged) throw;
+    return true;
+  }
+}
+
+// A journal that cannot be read keeps everybody out. Nothing tells what it holds, so the person decides whether to go
+// on without it.
+void mendJournal(Session& session, const std::string& start, const std::string& folder) {
+  const bool goOn = session.person().confirm(
+      start +
+          "\rThe journal of this company is damaged. It holds what was saved last: where the company was not closed "
+          "since, those changes may be missing or there in part.\r\rSet the journal aside and open the company without "
+          "it? If you have a good backup, answer No and use that instead.",
+      form::Tone::warning, form::Button::no);
+  if (!goOn) throw Abort();
+  if (store::repairJournal(session.store().environment(), folder).empty())
+    throw Error("The journal could not be set aside. Close the company everywhere and open it again.");
+  session.person().show(
+      form::Tone::warning,
+      "The journal begins anew; the damaged one is kept beside it.\r\rPlease run Pack/Repair now, and "
+      "check what was entered last.",
+      kTitle);
+}
+
 // True when the header was damaged and is mended.
 bool attachRepairing(Session& session, const std::string& start, const std::string& folder) {
   try {
@@ -52,6 +83,10 @@ bool attachRepairing(Session& session, const std::string& start, const std::stri
     return false;
   } catch (const store::StoreError& error) {
     if (error.code() != store::Code::headerDamaged) throw;
+    if (journalIsDamaged(session, folder)) {
+      mendJournal(session, start, folder);
+      return attachRepairing(session, start, folder);
+    }
     session.person().show(form::Tone::warning,
                           start + "\r" + error.what() + "\rThe program will now attempt to repair it.", kTitle);
   }
@@ -114,6 +149,9 @@ bool openCompany(Session& session, const std::string& name, const std::string& f
     session.sampleDataOpen = isSampleData(session, name);
     if (repaired && session.tblCompany().isEmpty()) replaceLostCompany(session);
     if (repaired) return true;
+  } catch (const Abort&) {
+    session.detach();
+    return false;
   } catch (const Error& error) {
     session.detach();
     return refused(session, start + "\r" + error.what());

@@ -13,3 +13,23 @@
 > {"quit":true}
 @ --today 2026-03-05
 < {"messages":[],"opened":[],"waiting":null}
+> {"quit":true}
+
+# A journal that cannot be read keeps everybody out until somebody decides to go on without it; it is kept.
+= company/Quillon.JNL [["\u00ff", 300000]]
+@ --today 2026-03-05
+< {"waiting":{"dialog":{"kind":"warning","buttons":["Yes","No"],"default":"No","text":"Error opening database '{folder}/company'...\rThe journal of this company is damaged. It holds what was saved last: where the company was not closed since, those changes may be missing or there in part.\r\rSet the journal aside and open the company without it? If you have a good backup, answer No and use that instead."}}}
+> {"answer":"No"}
+< {"messages":[],"waiting":null}
+> {"menu":"GL > Accounts"}
+< {"ok":false}
+? company ["...", "Quillon.JNL", "Quillon.LCK", "..."]
+@ --today 2026-03-05
+> {"answer":"Yes"}
+< {"messages":[{"kind":"warning","text":"The journal begins anew; the damaged one is kept beside it.\r\rPlease run Pack/Repair now, and check what was entered last."}],"waiting":null}
+> {"sql":"SELECT AccountName FROM GLAccnt"}
+< {"rows":[["Cash"]]}
+> {"quit":true}
+? company ["...", "Quillon.JNL", "Quillon.JNL~damaged", "..."]
+@ --today 2026-03-05
+< {"messages":[],"opened":[],"waiting":null}
