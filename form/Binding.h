@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -53,7 +54,11 @@ BindingPtr fieldBinding(store::Cursor& cursor, std::string field, ConverterPtr c
 // A tick: a yes/no field of a cursor's row, whose record is locked, saved and let go by a single put.
 BindingPtr tickBinding(store::Cursor& cursor, std::string field);
 
-// Lets a date be picked from the program's calendar.
+// Lets what is typed be picked, too, on a screen that opens only when it is asked for. `Pick` gets what is typed and
+// not yet taken, and what stands there; null picks nothing.
+using Pick = std::function<std::optional<store::Value>(std::string_view typed, const store::Value& data)>;
+BindingPtr pickedBinding(BindingPtr typed, Pick pick);
+// From the program's calendar.
 BindingPtr pickedDate(App& app, BindingPtr date);
 
 // A value of a screen that no table keeps: a condition of a filter, an option of a launcher. Validate may raise.
@@ -86,5 +91,7 @@ struct CodeOf {
 ConverterPtr rowsConverter(App& app, std::string table, std::string idField, std::string shownField, std::string index);
 BindingPtr codeBinding(App& app, store::Cursor& cursor, std::string idField, CodeOf code);
 BindingPtr codeBinding(App& app, Variable& variable, CodeOf code);
+// A text that may be such a code, and any other as well: the end of a range.
+BindingPtr pickedCode(App& app, BindingPtr text, CodeOf code);
 
 }  // namespace quillon::form

@@ -1,4 +1,4 @@
-// Ids that are typed and shown as the code of the row they point to.
+// Ids that are typed and shown as the code of the row they point to, and texts that may be such codes.
 #include "base/Text.h"
 #include "form/App.h"
 #include "form/Binding.h"
@@ -10,6 +10,19 @@ namespace quillon::form {
 namespace {
 
 using store::Value;
+
+// The id that the person picks, beginning with that of `key`, or with the text; null for none.
+std::optional<Value> picked(App& app, const CodeOf& code, const Value& key, std::string_view text) {
+  Open open{.filter = code.filter, .title = code.title};
+  open.values["key"] = key;
+  open.values["text"] = Value(text);
+  open.values["index"] = Value(code.index);
+  open.values["level"] = code.level;
+  const Result result = app.runModal(code.picker, open);
+  if (!result.confirmed) return std::nullopt;
+  app.lookUp(code.table).refresh();
+  return result.values.at("key");
+}
 
 // `Target` is where the id is kept: a field or a variable.
 class CodeBinding final : public Binding {
@@ -32,15 +45,9 @@ class CodeBinding final : public Binding {
 
   bool hasPicker() const override { return !code_.picker.empty(); }
   bool pick(std::string_view begin, bool asItStands) override {
-    Open open{.filter = code_.filter, .title = code_.title};
-    open.values["key"] = asItStands ? data() : Value();
-    open.values["text"] = Value(begin);
-    open.values["index"] = Value(code_.index);
-    open.values["level"] = code_.level;
-    const Result result = app_.runModal(code_.picker, open);
-    if (!result.confirmed) return false;
-    app_.lookUp(code_.table).refresh();
-    target_->put(result.values.at("key"));
+    const std::optional<Value> id = picked(app_, code_, asItStands ? data() : Value(), begin);
+    if (!id) return false;
+    target_->put(*id);
     return true;
   }
 
@@ -95,6 +102,15 @@ BindingPtr codeBinding(App& app, store::Cursor& cursor, std::string idField, Cod
 BindingPtr codeBinding(App& app, Variable& variable, CodeOf code) {
   auto target = variableBinding(variable, idConverter(app));
   return std::make_unique<CodeBinding>(app, std::move(target), std::move(code));
+}
+
+BindingPtr pickedCode(App& app, BindingPtr text, CodeOf code) {
+  return pickedBinding(std::move(text), [&app, code = std::move(code)](std::string_view typed, const Value& data) {
+    const std::string begin = typed.empty() && !data.isNull() ? data.asText() : std::string(typed);
+    const Value key = typed.empty() ? app.lookUp(code.table).lookup(code.shownField, {data}, code.idField) : Value();
+    const std::optional<Value> id = picked(app, code, key, key.isNull() ? begin : "");
+    return id ? std::optional(app.lookUp(code.table).lookup(code.idField, {*id}, code.shownField)) : std::nullopt;
+  });
 }
 
 }  // namespace quillon::form

@@ -270,6 +270,12 @@ std::unique_ptr<Control> Layout::codeColumn(std::string caption, const store::Fi
                     codeBinding(screen_.app(), idField.cursor(), name, std::move(code)));
 }
 
+std::unique_ptr<Control> Layout::pickedColumn(std::string caption, const store::Field& field, CodeOf code) {
+  BindingPtr text = bindingOf(screen_.app(), field, nullptr);
+  return makeColumn(std::move(caption), controlNameOf(fieldName(field)),
+                    pickedCode(screen_.app(), std::move(text), std::move(code)));
+}
+
 std::unique_ptr<Control> Layout::shownColumn(std::string name, std::string caption, std::function<store::Value()> value,
                                              ConverterPtr converter, int width) {
   auto column = makeColumn(std::move(caption), std::move(name), shownBinding(std::move(value), std::move(converter)));

@@ -88,6 +88,8 @@ class Layout {
   // Ticked by a click or Space, in a list as well; each tick is saved at once.
   std::unique_ptr<Control> tickColumn(std::string caption, const store::Field& field);
   std::unique_ptr<Control> codeColumn(std::string caption, const store::Field& idField, CodeOf code);
+  // Of a text that may be such a code: typed as it is, and picked where the picker is asked for.
+  std::unique_ptr<Control> pickedColumn(std::string caption, const store::Field& field, CodeOf code);
   std::unique_ptr<Control> shownColumn(std::string name, std::string caption, std::function<std::string()> text,
                                        int width);
   std::unique_ptr<Control> shownColumn(std::string name, std::string caption, std::function<store::Value()> value,

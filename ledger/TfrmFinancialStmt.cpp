@@ -41,7 +41,7 @@ class Listed final : public form::Converter {
   Value read(std::string_view typed) const override {
     if (trim(typed).empty()) return {};
     for (const auto& [value, text] : ask_())
-      if (equalFolded(text, typed)) return value;
+      if (equalFolded(text, trim(typed))) return value;
     throw Error("Choose an item from the list");
   }
   form::Choices choices() const override { return ask_(); }
@@ -152,8 +152,8 @@ Control& TfrmFinancialStmt::lineGrid(form::Layout& l) {
 }
 
 Control& TfrmFinancialStmt::properties(form::Layout& l) {
-  auto columns =
-      l.columns(l.column("From Account", tblFStmtLAc["AccountFrom"]), l.column("To Account", tblFStmtLAc["AccountTo"]));
+  auto columns = l.columns(l.pickedColumn("From Account", tblFStmtLAc["AccountFrom"], accountCode()),
+                           l.pickedColumn("To Account", tblFStmtLAc["AccountTo"], accountCode()));
   for (int level = 1; level <= kSubaccountLevels; ++level)
     columns.push_back(
         l.codeColumn("Sub" + std::to_string(level), tblFStmtLAc[subaccountField(level)], subaccountCode(level)));

@@ -80,6 +80,25 @@
 < {"ok":false,"messages":[{"text":"Field 'From Account' must have a value...\rMake changes or press Esc to undo"}],
    "focus":"frmFinancialStmt.grdFStmtLAc[0].AccountFrom"}
 > {"set":"frmFinancialStmt.grdFStmtLAc[0].AccountFrom","value":"1000"}
+# Both ends may be picked, too; a number that no account has is typed as well.
+> {"key":"F2"}
+< {"waiting":{"modal":"frmGLAccountSearch"}}
+> {"state":"frmGLAccountSearch"}
+< {"state":{"controls":{"grdGLAccnt":{"rows":[{"cells":{"GLAccount":"1000"},"active":true},"..."]}}}}
+> {"grid":"frmGLAccountSearch.grdGLAccnt","do":"locate","values":{"GLAccount":"3000"}}
+> {"click":"frmGLAccountSearch.btnOK"}
+< {"focus":"frmFinancialStmt.grdFStmtLAc[0].AccountFrom"}
+> {"state":"frmFinancialStmt"}
+< {"state":{"controls":{"grdFStmtLAc":{"rows":[{"cells":{"AccountFrom":"3000","AccountTo":"1999","Name":"Capital"}}]}}}}
+> {"key":"F2"}
+> {"click":"frmGLAccountSearch.btnCancel"}
+> {"set":"frmFinancialStmt.grdFStmtLAc[0].AccountFrom","value":"1000"}
+> {"type":"frmFinancialStmt.grdFStmtLAc[0].AccountTo","keys":"45"}
+> {"key":"F2"}
+> {"click":"frmGLAccountSearch.btnOK"}
+> {"state":"frmFinancialStmt"}
+< {"state":{"controls":{"grdFStmtLAc":{"rows":[{"cells":{"AccountFrom":"1000","AccountTo":"4500"}}]}}}}
+> {"set":"frmFinancialStmt.grdFStmtLAc[0].AccountTo","value":"1999"}
 > {"set":"frmFinancialStmt.grdFStmtLAc[0].SubAccount1","value":"West"}
 < {"ok":false,"messages":[{"text":"Subaccount not found...\rSelect a different subaccount or press Esc to undo"}]}
 > {"key":"Esc"}
