@@ -58,6 +58,7 @@ struct Element {
   std::int32_t value = -1;             // the number or date that the text shows: its place in the page's values
   std::int32_t jumpKey = 0;
   std::uint8_t jump = 0;  // one more than its place in the pages' jumps; 0 leads nowhere
+  bool again = false;     // said on an earlier page already, and here for the page's sake
 };
 
 // How all outputs draw what an element does not say.
@@ -89,7 +90,8 @@ struct Page {
 // What a report prints: pages of placed elements, which know no device. Screen, paper, PDF, spreadsheet and text all
 // draw the same list.
 //
-// Grows by whole pages while the report is laid out; a page does not change any more. Texts are UTF-8.
+// Grows by whole pages while the report is laid out; a page does not change any more, but for its number, which also
+// tells how many there are once all are. Texts are UTF-8.
 class PreparedPages final : public form::PageSource {
  public:
   // Opens what a figure is made of; the key tells which.

@@ -276,7 +276,11 @@ void ReportRun::startPage(const Strip* first) {
   }
   append(columnHeader());
   if (first != nullptr && first->headings)
-    for (std::size_t level = 0; level < first->depth; ++level) append(heading(level, *first->headings, " (continued)"));
+    for (std::size_t level = 0; level < first->depth; ++level) {
+      Strip again = heading(level, *first->headings, " (continued)");
+      for (Element& element : again.content.elements) element.again = true;
+      append(std::move(again));
+    }
   bodyTop_ = y_;
 }
 

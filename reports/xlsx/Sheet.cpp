@@ -17,7 +17,15 @@ constexpr std::size_t kBuffer = 1 << 16;
 constexpr double kPixels = 0.096, kMargins = 5, kCharacter = 7, kWider = 1.1;
 
 bool isHeader(const Element& element) { return element.part == Part::columnHeader; }
-bool isOfSheet(const Element& element) { return element.part != Part::pageHeader && element.part != Part::pageFooter; }
+bool isOfSheet(const Element& element) {
+  return element.part != Part::pageHeader && element.part != Part::pageFooter && !element.again;
+}
+// Without what was cut off for want of room on the page.
+std::string_view wholeText(const Page& page, const Element& element) {
+  if (element.value < 0) return page.textOf(element);
+  const store::Value& value = page.values[static_cast<std::size_t>(element.value)];
+  return value.kind() == store::Value::Kind::text ? std::string_view(value.asText()) : page.textOf(element);
+}
 bool isOfSheetAgain(const Element& element) { return isOfSheet(element) && !isHeader(element); }
 
 }  // namespace
@@ -125,10 +133,10 @@ void Sheet::writeCell(const Page& page, std::span<const Placed> texts) {
   }
   out_ += "\" t=\"inlineStr\"><is><t xml:space=\"preserve\">";
   if (texts.size() == 1) {
-    appendSheetText(out_, page.textOf(first));
+    appendSheetText(out_, wholeText(page, first));
   } else {
     std::string joined;
-    for (const Placed& some : texts) (joined += joined.empty() ? "" : " ") += page.textOf(*some.element);
+    for (const Placed& some : texts) (joined += joined.empty() ? "" : " ") += wholeText(page, *some.element);
     appendSheetText(out_, joined);
   }
   out_ += "</t></is></c>";

@@ -61,6 +61,7 @@ void addPage(HandMadePages& made, int page, int lines, Money& sum) {
   made.add(Part::pageHeader, at(-1, 500, 3000), "not in the sheet");
   if (page == 1) made.add(Part::title, at(0, 500, 7500), "Titre", {Face::bold, Align::centre, 140});
   made.add(Part::columnHeader, at(2, 500, 900), "Date", kBold);
+  if (page > 1) made.add(Part::groupHeader, at(2, 500, 3000), "Of a page before (continued)").again = true;
   made.add(Part::columnHeader, at(2, 1500, 2500), "Name", kBold);
   made.add(Part::columnHeader, at(2, 4500, 1000), "Amount", kBoldRight);
   for (int i = 0; i < lines; ++i) {
@@ -71,7 +72,7 @@ void addPage(HandMadePages& made, int page, int lines, Money& sum) {
     box.y = static_cast<std::int16_t>(box.y + 10);
     made.add(Part::detail, box, "shown otherwise", amount, kRight);
     made.add(Part::detail, at(3 + 2 * i, 500, 800), "5.3.26", Date(2026, 3, 5));
-    made.add(Part::detail, at(3 + 2 * i, 1500, 2000), "Ωμέγα & Söhne <b>");
+    made.add(Part::detail, at(3 + 2 * i, 1500, 2000), "Ωμέγα…", store::Value("Ωμέγα & Söhne <b>"));
     made.add(Part::detail, at(4 + 2 * i, 800, 6000), "a remark below");
   }
   made.add(Part::pageFooter, at(60, 500, 3000), "Page");
