@@ -1,5 +1,8 @@
 // A financial statement: one of the company's own, or the balance sheet or income statement that the chart of accounts
 // gives. A figure opens the totals or the budgets that it adds up.
+#include <algorithm>
+#include <set>
+
 #include "base/Errors.h"
 #include "base/Text.h"
 #include "form/App.h"
@@ -74,6 +77,7 @@ class TrptFinancialStmt final : public reports::Report {
   std::shared_ptr<const std::vector<Conditions>> conditions(const StatementRequest& request) const;
   std::string words(const StatementRequest& request) const;
   reports::RowLook look() const;
+  bool isLast(const Statement::Line& total) const;
 
   std::unique_ptr<Statement> statement_;
   std::vector<Statement::Line>::const_iterator line_;
@@ -161,9 +165,23 @@ std::string TrptFinancialStmt::words(const StatementRequest& request) const {
 
 reports::RowLook TrptFinancialStmt::look() const {
   constexpr int kIndent = 180, kSpace = 90;
-  if (line_->type == LineType::heading) return {.face = reports::Face::bold, .spaceAbove = kSpace};
-  if (isTotal(line_->type)) return {.face = reports::Face::bold, .ruleAbove = true};
+  if (line_->type == LineType::heading) return {.face = reports::Face::bold, .spaceAbove = kSpace, .withNext = true};
+  if (isTotal(line_->type))
+    return {.face = reports::Face::bold, .ruleAbove = true, .ruleBelow = isLast(*line_), .withPrevious = true};
   return {.indent = kIndent};
+}
+
+// Whether what it adds up goes into no further total: assets, liabilities with equity, net income.
+bool TrptFinancialStmt::isLast(const Statement::Line& total) const {
+  const auto accounts = [](const Statement::Line& line) {
+    std::set<std::pair<std::string, std::string>> all;
+    for (const StatementRange& range : line.ranges) all.emplace(range.from, range.to);
+    return all;
+  };
+  const auto own = accounts(total);
+  return !own.empty() && std::none_of(line_ + 1, statement_->lines().end(), [&](const Statement::Line& line) {
+    return isTotal(line.type) && std::ranges::includes(accounts(line), own);
+  });
 }
 
 }  // namespace

@@ -19,9 +19,10 @@ class TrptGLHistory final : public reports::Report {
     lblSelection = wordOf(open, "selection");
     select("SELECT * FROM GLHist" + whereOf(open) +
            orderOf(open, "GLYear DESC, GLPeriod DESC, TransDate DESC, JVNumber DESC, GLHistID DESC"));
-    b.shown("Period", 550, [this] { return shell::periodText({value("GLYear").asInt(), value("GLPeriod").asInt()}); });
-    b.date("Date", "TransDate", 750);
-    b.whole("JV no.", "JVNumber", 600)
+    b.size = 80;
+    b.shown("Period", 500, [this] { return shell::periodText({value("GLYear").asInt(), value("GLPeriod").asInt()}); });
+    b.date("Date", "TransDate", 650);
+    b.whole("JV no.", "JVNumber", 550)
         .opens(
             [](form::App& app, std::int32_t id) {
               app.open("TfrmJV", {.locate = {{"JVID", store::Value(id)}}});
@@ -30,16 +31,16 @@ class TrptGLHistory final : public reports::Report {
               const store::Value voucher = voucherOf(app(), qryMain());
               return voucher.isNull() ? -1 : voucher.asInt();
             });
-    b.shown("Source", 550, [this] { return sourceText(value("Source"), value("TransType")); });
-    b.text("Description", "TransDescription", 2000);
-    b.shown("Account no.", 850, [this] {
+    b.shown("Source", 500, [this] { return sourceText(value("Source"), value("TransType")); });
+    b.text("Description", "TransDescription", 1850);
+    b.shown("Account no.", 750, [this] {
       return app().lookUp("GLAccnt").lookup("GLAccountID", {value("GLAccountID")}, "GLAccount").asText();
     });
-    b.shown("Name", 1700, [this] {
+    b.shown("Name", 2200, [this] {
       return accountNames(app(), value("GLAccountID"),
                           {value("SubAccount1ID"), value("SubAccount2ID"), value("SubAccount3ID")});
     });
-    b.money("Amount", "Amount", 1050).sum();
+    b.money("Amount", "Amount", 850).sum();
     b.total = "Report Total:";
   }
 };

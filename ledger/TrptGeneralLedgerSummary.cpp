@@ -13,11 +13,11 @@ class TrptGeneralLedgerSummary final : public AccountReport {
  public:
   using AccountReport::AccountReport;
   void tell(reports::Bands& b, const form::Open& open) override {
-    tellAccounts(b, open, "General Ledger Summary", 950, 2250);
+    tellAccounts(b, open, "General Ledger Summary", 850, 2600);
     const auto totals = [year = year()](form::App& some, const AccountKey& ids) { openTotals(some, ids, year); };
     const auto lines = [year = year(), from = firstPeriod(), to = lastPeriod()](
                            form::App& some, const AccountKey& ids) { openLines(some, ids, year, from, to); };
-    figureOpens(b.shownMoney("Opening Balance", 1200, [this] { return Value(account().opening); }).sum(), totals);
+    figureOpens(b.shownMoney("Opening Balance", 1150, [this] { return Value(account().opening); }).sum(), totals);
     figureOpens(b.shownMoney("Debits", 1050, [this] { return Value(debits_); }).sum(), lines);
     figureOpens(b.shownMoney("Credits", 1050, [this] { return Value(credits_); }).sum(), lines);
     figureOpens(b.shownMoney("Balance", 1050, [this] { return Value(account().closing()); }).sum(), totals);

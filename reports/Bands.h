@@ -96,10 +96,11 @@ struct Group {
 // How the row looks that is being printed.
 struct RowLook {
   Face face = Face::regular;
-  int indent = 0;          // of the first column, 1/1000 inch
-  int spaceAbove = 0;      // 1/1000 inch
-  bool ruleAbove = false;  // over the numbers
-  bool ruleBelow = false;  // a double one, below them
+  int indent = 0;                               // of the first column, 1/1000 inch
+  int spaceAbove = 0;                           // 1/1000 inch
+  bool ruleAbove = false;                       // over the numbers
+  bool ruleBelow = false;                       // a double one, below them
+  bool withNext = false, withPrevious = false;  // on the same page, where both fit
 };
 
 // A report as it is told: page, columns, groups and bands, in the order of the report's title, column header, group

@@ -15,6 +15,7 @@ namespace {
 
 using store::Value;
 
+constexpr std::size_t kMostLinked = 200;
 constexpr int kMargin = 500, kFooterRoom = 260;
 
 std::int16_t narrow(int number) { return static_cast<std::int16_t>(number); }
@@ -86,7 +87,7 @@ void ReportRun::placeColumns() {
     }
     const int begin = done * bodyWidth_ / told, end = (done + column.width) * bodyWidth_ / told;
     done += column.width;
-    place.box = {narrow(begin), 0, narrow(end - begin - (done == told ? 0 : kGap)), narrow(lineHeight(bands_.size))};
+    place.box = {narrow(begin), 0, narrow(end - begin - gapAfter(i)), narrow(lineHeight(bands_.size))};
   }
   reportSums_.assign(places_.size(), {});
   groupSums_.assign(bands_.groups.size(), reportSums_);
@@ -100,6 +101,15 @@ std::uint8_t ReportRun::addJump(const PreparedPages::Jump& jump) {
   if (!jump) return 0;
   pages_->jumps.push_back(jump);
   return static_cast<std::uint8_t>(pages_->jumps.size());
+}
+
+// Figures end, and words begin, where the column does: without more room between them they would be read as one.
+int ReportRun::gapAfter(std::size_t i) const {
+  constexpr int kGapBeforeWords = 150;
+  const auto next = std::find_if(bands_.columns.begin() + static_cast<std::ptrdiff_t>(i) + 1, bands_.columns.end(),
+                                 [](const Column& column) { return column.upper == nullptr; });
+  if (next == bands_.columns.end()) return 0;
+  return bands_.columns[i].align == Align::right && next->align == Align::left ? kGapBeforeWords : kGap;
 }
 
 bool ReportRun::step() {
@@ -195,6 +205,7 @@ void ReportRun::finish() {
   }
   flush();
   if (!first_ || bands_.printIfEmpty) endPage();
+  countPages();
   pages_->complete = true;
 }
 
@@ -214,6 +225,7 @@ void ReportRun::spill() {
   spilled_ = true;
   std::size_t end = chain_.size() - 1;
   while (end > 0 && isLinked(chain_[end - 1], chain_[end])) --end;
+  if (end == 0 && chain_.size() < kMostLinked) return;
   std::vector<Strip> rest;
   if (end > 0)
     rest.assign(std::make_move_iterator(chain_.begin() + static_cast<std::ptrdiff_t>(end)),
@@ -234,11 +246,14 @@ void ReportRun::flush() {
     const std::span<Strip> linked = std::span(chain_).subspan(begin, end - begin);
     if (y_ > bodyTop_ && y_ + heightOf(linked) > bottom_) startPage(&linked.front());
     for (std::size_t i = 0; i < linked.size(); ++i) {
+      std::size_t next = i + 1;
+      while (next < linked.size() && linked[next].withPrevious) ++next;
+      const int sums = heightOf(linked.subspan(i + 1, next - i - 1));
       if (linked[i].height > bottom_ - bodyTop_) {
-        appendInParts(std::move(linked[i]), heightOf(linked.subspan(i + 1)));
+        appendInParts(std::move(linked[i]), sums);
         continue;
       }
-      if (y_ + linked[i].height > bottom_ && y_ > bodyTop_) startPage(&linked[i]);
+      if (y_ + linked[i].height + sums > bottom_ && y_ > bodyTop_) startPage(&linked[i]);
       append(std::move(linked[i]));
     }
   }
@@ -255,7 +270,7 @@ void ReportRun::append(Strip strip) {
   y_ += height;
 }
 
-// More than a page holds goes on, line by line, on the next ones; its last line leaves room for what is linked to it.
+// More than a page holds goes on, line by line, on the next ones; its last line leaves room for the sums `below`.
 void ReportRun::appendInParts(Strip strip, int below) {
   while (y_ + strip.height + below > bottom_) {
     append(cutAt(strip, std::max(1, std::min(bottom_ - y_, strip.height - 1))));
@@ -286,10 +301,24 @@ void ReportRun::startPage(const Strip* first) {
 
 void ReportRun::endPage() {
   Strip footer = pageFooter();
+  numbers_.push_back(page_.elements.size() + kNumberInFooter);
   y_ = bottom_;
   append(std::move(footer));
   pages_->pages.push_back(std::move(page_));
   page_ = {};
+}
+
+// "Page 2" becomes "Page 2 of 7".
+void ReportRun::countPages() {
+  const std::string count = " of " + std::to_string(pages_->pageCount());
+  for (std::size_t i = 0; i < numbers_.size(); ++i) {
+    Page& page = pages_->pages[i];
+    Element& number = page.elements[numbers_[i]];
+    const std::string text = std::string(page.textOf(number)) + count;
+    number.text = static_cast<std::uint32_t>(page.texts.size());
+    number.length = static_cast<std::uint32_t>(text.size());
+    page.texts += text;
+  }
 }
 
 }  // namespace quillon::reports

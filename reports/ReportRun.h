@@ -30,7 +30,8 @@ class ReportRun final : public form::PageRun {
   std::shared_ptr<form::PageSource> pages() const override { return pages_; }
 
  private:
-  static constexpr int kGap = 60;  // between columns, 1/1000 inch
+  static constexpr int kGap = 60;                    // between columns, 1/1000 inch
+  static constexpr std::size_t kNumberInFooter = 2;  // behind the line and the words
   struct ColumnPlace {
     int field = -1;  // the position in the rows
     Box box;
@@ -41,6 +42,7 @@ class ReportRun final : public form::PageRun {
 
   void choosePaper();
   void placeColumns();
+  int gapAfter(std::size_t column) const;
   void begin();
   void row();
   void finish();
@@ -53,6 +55,7 @@ class ReportRun final : public form::PageRun {
   void appendInParts(Strip strip, int below);
   void startPage(const Strip* first);
   void endPage();
+  void countPages();
   Strip titleStrip();
   Strip pageFooter() const;
   Strip columnHeader() const;
@@ -91,6 +94,7 @@ class ReportRun final : public form::PageRun {
   bool begun_ = false;
 
   Page page_;
+  std::vector<std::size_t> numbers_;  // of each page: the element that tells its number
   int y_ = 0, bodyTop_ = 0;
   std::vector<Strip> chain_;  // strips that want to stand on one page
   int chainHeight_ = 0;

@@ -16,6 +16,11 @@ constexpr int kLeastLabel = 900;  // a total's words have their own line where t
 
 std::int16_t narrow(int number) { return static_cast<std::int16_t>(number); }
 
+// The words of selections come with blanks before them, to be set one behind the other.
+std::string trimmed(const std::string& words) {
+  return words.substr(std::min(words.find_first_not_of(' '), words.size()));
+}
+
 }  // namespace
 
 Style ReportRun::style(Face face) const { return {.face = face, .size = static_cast<std::uint16_t>(bands_.size)}; }
@@ -41,9 +46,7 @@ Strip ReportRun::titleStrip() {
   put(kCompanyName, Face::regular, company_);
   put(kTitleSize, Face::bold, report_->reportTitle);
   put(bands_.size, Face::regular, report_->lblAsOf);
-  std::string selection = report_->lblSelection;
-  selection.erase(0, std::min(selection.find_first_not_of(' '), selection.size()));
-  put(bands_.size, Face::regular, selection);
+  put(bands_.size, Face::regular, trimmed(report_->lblSelection));
   strip.add(bands_.title, strip.height);
   strip.height += 100;
   return strip;
@@ -95,6 +98,7 @@ Strip ReportRun::detail() {
   strip.height = std::max(strip.height, height);
   strip.add(bands_.detail, strip.height);
   if (look.ruleBelow) strip.height += 2 * kRuleRoom;
+  strip.withNext = look.withNext, strip.withPrevious = look.withPrevious;
   return strip;
 }
 
@@ -158,15 +162,19 @@ Strip ReportRun::sums(Part part, const Band& band, const std::string& words, con
 }
 
 Strip ReportRun::pageFooter() const {
+  constexpr int kNumberWidth = 1400;
   Strip strip{.part = Part::pageFooter, .content = {}};
   Style small = style(), right = style();
   small.size = right.size = kSmall;
   small.quiet = right.quiet = true;
   right.align = Align::right;
   strip.line({0, 60, narrow(bodyWidth_), 0});
-  const std::string name = company_.empty() ? report_->reportTitle : company_ + " · " + report_->reportTitle;
-  strip.text(lineBox(0, 90, bodyWidth_ - 1000, kSmall), small, name);
-  strip.text(lineBox(bodyWidth_ - 1000, 90, 1000, kSmall), right, "Page " + std::to_string(pages_->pageCount() + 1));
+  std::string name;
+  for (const std::string& part : {company_, report_->reportTitle, report_->lblAsOf, trimmed(report_->lblSelection)})
+    if (!part.empty()) name += (name.empty() ? "" : " · ") + part;
+  strip.text(lineBox(0, 90, bodyWidth_ - kNumberWidth, kSmall), small, name);
+  strip.text(lineBox(bodyWidth_ - kNumberWidth, 90, kNumberWidth, kSmall), right,
+             "Page " + std::to_string(pages_->pageCount() + 1));
   strip.add(bands_.pageFooter, 90);
   return strip;
 }

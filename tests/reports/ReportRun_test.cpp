@@ -36,6 +36,7 @@ struct Row {
   std::vector<int> keys;  // of the groups, the outermost first
   std::string words = {};
   Value amount = {}, quantity = {};
+  bool heads = false;  // what follows
 };
 
 struct Shape {
@@ -68,6 +69,7 @@ class RandomReport final : public Report {
     b.quantity("Quantity", "Quantity", 1500).sum();
     b.columns.back().value = [this] { return row().quantity; };
     b.total = "Report Total:";
+    b.look = [this] { return RowLook{.withNext = row().heads}; };
     // Sums of its own, by events of bands that show nothing.
     b.detail.after = [this] { counted_ += 1; };
     b.summary.before = [this] { EXPECT_EQ(counted_, shape_.rows.size()); };
@@ -96,6 +98,7 @@ Shape randomShape(sim::SeededRandom& random) {
     if (random.oneIn(6)) ++keys[1];
     Row row{.number = i, .keys = keys};
     int words = random.oneIn(4) ? below(longest) : below(4);
+    row.heads = words == 0;
     if (random.oneIn(300)) words = static_cast<int>(kTall) / 2 + below(9000);
     for (; words > 0; --words) row.words += (row.words.empty() ? "w" : " w") + std::to_string(below(100'000));
     if (!random.oneIn(5)) row.amount = Money::fromRaw(below(2'000'000'000) - 1'000'000'000);
@@ -127,6 +130,7 @@ class Reading {
       EXPECT_LE(element.box.bottom(), pages_.height - 500) << text;
       EXPECT_LE(element.box.right(), pages_.width - 500) << text;
       if (element.part == Part::columnHeader) captions.insert(text);
+      if (element.part == Part::pageFooter && text.starts_with("Page")) numbers_.push_back(text);
       if (element.part < Part::groupHeader || element.part > Part::summary) continue;
       const bool sum = element.part == Part::groupFooter || element.part == Part::summary;
       if (sum && row_ > 0) {
@@ -146,6 +150,11 @@ class Reading {
     }
     EXPECT_TRUE(captions.contains("Amount")) << "page " << number_;
     EXPECT_NE(last, Part::groupHeader) << "the last on page " << number_;
+    EXPECT_FALSE(last == Part::detail && row_ < shape_.rows.size() && shape_.rows[row_ - 1].heads &&
+                 shape_.rows[row_ - 1].words.empty())
+        << "page " << number_ << " ends with a row that heads others";
+    EXPECT_EQ(numbers_.size(), static_cast<std::size_t>(number_));
+    EXPECT_EQ(numbers_.back(), "Page " + std::to_string(number_) + " of " + std::to_string(pages_.pageCount()));
   }
 
   // On a page that begins in the middle of a row.
@@ -227,7 +236,7 @@ class Reading {
   int number_ = 1;
   std::size_t row_ = 0;
   std::string words_;
-  std::vector<std::string> sums_;
+  std::vector<std::string> sums_, numbers_;
 };
 
 class ReportRuns : public testing::Test {
