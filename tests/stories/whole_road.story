@@ -93,21 +93,21 @@
    "1510 Accumulated Depreciation - Office 1,200.00","2000 Accounts Payable 1,050.00","2100 GST Payable 100.00",
    "2200 Payroll Deductions Payable 300.15","2500 Bank Loan 4,000.00","3000 Owners' Capital 8,000.00",
    "4000 Service Revenue 2,000.00","4200 Sales Discounts 42.00","6000 Wages and Salaries 1,500.55","6100 Rent 900.00",
-   "6750 Interest Expense 20.83","Report Totals: 16,650.15 16,650.15","Cedar Studio · Trial Balance Page 1"]
+   "6750 Interest Expense 20.83","Report Totals: 16,650.15 16,650.15","Cedar Studio · Trial Balance · Period: 03/2026 Page 1 of 1"]
 ? ledger.pdf ["Cedar Studio Mar 31, 2026","General Ledger","...","1010 Chequing Account","Opening Balance 7,350.00",
    "3/26 09 Mar 26 1004 GL JV Elm Clinic paid, less 2% 2,058.00 9,408.00",
    "3/26 31 Mar 26 1005 GL JV Wages of March 1,200.40 8,207.60","3/26 31 Mar 26 1006 GL JV Loan 15.83 8,191.77",
    "3/26 31 Mar 26 1006 GL JV Loan 5.00 8,186.77","Total 1010, Closing Balance 2,058.00 1,221.23 8,186.77","1100 Accounts Receivable","...",
    "4200 Sales Discounts","Opening Balance 0.00","3/26 09 Mar 26 1004 GL JV Elm Clinic paid, less 2% 42.00 42.00",
-   "Total 4200, Closing Balance 42.00 0.00 42.00","...","Report Totals: 3,621.38 3,621.38","Cedar Studio · General Ledger Page 2"]
+   "Total 4200, Closing Balance 42.00 0.00 42.00","...","Report Totals: 3,621.38 3,621.38","Cedar Studio · General Ledger · Period: 03/2026 Page 2 of 2"]
 ? balance.pdf ["Cedar Studio Mar 31, 2026","Balance Sheet","Period: 3/2026","ASSETS","Petty Cash 0.00",
    "Chequing Account 8,186.77","...","Office Furniture and Equipment 6,000.00",
    "Accumulated Depreciation - Office (1,200.00)","...","Total Assets 12,986.77","LIABILITIES & EQUITY","Liabilities",
    "Accounts Payable 1,050.00","...","GST Payable 100.00","Payroll Deductions Payable 300.15","...",
    "Bank Loan 4,000.00","Total Liabilities 5,450.15","Equity","Retained Earnings Current Year (463.38)",
    "Owners' Capital 8,000.00","Owners' Drawings 0.00","Retained Earnings 0.00","Total Equity 7,536.62",
-   "Total Liabilities & Equity 12,986.77","Cedar Studio · Balance Sheet Page 1"]
+   "Total Liabilities & Equity 12,986.77","Cedar Studio · Balance Sheet · Period: 3/2026 Page 1 of 1"]
 ? income.pdf ["Cedar Studio Mar 31, 2026","Income Statement","Period: 3/2026","Period 3 Year to Date","Revenue",
    "Service Revenue 0.00 2,000.00","Sales Discounts (42.00) (42.00)","...","Total Revenue (42.00) 1,958.00","Expenses",
    "...","Wages and Salaries 1,500.55 1,500.55","...","Rent 0.00 900.00","...","Interest Expense 20.83 20.83","...",
-   "Total Expenses 1,521.38 2,421.38","Net Income (1,563.38) (463.38)","Cedar Studio · Income Statement Page 1"]
+   "Total Expenses 1,521.38 2,421.38","Net Income (1,563.38) (463.38)","Cedar Studio · Income Statement · Period: 3/2026 Page 1 of 1"]
