@@ -23,7 +23,7 @@ class TfrmGLAccountsFilter final : public form::FilterScreen {
   }
 
   std::string expression() const override {
-    const std::string type = type_.value.isNull() ? "" : "(AccountType = " + type_.value.toText() + ")";
+    std::string type = type_.value.isNull() ? "" : "(AccountType = " + type_.value.toText() + ")";
     if (suspended_.value.isNull()) return type;
     return form::allOf({type, suspended_.value.asBool() ? "(Suspended = true)" : "(Suspended <> true)"});
   }

@@ -14,8 +14,6 @@
 namespace quillon::ledger {
 namespace {
 
-using store::Value;
-
 using Kind = ImportColumn::Kind;
 
 const std::vector<ImportColumn> kColumns = {{"Account", Kind::text, 10},

@@ -23,7 +23,7 @@ class TfrmJVsFilter final : public form::FilterScreen {
   }
 
   std::string expression() const override {
-    const std::string source = source_.value.asText();
+    std::string source = source_.value.asText();
     if (posted_.value.isNull()) return source;
     return form::allOf({source, posted_.value.asBool() ? "(Posted = true)" : "(Posted = false)"});
   }

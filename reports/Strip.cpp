@@ -1,6 +1,7 @@
 #include "reports/Strip.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -110,7 +111,7 @@ Element& Strip::text(Box box, Style style, std::string_view text, const store::V
 }
 
 void Strip::figure(Box box, Style style, const std::string& shown, const store::Value& value) {
-  const auto hang = static_cast<int>(Font::of(style.face).width(")", style.size) + 0.5);
+  const auto hang = static_cast<int>(std::lround(Font::of(style.face).width(")", style.size)));
   if (!shown.ends_with(')')) box.width = static_cast<std::int16_t>(box.width - hang);
   text(box, style, shown, value);
 }

@@ -27,7 +27,7 @@ bool isWorkbook(std::string_view path) {
 
 std::string cellOf(const Value& value) {
   if (value.isNull()) return {};
-  const std::string text = value.toText();
+  std::string text = value.toText();
   if (text.find_first_of("\t\r\n\"") == std::string::npos) return text;
   std::string quoted = "\"";
   for (const char c : text) quoted += c == '"' ? "\"\"" : std::string(1, c);

@@ -55,9 +55,9 @@ void TfrmDialer::shown(const form::Open& open) {
 std::string TfrmDialer::say(const std::string& command) {
   app().person().hourglass(true);
   port_->write(command + "\r");
-  const std::string first = port_->waitForAnswer(kPatience);
+  std::string first = port_->waitForAnswer(kPatience);
   if (first != command) return first;
-  const std::string second = port_->waitForAnswer(kPatience);
+  std::string second = port_->waitForAnswer(kPatience);
   return second.empty() ? first : second;
 }
 

@@ -70,9 +70,9 @@ class Cursor::Aside {
 class Cursor::Within {
  public:
   Within(Cursor& cursor, const std::string& prefix) : cursor_(cursor), low_(cursor.low_), high_(cursor.high_) {
-    std::string end = KeyCodec::successor(prefix);
+    const std::string end = KeyCodec::successor(prefix);
     cursor.low_ = std::max(low_, prefix);
-    cursor.high_ = high_.empty() ? std::move(end) : end.empty() ? high_ : std::min(high_, end);
+    cursor.high_ = high_.empty() ? end : end.empty() ? high_ : std::min(high_, end);
   }
   ~Within() {
     cursor_.low_ = std::move(low_);

@@ -157,6 +157,7 @@ std::vector<Value> Cursor::lookupAll(std::string_view keyFields, const std::vect
   view_.reset();
   calculated_ = false;
   std::vector<Value> result;
+  result.reserve(given.size());
   for (const int position : given) result.push_back(fieldValue(position));
   return result;
 }

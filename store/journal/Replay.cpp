@@ -144,11 +144,10 @@ void Replay::writePage(Target& target, const JournalPage& page, std::uint64_t co
   };
   std::array<std::byte, kPageSize> current;
   const bool there = file.read(place, current.data(), kPageSize) == kPageSize;
-  if (there && isSound(current.data()) && pageStamp(current.data()) >= commit)
-    file.write(place, current);
-  else if (page.whole)
+  const bool done = there && isSound(current.data()) && pageStamp(current.data()) >= commit;
+  if (page.whole && !done)
     file.write(place, Bytes(data, kPageSize));
-  else if (there && Journal::applyRuns(current.data(), data, page.bytes) && isSound(current.data()))
+  else if (done || (there && Journal::applyRuns(current.data(), data, page.bytes) && isSound(current.data())))
     file.write(place, current);
   else {
     if (there && file.read(place, current.data(), kPageSize) == kPageSize && isSound(current.data())) {

@@ -267,7 +267,7 @@ class Update final : public ChangePlan {
   }
   void explain(std::vector<std::string>& lines) override {
     target_.explain(lines);
-    lines.push_back("update");
+    lines.emplace_back("update");
   }
 
  private:
@@ -293,7 +293,7 @@ class Remove final : public ChangePlan {
   }
   void explain(std::vector<std::string>& lines) override {
     target_.explain(lines);
-    lines.push_back("delete");
+    lines.emplace_back("delete");
   }
 
  private:

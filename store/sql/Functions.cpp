@@ -277,6 +277,7 @@ ExpressionPtr makeCall(const std::string& function, std::vector<ExpressionPtr> o
   if (function == "COALESCE") {
     if (operands.empty()) refuse(source.place, Code::badStatement, "COALESCE needs values.");
     std::vector<ExpressionPtr*> values;
+    values.reserve(operands.size());
     for (ExpressionPtr& operand : operands) values.push_back(&operand);
     const int size = widest(values);
     const Type type = unifyBranches(values, source.place);

@@ -25,7 +25,7 @@ void tell(std::vector<std::string>& list, const std::string& what) {
   if (list.size() < kMostTold)
     list.push_back(what);
   else if (list.size() == kMostTold)
-    list.push_back("more of these are not listed");
+    list.emplace_back("more of these are not listed");
 }
 
 // Fills the new files of one table from the old ones.
