@@ -36,9 +36,11 @@ void AccountReport::figureOpens(reports::Column& column, Breakdown breakdown) co
 }
 
 bool AccountReport::first() {
-  *accounts_ = ledgerAccounts(database(), year_, period_, lines());
+  read();
   return goOn(0);
 }
+
+void AccountReport::read() { *accounts_ = ledgerAccounts(database(), year_, period_, lines()); }
 
 bool AccountReport::goOn(std::size_t place) {
   for (place_ = place; place_ < accounts_->size(); ++place_)

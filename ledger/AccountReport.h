@@ -32,6 +32,8 @@ class AccountReport : public reports::Report {
   std::int32_t place() const { return static_cast<std::int32_t>(place_); }
   void figureOpens(reports::Column& column, Breakdown breakdown) const;
 
+  // What the report has of the accounts, as of one moment.
+  virtual void read();
   // Called for each account when it is come to.
   virtual bool isLeftOut() = 0;
   // Lines whose moment is that of the accounts.

@@ -1,8 +1,9 @@
 // The general ledger in short: of each account what it had before, what was debited and credited, and what it has.
-#include <optional>
+#include <vector>
 
 #include "ledger/AccountReport.h"
 #include "ledger/MakeReports.h"
+#include "store/OneMoment.h"
 
 namespace quillon::ledger {
 namespace {
@@ -18,27 +19,36 @@ class TrptGeneralLedgerSummary final : public AccountReport {
     const auto lines = [year = year(), from = firstPeriod(), to = lastPeriod()](
                            form::App& some, const AccountKey& ids) { openLines(some, ids, year, from, to); };
     figureOpens(b.shownMoney("Opening Balance", 1150, [this] { return Value(account().opening); }).sum(), totals);
-    figureOpens(b.shownMoney("Debits", 1050, [this] { return Value(debits_); }).sum(), lines);
-    figureOpens(b.shownMoney("Credits", 1050, [this] { return Value(credits_); }).sum(), lines);
+    figureOpens(b.shownMoney("Debits", 1050, [this] { return Value(sides().debits); }).sum(), lines);
+    figureOpens(b.shownMoney("Credits", 1050, [this] { return Value(sides().credits); }).sum(), lines);
     figureOpens(b.shownMoney("Balance", 1050, [this] { return Value(account().closing()); }).sum(), totals);
   }
 
  private:
-  LedgerLines* lines() override { return &lines_.emplace(database(), year(), period()); }
-  bool isLeftOut() override {
-    debits_ = credits_ = {};
-    const bool any = lines_->enter(account().ids);
-    for (bool more = any; more; more = lines_->next())
-      if (const Money amount = lines_->amount(); amount >= Money{})
-        debits_ += amount;
-      else
-        credits_ -= amount;
-    lines_->requireAll(debits_ - credits_, account().change);
-    return !any && account().opening == Money{} && account().change == Money{};
-  }
+  struct Sides {
+    Money debits, credits;
+    bool any = false;
+  };
 
-  std::optional<LedgerLines> lines_;
-  Money debits_, credits_;
+  void read() override {
+    store::atOneMoment(database(), {"GLActual", "GLBudget", "GLHist"}, [this] {
+      AccountReport::read();
+      LedgerLines lines(database(), year(), period());
+      sides_.clear();
+      for (const LedgerAccount& account : *accounts()) {
+        Sides& sides = sides_.emplace_back();
+        sides.any = lines.enter(account.ids);
+        for (bool more = sides.any; more; more = lines.next()) {
+          const Money amount = lines.amount();
+          (amount >= Money{} ? sides.debits : sides.credits) += amount >= Money{} ? amount : -amount;
+        }
+      }
+    });
+  }
+  const Sides& sides() const { return sides_[static_cast<std::size_t>(place())]; }
+  bool isLeftOut() override { return !sides().any && account().opening == Money{} && account().change == Money{}; }
+
+  std::vector<Sides> sides_;  // of each account
 };
 
 }  // namespace
