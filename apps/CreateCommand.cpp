@@ -8,6 +8,7 @@
 #include <string>
 
 #include "apps/LocalEnvironment.h"
+#include "apps/Program.h"
 #include "base/Errors.h"
 #include "platform/LinuxDesktop.h"
 #include "shell/CountryDefaults.h"
@@ -74,10 +75,7 @@ void checkOptions(const Asked& asked) {
 }
 
 Date todayOf(const Asked& asked, platform::Desktop& desktop) {
-  if (!asked.has("--today")) return desktop.today();
-  const auto today = Date::parseIso(asked.value("--today"));
-  if (!today) throw UsageError("--today takes a day as YYYY-MM-DD, not " + asked.value("--today"));
-  return *today;
+  return asked.has("--today") ? dayOf(asked.value("--today")) : desktop.today();
 }
 
 int yearOf(const Asked& asked, Date today) {

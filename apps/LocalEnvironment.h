@@ -1,5 +1,9 @@
 #pragma once
 
+#include <memory>
+#include <optional>
+
+#include "base/Date.h"
 #include "store/Environment.h"
 #include "store/vfs/DiskFileSystem.h"
 
@@ -8,7 +12,8 @@ namespace quillon::apps {
 // The store's environment on this machine: its disk and clock, and this process's user and machine name.
 class LocalEnvironment {
  public:
-  LocalEnvironment();
+  // `today`: the day that its calendar shows, always; otherwise that of the machine.
+  explicit LocalEnvironment(std::optional<Date> today = {});
   LocalEnvironment(const LocalEnvironment&) = delete;
   LocalEnvironment& operator=(const LocalEnvironment&) = delete;
 
@@ -17,6 +22,7 @@ class LocalEnvironment {
 
  private:
   store::DiskFileSystem files_;
+  std::unique_ptr<store::Clock> givenDay_;
   store::Environment environment_;
 };
 

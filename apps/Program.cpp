@@ -46,8 +46,7 @@ void take(ProgramOptions& options, std::string_view option, const std::string& v
   } else if (option == "--paper") {
     options.given.paper = paperOf(option, value);
   } else {
-    options.given.today = Date::parseIso(value);
-    if (!options.given.today) throw UsageError("--today takes a day as YYYY-MM-DD, not " + value);
+    options.given.today = dayOf(value);
   }
 }
 
@@ -62,6 +61,12 @@ std::string takeValue(Arguments arguments, std::size_t& at) {
 }
 
 }  // namespace
+
+Date dayOf(const std::string& value) {
+  const auto day = Date::parseIso(value);
+  if (!day) throw UsageError("--today takes a day as YYYY-MM-DD, not " + value);
+  return *day;
+}
 
 ProgramOptions readProgramOptions(Arguments arguments) {
   ProgramOptions options;
@@ -91,7 +96,10 @@ std::vector<std::string_view> withoutIdleOptions(Arguments arguments, Arguments 
 }
 
 Program::Program(const ProgramOptions& options, form::Person& person)
-    : desktop_(machine_, options.given), session_(environment_.get(), person, desktop_), input_(session_.app()) {
+    : desktop_(machine_, options.given),
+      environment_(options.given.today),
+      session_(environment_.get(), person, desktop_),
+      input_(session_.app()) {
   session_.credentials = options.credentials;
   shell::registerScreens(session_);
   reports::registerScreens(session_);

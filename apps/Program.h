@@ -25,6 +25,8 @@ inline constexpr std::string_view kProgramOptions[] = {"--settings", "--user",  
                                                        "--today",    "--country",  "--date-format",
                                                        "--printer",  "--print-to", "--paper"};
 
+// The value of --today. UsageError.
+Date dayOf(const std::string& value);
 // UsageError, and Error for a password file that cannot be read.
 ProgramOptions readProgramOptions(Arguments arguments);
 // The words without those of the options that are not `read`, so that a script may give the same ones to every command.

@@ -10,6 +10,7 @@
 
 #include "apps/GivenLogin.h"
 #include "apps/LocalEnvironment.h"
+#include "apps/Program.h"
 #include "apps/ValueText.h"
 #include "base/Errors.h"
 #include "base/Text.h"
@@ -28,13 +29,20 @@ struct Options {
   std::optional<std::string> script;
   bool json = false;
   bool keepGoing = false;
+  std::optional<Date> today;
 };
 
 Options read(Arguments arguments) {
   Options options;
   int words = 0;
-  for (const std::string_view word : arguments) {
-    if (word == "--json")
+  constexpr std::string_view kToday = "--today";
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string_view word = arguments[i];
+    if (word == kToday)
+      options.today = dayOf(++i < arguments.size() ? std::string(arguments[i]) : "nothing");
+    else if (word.starts_with("--today="))
+      options.today = dayOf(std::string(word.substr(kToday.size() + 1)));
+    else if (word == "--json")
       options.json = true;
     else if (word == "--keep-going")
       options.keepGoing = true;
@@ -166,7 +174,7 @@ ExitStatus sqlCommand(Arguments arguments) {
   Options options = read(login.words());
   if (!options.script)
     options.script.emplace(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
-  const LocalEnvironment environment;
+  const LocalEnvironment environment(options.today);
   environment.get().files.makeFolder(options.folder);
   store::Session session(environment.get());
   store::Database database(session, options.folder);

@@ -26,6 +26,7 @@ namespace quillon::apps {
 namespace {
 
 constexpr std::string_view kLogin[] = {"--user", "--password-file"};
+constexpr std::string_view kLoginAndDay[] = {"--user", "--password-file", "--today"};
 constexpr std::string_view kPlaceAndDay[] = {"--country", "--today"};
 
 constexpr Command kCommands[] = {
@@ -40,12 +41,12 @@ constexpr Command kCommands[] = {
      "[--country NAME] [--today YYYY-MM-DD]",
      "make a new company: its tables without data, or set up for work, or the sample company", createCommand,
      "Makes the folder where it is not there. A folder that is a company already is refused.", kPlaceAndDay, true},
-    {"sql", "FOLDER [STATEMENT] [--json] [--keep-going] [LOGIN]",
+    {"sql", "FOLDER [STATEMENT] [--json] [--keep-going] [--today YYYY-MM-DD] [LOGIN]",
      "run statements, from standard input without STATEMENT", sqlCommand,
      "Statements are ended by semicolons. Rows come as TSV under a line of names, with --json as JSON lines. The "
      "first\n"
-     "statement that fails ends the run, with --keep-going none does.",
-     kLogin, true},
+     "statement that fails ends the run, with --keep-going none does. CURRENT_DATE is the day that --today gives.",
+     kLoginAndDay, true},
     {"import", "FOLDER TABLE FILE [LOGIN]",
      "add the rows of a file with tabs between its cells to a table; all or none", importCommand,
      "The first line names the fields. \\N is null; \\t, \\n, \\r and \\\\ stand for what they say.", kLogin},
