@@ -16,6 +16,7 @@
 #include "shell/Periods.h"
 #include "shell/Session.h"
 #include "store/Errors.h"
+#include "store/OneMoment.h"
 #include "store/table/Table.h"
 
 namespace quillon::ledger {
@@ -113,8 +114,10 @@ std::string TfrmBankRec::clause(const char* condition) const {
 // Figures.
 
 void TfrmBankRec::readFigures() {
-  balance_ = ledgerBalance(database(), account_);
-  outstanding_ = outstandingAmount(database(), account_);
+  store::atOneMoment(database(), {"GLActual", "GLHist"}, [this] {
+    balance_ = ledgerBalance(database(), account_);
+    outstanding_ = outstandingAmount(database(), account_);
+  });
   version_ = tblGLHist.table().version();
 }
 
