@@ -19,6 +19,7 @@ class TrptGLHistory final : public reports::Report {
     lblSelection = wordOf(open, "selection");
     select("SELECT * FROM GLHist" + whereOf(open) +
            orderOf(open, "GLYear DESC, GLPeriod DESC, TransDate DESC, JVNumber DESC, GLHistID DESC"));
+    qryMain().setLive(true);  // each line is read when it is laid out, so that a long history begins soon
     b.size = 80;
     b.shown("Period", 500, [this] { return shell::periodText({value("GLYear").asInt(), value("GLPeriod").asInt()}); });
     b.date("Date", "TransDate", 650);

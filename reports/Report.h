@@ -21,7 +21,8 @@ namespace quillon::reports {
 // What is printed and from where: a title, a query, and bands told as data, with what little has to be worked out for a
 // row. One class of each, in a file of its own; made for one run and freed after it.
 //
-// The rows are those of the query at the moment of the run. Sums are exact, in ten-thousandths.
+// The rows are those that the query finds when the run begins, as they are then or, where it is live, as they are when
+// they are laid out; of those that are gone by then nothing prints. Sums are exact, in ten-thousandths.
 class Report {
  public:
   explicit Report(shell::Session& session);

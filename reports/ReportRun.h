@@ -19,7 +19,7 @@ namespace quillon::reports {
 //
 // Keeps: a row is never split, but for one that is more than a page holds; a heading stands with the first row below
 // it, and a sum with the last one above it; the column header stands on every page, and the headings of the groups that
-// go on there. Rows are read as they are laid out, from the query's result, which does not change any more.
+// go on there. Rows are read as they are laid out; no row is added any more.
 class ReportRun final : public form::PageRun {
  public:
   // Tells the report and runs its query. Errors of the statement.

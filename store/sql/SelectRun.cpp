@@ -61,6 +61,10 @@ void SelectPlan::run(Frame* outer, const RowSink& sink) {
     for (std::size_t s = 0; s < core.levels.size(); ++s) frame.rows[s].table = core.levels[s].table;
     runCore(core, frame, most, [&](Frame& at) {
       row.clear();
+      if (liveRows_ && !sorts()) {
+        liveRows_->push_back(at.rows[0].row);
+        return ++given < most;
+      }
       for (const ExpressionPtr& item : core.items) row.push_back(item->eval(at));
       if (once) {
         bytes.clear();
@@ -75,7 +79,6 @@ void SelectPlan::run(Frame* outer, const RowSink& sink) {
         sorter.add(key, bytes);
         return true;
       }
-      if (liveRows_) liveRows_->push_back(at.rows[0].row);
       more = sink(row) && ++given < most;
       return more;
     });
