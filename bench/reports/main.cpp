@@ -1,5 +1,6 @@
 // A general ledger's history, from its table to pages, and these to a PDF, beside libharu, and to a spreadsheet: the
-// time, the memory beside what was there before, the files' sizes, and how they grow when the lines double.
+// time, the memory beside what was there before, the files' sizes, and how they grow when the lines double. Then the
+// ledger's standing reports over the books of years.
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -11,6 +12,7 @@
 #include "bench/Scratch.h"
 #include "bench/Timing.h"
 #include "bench/forms/Office.h"
+#include "bench/reports/Books.h"
 #include "bench/reports/History.h"
 #include "bench/reports/Theirs.h"
 #include "reports/Pages.h"
@@ -90,18 +92,15 @@ void write(const reports::PreparedPages& pages, const std::string& folder, Costs
   costs.ours.size = megabytes(ourPath), costs.theirs.size = megabytes(theirPath);
 }
 
-void run(int count, char** words) {
-  const Options options = readOptions(count, words, "bench_reports", {}, 100'000);
-  const Scratch scratch;
-  Report report(options.tabs);
+void history(const std::string& scratch, std::int64_t rows, Report& report) {
   Costs before;
-  for (const std::int64_t lines : {options.rows, 2 * options.rows}) {
-    const std::string company = emptyFolder(scratch.path() + "/company");
+  for (const std::int64_t lines : {rows, 2 * rows}) {
+    const std::string company = emptyFolder(scratch + "/company");
     makeHistory(company, lines);
     Office office(company, report);
     Costs costs;
     const auto pages = layOut(office.session, costs);
-    write(*pages, scratch.path(), costs);
+    write(*pages, scratch, costs);
     report.heading(std::to_string(lines) + " lines on " + std::to_string(pages->pageCount()) + " pages");
     const std::string of = "." + std::to_string(lines);
     report.add({"first page" + of, costs.firstPage, {}, "ms"});
@@ -113,13 +112,29 @@ void run(int count, char** words) {
     report.add({"xlsx" + of, costs.sheet.seconds, {}, "s"});
     report.add({"xlsx memory" + of, costs.sheet.memory, {}, "MiB"});
     report.add({"xlsx size" + of, costs.sheet.size, {}, "MB"});
-    if (lines > options.rows) {
+    if (lines > rows) {
       report.add({"pages growth", costs.layout.seconds / before.layout.seconds, {}, "times for twice the lines"});
       report.add({"pdf growth", costs.ours.seconds / before.ours.seconds, {}, "likewise"});
       report.add({"xlsx growth", costs.sheet.seconds / before.sheet.seconds, {}, "likewise"});
     }
     before = costs;
   }
+}
+
+void books(const std::string& scratch, std::int64_t rows, Report& report) {
+  report.heading("statement, trial balance and general ledger");
+  const BooksCosts one = measureBooks(scratch, rows, report), two = measureBooks(scratch, 2 * rows, report);
+  report.add({"statement growth", two.statement / one.statement, {}, "times for twice the accounts"});
+  report.add({"trial balance growth", two.trialBalance / one.trialBalance, {}, "likewise"});
+  report.add({"general ledger growth", two.ledger / one.ledger, {}, "times for twice the lines and accounts"});
+}
+
+void run(int count, char** words) {
+  const Options options = readOptions(count, words, "bench_reports", {"history", "books"}, 100'000);
+  const Scratch scratch;
+  Report report(options.tabs);
+  if (options.only != "books") history(scratch.path(), options.rows, report);
+  if (options.only != "history") books(scratch.path(), options.rows, report);
 }
 
 }  // namespace
