@@ -25,10 +25,10 @@ class TrptCurrencies final : public reports::Report {
   void tell(reports::Bands& b, const form::Open& open) override {
     reportTitle = "Currencies";
     select("SELECT * FROM Currency" + whereOf(open) + " ORDER BY CurrencyName NOCASE");
-    b.text("Currency Name", "CurrencyName", 1700);
-    b.quantity("Exchange Rate", "ExchangeRate", 1000);
+    b.text("Currency Name", "CurrencyName", 1600);
+    b.quantity("Exchange Rate", "ExchangeRate", 1200);
     for (const ControlAccount& account : kAccounts)
-      b.shown(account.caption, 950, [this, field = account.field] {
+      b.shown(account.caption, 900, [this, field = account.field] {
         return app().lookUp("GLAccnt").lookup("GLAccountID", {value(field)}, "GLAccount").asText();
       });
   }

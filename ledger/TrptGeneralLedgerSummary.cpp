@@ -14,14 +14,14 @@ class TrptGeneralLedgerSummary final : public AccountReport {
  public:
   using AccountReport::AccountReport;
   void tell(reports::Bands& b, const form::Open& open) override {
-    tellAccounts(b, open, "General Ledger Summary", 850, 2600);
+    tellAccounts(b, open, "General Ledger Summary", 850, 2850);
     const auto totals = [year = year()](form::App& some, const AccountKey& ids) { openTotals(some, ids, year); };
     const auto lines = [year = year(), from = firstPeriod(), to = lastPeriod()](
                            form::App& some, const AccountKey& ids) { openLines(some, ids, year, from, to); };
     figureOpens(b.shownMoney("Opening Balance", 1150, [this] { return Value(account().opening); }).sum(), totals);
-    figureOpens(b.shownMoney("Debits", 1050, [this] { return Value(sides().debits); }).sum(), lines);
-    figureOpens(b.shownMoney("Credits", 1050, [this] { return Value(sides().credits); }).sum(), lines);
-    figureOpens(b.shownMoney("Balance", 1050, [this] { return Value(account().closing()); }).sum(), totals);
+    figureOpens(b.shownMoney("Debits", 1000, [this] { return Value(sides().debits); }).sum(), lines);
+    figureOpens(b.shownMoney("Credits", 1000, [this] { return Value(sides().credits); }).sum(), lines);
+    figureOpens(b.shownMoney("Balance", 1000, [this] { return Value(account().closing()); }).sum(), totals);
   }
 
  private:
