@@ -27,7 +27,6 @@ constexpr const char* kName = "Sample Data Ridgeway Furniture";
 constexpr int kForeignCurrency = 2, kForeignBankId = 2;
 constexpr int kPostedMonths = 11;
 constexpr int kNeverBackUp = 2;
-constexpr double kLastYear = 0.985;  // of this year's rates
 
 struct Row {
   const char* code;
@@ -66,8 +65,8 @@ void Sample::write(Date today) {
   NewCompany company = suggestedCompany(country_.name, {year_, 1, year_}, today);
   company.name = kName;
   company.chart = Chart::manufacturing;
-  // Work goes on in the year that follows, by the calendar, while this one is still to be closed.
-  company.defaultPeriod.reset();
+  // The last that is posted, so that reports show something at once.
+  company.defaultPeriod = Period{year_, kPostedMonths};
   company.warn.to = Period{year_ + 1, Period::kCount};
   if (company.currency.empty()) company.currency = "Home Currency";
   writeNewCompany(database_, company);
@@ -155,7 +154,7 @@ void Sample::writeForeignCurrency() {
     currency["ARGLAccountID"] = idOf(kForeignReceivable);
     for (int month = 1; month <= 12; ++month) {
       currency["ExchangeRateTY" + std::to_string(month)] = sampleRate(foreignRate(), month);
-      currency["ExchangeRateLY" + std::to_string(month)] = sampleRate(foreignRate() * kLastYear, month);
+      currency["ExchangeRateLY" + std::to_string(month)] = sampleRate(foreignRate(), month, true);
     }
   });
 }

@@ -4,6 +4,10 @@
 #include <array>
 #include <optional>
 #include <tuple>
+#include <utility>
+#include <vector>
+
+#include "shell/AccountType.h"
 
 namespace quillon::shell {
 namespace {
@@ -25,22 +29,31 @@ class Ledger {
   void write(std::span<const SampleVoucher> vouchers);
 
  private:
-  // Account, subaccounts and year; and the twelve months, each null until something is added to it.
+  // Year, account and subaccounts; the balance at its start, and the months, each null until something is added to it.
   using TotalKey = std::tuple<int, int, int, int>;
-  using Months = std::array<std::optional<Money>, 12>;
+  struct Total {
+    std::optional<Money> opening;
+    std::array<std::optional<Money>, 12> months = {};
+    Money closing() const {
+      Money sum = opening.value_or(Money());
+      for (const auto& month : months) sum += month.value_or(Money());
+      return sum;
+    }
+  };
 
   void writeVoucher(const SampleVoucher& voucher, int id, bool posted);
   void post(const SampleVoucher& voucher, int id);
   void addHistory(const SampleVoucher& voucher, const SampleLine& line, int id, Period period, const char* transType,
                   Money amount);
   void addTotal(const SampleLine& line, Period period, Money amount);
+  void carryForward(int year);
   void writeTotals();
   int idOf(const std::string& account) const { return accounts_.at(account); }
 
   store::Database& database_;
   const std::map<std::string, int>& accounts_;
   Period lastPosted_;
-  std::map<TotalKey, Months> totals_;
+  std::map<TotalKey, Total> totals_;
   Cursor jv_{database_, "JV"}, lines_{database_, "JVDet"}, history_{database_, "GLHist"};
 };
 
@@ -52,6 +65,7 @@ void Ledger::write(std::span<const SampleVoucher> vouchers) {
     writeVoucher(voucher, ++count, posted);
     if (posted) post(voucher, count);
   }
+  for (int year = vouchers.front().date.year(); year < lastPosted_.year; ++year) carryForward(year);
   writeTotals();
   Cursor control(database_, "JVCtl");
   control.open();
@@ -130,24 +144,50 @@ void Ledger::addHistory(const SampleVoucher& voucher, const SampleLine& line, in
 }
 
 void Ledger::addTotal(const SampleLine& line, Period period, Money amount) {
-  std::optional<Money>& month = totals_[{idOf(line.account), line.department, line.product, period.year}].at(
+  std::optional<Money>& month = totals_[{period.year, idOf(line.account), line.department, line.product}].months.at(
       static_cast<std::size_t>(period.number - 1));
   month = month.value_or(Money()) + amount;
+}
+
+// As the end of a year does it.
+void Ledger::carryForward(int year) {
+  Cursor accounts(database_, "GLAccnt");
+  accounts.open();
+  Money result;
+  int retained = 0;
+  const auto closed = std::pair(totals_.lower_bound({year, 0, 0, 0}), totals_.lower_bound({year + 1, 0, 0, 0}));
+  const std::vector<std::pair<TotalKey, Total>> all(closed.first, closed.second);
+  for (accounts.first(); !accounts.eof(); accounts.next()) {
+    const int id = accounts["GLAccountID"].asInt();
+    const auto type = static_cast<AccountType>(accounts["AccountType"].asInt());
+    if (accounts["RetainedEarnings"].asBool()) retained = id;
+    const bool ends = type == AccountType::revenue || type == AccountType::expense || retained == id;
+    for (const auto& [key, total] : all) {
+      const auto& [_, account, department, product] = key;
+      if (account != id) continue;
+      if (ends)
+        result += total.closing();
+      else if (total.closing() != Money())
+        totals_[{year + 1, account, department, product}].opening = total.closing();
+    }
+  }
+  totals_[{year + 1, retained, 0, 0}].opening = result;
 }
 
 void Ledger::writeTotals() {
   Cursor totals(database_, "GLActual");
   totals.open();
-  for (const auto& [key, months] : totals_) {
+  for (const auto& [key, total] : totals_) {
     totals.append();
-    const auto& [account, department, product, year] = key;
+    const auto& [year, account, department, product] = key;
     totals["GLAccountID"] = account;
     totals["SubAccount1ID"] = idOrNull(department);
     totals["SubAccount2ID"] = idOrNull(product);
     totals["GLYear"] = year;
     totals["ActualBudget"] = "A";
-    for (std::size_t month = 0; month < months.size(); ++month)
-      if (months[month]) totals["Amount" + std::to_string(month + 1)] = *months[month];
+    if (total.opening) totals["OpeningBal"] = *total.opening;
+    for (std::size_t month = 0; month < total.months.size(); ++month)
+      if (total.months[month]) totals["Amount" + std::to_string(month + 1)] = *total.months[month];
     totals.post();
   }
 }

@@ -12,8 +12,9 @@ namespace quillon::shell {
 
 // Writes vouchers into a company that has none; `accounts` has the ids by numbers. Those of periods up to `lastPosted`
 // are posted: they stand in the ledger's history and totals as the posting of vouchers leaves them there, a reversed
-// one in the next period, too. The banks are reconciled up to the month before the last one, which is in work. In a
-// transaction of the caller over the tables named.
+// one in the next period, too. Years before that of `lastPosted` are carried forward to the next. The banks are
+// reconciled up to the month before the last one, which is in work. In a transaction of the caller over the tables
+// named.
 inline constexpr const char* kSampleLedgerTables[] = {"JV", "JVDet", "JVCtl", "GLHist", "GLActual"};
 void writeSampleLedger(store::Database& database, const std::map<std::string, int>& accounts,
                        std::span<const SampleVoucher> vouchers, Period lastPosted);

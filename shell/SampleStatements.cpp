@@ -3,7 +3,9 @@
 #include <span>
 #include <string_view>
 
+#include "shell/SampleBudget.h"
 #include "shell/SampleLedger.h"
+#include "shell/SampleVouchers.h"
 
 namespace quillon::shell {
 namespace {
@@ -19,6 +21,7 @@ struct Line {
   const char* type;
   const char *from = "", *to = "";  // accounts of a detail
   std::string_view totals = {};     // the letters of the totals that it goes into; of a total its own
+  SampleProduct product = noProduct;
 };
 
 constexpr Line kIncomeStatement[] = {
@@ -73,17 +76,16 @@ constexpr Line kBalanceSheet[] = {
     {.heading = "Total Liabilities & Equity", .type = kTotalLiEq, .totals = "B"},
 };
 
-struct Budget {
-  const char* account;
-  int month, more;  // of the first month, and of each further one; debit positive
+constexpr Line kSalesByProduct[] = {
+    {"Sales", kHeading},
+    {"Tables", kRevenue, "4000", "4099", "S", tables},
+    {"Chairs", kRevenue, "4000", "4099", "S", chairs},
+    {.heading = "Total Sales", .type = kTotalRevenue, .totals = "S"},
+    {"Returns", kHeading},
+    {"Tables", kDetail, "4100", "4199", "R", tables},
+    {"Chairs", kDetail, "4100", "4199", "R", chairs},
+    {.heading = "Total Returns", .type = kTotal, .totals = "R"},
 };
-constexpr Budget kBudgets[] = {
-    {"4000", -53000, -2200}, {"4200", 300, 12},  {"5000", 32800, 1360},  {"5100", -220, -5}, {"5300", 10200, 430},
-    {"5410", 2600, 0},       {"5430", 950, 0},   {"5500", -12400, -520}, {"6000", 11000, 0}, {"6050", 1500, 25},
-    {"6100", 1400, 0},       {"6150", 650, 0},   {"6200", 250, 0},       {"6300", 600, 0},   {"6450", 100, 0},
-    {"6700", 40, 0},         {"6750", 200, -10}, {"6850", 600, 0},
-};
-constexpr int kRise = 4;  // of the next year's budget, in hundredths
 
 class Writer {
  public:
@@ -128,6 +130,7 @@ class Writer {
       ranges_["Seq"] = seqOf(place);
       ranges_["AccountFrom"] = line.from;
       ranges_["AccountTo"] = line.to;
+      if (line.product != noProduct) ranges_["SubAccount2ID"] = static_cast<int>(line.product);
     });
     for (const char letter : line.totals)
       for (std::size_t total = 0; total < lines.size(); ++total)
@@ -148,20 +151,6 @@ class Writer {
       members_{database_, "FStmtLTo"};
 };
 
-void writeBudget(store::Database& database, const std::map<std::string, int>& accounts, int year, int percent) {
-  Cursor budget(database, "GLBudget");
-  budget.open();
-  for (const Budget& row : kBudgets)
-    addRow(budget, [&] {
-      budget["GLAccountID"] = accounts.at(row.account);
-      budget["GLYear"] = year;
-      budget["ActualBudget"] = "B";
-      for (int month = 0; month < 12; ++month)
-        budget["Amount" + std::to_string(month + 1)] =
-            Money::fromRaw((row.month + month * row.more) * percent / 100 * Money::kScale);
-    });
-}
-
 }  // namespace
 
 void writeSampleStatements(store::Database& database, const std::map<std::string, int>& accounts, int year) {
@@ -169,9 +158,14 @@ void writeSampleStatements(store::Database& database, const std::map<std::string
   writer.write(1, "Balance Sheet", "Balance: Simple", "By groups of accounts.", kBalanceSheet);
   writer.write(2, "Income Statement", "Net Change: Compare budget", "By groups of accounts, with the budget.",
                kIncomeStatement);
-  writer.writeControl(3);
-  writeBudget(database, accounts, year, 100);
-  writeBudget(database, accounts, year + 1, 100 + kRise);
+  writer.write(3, "Balance Sheet, two years", "Balance: Compare year", "By groups of accounts, with the year before.",
+               kBalanceSheet);
+  writer.write(4, "Income Statement, two years", "Net Change: Compare year",
+               "By groups of accounts, with the year before.", kIncomeStatement);
+  writer.write(5, "Sales by Product", "Net Change: Compare year", "Accounts narrowed by a subaccount.",
+               kSalesByProduct);
+  writer.writeControl(6);
+  writeSampleBudget(database, accounts, year);
 }
 
 }  // namespace quillon::shell

@@ -33,13 +33,15 @@ struct SampleVoucher {
   std::vector<SampleLine> lines;
 };
 
-// What the foreign currency is worth in the home currency at the end of a month, as rates move over a year.
-double sampleRate(double usual, int month);
+// What the foreign currency is worth in the home currency at the end of a month, as rates move over a year, in the last
+// of the sample company's years or the one before it.
+double sampleRate(double usual, int month, bool yearBefore = false);
 
-// A calendar year in the life of a small maker of furniture, as its bookkeeper would enter it, in the order of days:
-// opening balances, sales and what they cost, materials, production, payroll, rent, tax, depreciation, accruals that
-// are reversed in the next month, purchases in foreign currency and their revaluation. The same figures each time;
-// every voucher balances. `taxRate` in whole per cent; 0: no tax. `usualRate`: home units for one foreign unit.
+// Two calendar years, `year` and the one before it, in the life of a small maker of furniture, as its bookkeeper would
+// enter them, in the order of days: opening balances, sales and what they cost, materials, production, payroll, rent,
+// taxes, depreciation, accruals that are reversed in the next month, sales and purchases in foreign currency and their
+// revaluation. The same figures each time; every voucher balances. `taxRate` in whole per cent; 0: no tax on sales.
+// `usualRate`: home units for one foreign unit.
 std::vector<SampleVoucher> sampleVouchers(int year, int taxRate, double usualRate);
 
 }  // namespace quillon::shell

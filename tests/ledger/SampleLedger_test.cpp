@@ -6,6 +6,7 @@
 
 #include "form/Transaction.h"
 #include "ledger/PostVouchers.h"
+#include "ledger/Statements.h"
 #include "shell/CountryDefaults.h"
 #include "shell/SampleCompany.h"
 #include "store/schema/CreateCompany.h"
@@ -123,6 +124,29 @@ TEST_F(SampleLedger, EveryPlantedErrorIsFound) {
                                                                             << auditText(database);
     store::Query(database, planted.undo).execute();
     EXPECT_EQ(auditText(database), "") << planted.undo;
+  }
+}
+
+// Whatever is asked of them: last year, the budget and the year to date have figures, and what has to balance does.
+TEST_F(SampleLedger, FillsEveryColumnOfItsStatements) {
+  sim::SimProcess process(disk_, clock_, {});
+  process.open();
+  for (const std::string_view format : kColumnFormats) {
+    SCOPED_TRACE(format);
+    const bool changes = showsChanges(format);
+    const Statement statement(process.database(),
+                              {.builtIn = changes ? StatementKind::incomeStatement : StatementKind::balanceSheet,
+                               .format = std::string(format),
+                               .year = 2025,
+                               .period = 11});
+    std::map<std::string, std::vector<Money>> lines;
+    for (const Statement::Line& line : statement.lines())
+      for (std::size_t column = 0; column < statement.columns().size(); ++column)
+        lines[line.heading].push_back(line.values.at(column).asMoney());
+    for (const Money amount : lines.at(changes ? "Net Income" : "Total Assets")) EXPECT_NE(amount, Money());
+    if (!changes) {
+      EXPECT_EQ(lines.at("Total Assets"), lines.at("Total Liabilities & Equity"));
+    }
   }
 }
 
