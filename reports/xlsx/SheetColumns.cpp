@@ -60,9 +60,12 @@ std::size_t SheetColumns::of(const Element& element) {
 
 std::size_t SheetColumns::find(const Element& element) const {
   const Box& box = element.box;
+  // Words that go on over further columns belong where they begin.
+  const bool words = element.style.align == Align::left;
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     const int common = std::min(columns_[i].right, box.right()) - std::max(columns_[i].left, int{box.x});
-    if (2 * common > box.width) return i;
+    const int whole = words ? std::min<int>(box.width, columns_[i].right - columns_[i].left) : box.width;
+    if (common > 0 && 2 * common > whole) return i;
   }
   std::size_t edge = columns_.size() - 1;
   if (element.style.align == Align::right)

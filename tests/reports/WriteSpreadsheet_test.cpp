@@ -96,6 +96,7 @@ TEST_F(WriteSpreadsheet, IsASheetByPlaces) {
                                                        {"A3", "number\t46086.0\tdd mmm yy\t"},
                                                        {"B3", "text\tΩμέγα & Söhne <b>\tGeneral\t"},
                                                        {"C3", "number\t1234.5678\t#,##0.00##_);(#,##0.00##)\t"},
+                                                       {"A4", "text\ta remark below\tGeneral\t"},
                                                        {"B15", "text\tTotal:\tGeneral\tb"},
                                                        {"C15", "number\t2469.1362\t#,##0.00##_);(#,##0.00##)\tb"}};
   for (const auto& [name, line] : expected) EXPECT_EQ(cells.contains(name) ? cells.at(name) : "none", line) << name;
