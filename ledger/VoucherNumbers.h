@@ -7,7 +7,8 @@ class App;
 }
 namespace quillon::store {
 class Cursor;
-}
+class Database;
+}  // namespace quillon::store
 
 namespace quillon::ledger {
 
@@ -21,8 +22,14 @@ struct VoucherNumbers {
 // number is not looked at: its saving will tell.
 VoucherNumbers takeVoucherNumbers(form::App& app);
 
-// The same of the row of JVCtl that is in edit, without posting it; numbers that are used are passed over.
-VoucherNumbers raiseVoucherNumbers(store::Cursor& tblJVCtl, const std::function<bool(int number)>& isUsed);
+// The same of the row of JVCtl that is in edit, without posting it; numbers that are used are passed over, and ids
+// below the lowest.
+VoucherNumbers raiseVoucherNumbers(store::Cursor& tblJVCtl, int lowestId,
+                                   const std::function<bool(int number)>& isUsed);
+
+// An id above those of all vouchers and lines: where JVCtl is older than they are, brought back from a backup say, a
+// new voucher must not take the lines of another for its own.
+int unusedVoucherId(store::Database& database);
 
 // Behind the highest the numbers begin anew at the lowest.
 inline constexpr int kLowestVoucherNumber = 1001, kHighestVoucherNumber = 10000000;

@@ -18,8 +18,9 @@ VoucherWriter::VoucherWriter(store::Cursor& tblJVCtl)
 
 int VoucherWriter::write(const Voucher& voucher) {
   form::requireControlRow(tblJVCtl_);
+  if (lowestId_ == 0) lowestId_ = unusedVoucherId(tblJVCtl_.database());
   tblJVCtl_.edit();
-  const VoucherNumbers numbers = raiseVoucherNumbers(tblJVCtl_, [&](int number) {
+  const VoucherNumbers numbers = raiseVoucherNumbers(tblJVCtl_, lowestId_, [&](int number) {
     return tblJVNumber_.findKey({voucher.period.year, voucher.period.number, number});
   });
   tblJVCtl_.post();

@@ -35,6 +35,7 @@ class VoucherWriter {
  private:
   store::Cursor& tblJVCtl_;
   store::Cursor tblJV_, tblJVNumber_, tblJVDet_;  // the second finds numbers
+  int lowestId_ = 0;                              // that no voucher had before
 };
 
 }  // namespace quillon::ledger

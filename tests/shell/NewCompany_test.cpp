@@ -152,7 +152,8 @@ TEST(SampleVouchers, BalanceAndStayBelievable) {
       last = voucher.date;
       for (const char* asset : {"1010", kForeignBank, "1100", kForeignReceivable, "1200", "1220", "1300"})
         EXPECT_GE(balances[asset].raw(), 0) << asset;
-      for (const char* debt : {"2000", kForeignPayable, "2200", "2400", "2500"}) EXPECT_LE(balances[debt].raw(), 0) << debt;
+      for (const char* debt : {"2000", kForeignPayable, "2200", "2400", "2500"})
+        EXPECT_LE(balances[debt].raw(), 0) << debt;
     }
   }
 }

@@ -231,6 +231,17 @@
 < {"rows":[]}
 > {"sql":"SELECT NextJVID, NextJVNumber FROM JVCtl"}
 < {"rows":[[4,1004]]}
+
+# Where the row of next numbers is older than the vouchers, brought back from a backup, a new one has no lines of another.
+> {"sql":"UPDATE JVCtl SET NextJVID = 1"}
+> {"click":"frmJVs.mnuNew"}
+> {"state":"frmJV"}
+< {"state":{"controls":{"grdJVDet":{"total":0}}}}
+> {"click":"frmJV.btnCancel"}
+> {"sql":"SELECT NextJVID FROM JVCtl"}
+< {"rows":[[3]]}
+> {"sql":"SELECT COUNT(*) FROM JVDet WHERE JVID = 1"}
+< {"rows":[[2]]}
 > {"sql":"UPDATE JVCtl SET NextJVID = 3, NextJVNumber = 1003"}
 
 # The same number in the same period; the company's default period.
