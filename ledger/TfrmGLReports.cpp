@@ -47,11 +47,13 @@ class TfrmGLReports final : public reports::LauncherScreen {
   void btnEditClick();
   void btnDeleteClick();
   void requireStatement();
+  void rereadStatement();
 
   shell::Session& session_;
   form::Table tblFStmt{*this, "FStmt"};
   form::Variable style_, upper_, forex_, validates_;
   std::map<std::string_view, Value> chosenStyles_;  // by report
+  Value statement_;                                 // the id of the one that was chosen
   std::array<form::Variable, kSubaccountLevels> subaccounts_;
 };
 
@@ -131,6 +133,13 @@ void TfrmGLReports::reachOptions() {
 
 void TfrmGLReports::leaveBetween() {
   if (tblFStmt.isEmpty()) refuse("A statement must be chosen", form::grid(tblFStmt));
+  statement_ = tblFStmt.value("StmtID");
+}
+
+// As it is now; others may have changed it since it was chosen.
+void TfrmGLReports::rereadStatement() {
+  tblFStmt.refresh();
+  if (!tblFStmt.locate("StmtID", {statement_})) refuse("This statement has been deleted by another user");
 }
 
 // As in every list, commands on a row do nothing where there is none.
@@ -164,6 +173,7 @@ void TfrmGLReports::btnDeleteClick() {
 
 void TfrmGLReports::fill(form::Open& open) {
   if (!asks(kForex)) return;
+  if (asks(kOwnStatement)) rereadStatement();
   if (upper_.value.isNull() || !showsChanges(format())) {
     open.values["upperPeriod"] = Value(0);
   } else {
@@ -177,7 +187,7 @@ void TfrmGLReports::fill(form::Open& open) {
   open.values["format"] = Value(format());
   open.values["statement"] = Value(std::string(chosen().name));
   if (!asks(kOwnStatement)) return;
-  open.values["StmtID"] = tblFStmt.value("StmtID");
+  open.values["StmtID"] = statement_;
   if (validates_.value.asBool()) validate();
 }
 

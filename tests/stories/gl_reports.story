@@ -191,6 +191,23 @@
 > {"set":"frmPreview8.editSearch","value":"Subaccount 1: North"}
 > {"click":"frmPreview8.btnFind"}
 
+# What others do to a chosen statement is seen at the next preview.
+> {"set":"frmGLReports.chkAutoForex","value":true}
+> {"sql":"UPDATE FStmt SET ColumnFormat = 'Net Change: Simple' WHERE StmtID = 1"}
+> {"click":"frmGLReports.btnNext"}
+| Year to Date
+| AutoForex
+> {"set":"frmPreview10.editSearch","value":"{1}"}
+> {"click":"frmPreview10.btnFind"}
+|
+> {"sql":"DELETE FROM FStmt WHERE StmtID = 1"}
+> {"sql":"INSERT INTO FStmt (StmtID, StmtTitle, ColumnFormat) VALUES (2, 'Another', 'Balance: Simple')"}
+| 1
+| 2
+> {"click":"frmGLReports.btnNext"}
+< {"ok":false,"messages":[{"text":"This statement has been deleted by another user"}],"opened":[]}
+|
+
 # Without a printer nothing is previewed; the previews go with the company.
 > {"quit":true}
 @ --today 2026-03-05 --country Canada --printer none
