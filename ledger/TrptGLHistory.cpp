@@ -1,8 +1,7 @@
-// The ledger's history, a line for each line of a posted voucher, as its list shows it.
+// The ledger's history, a line for each line of a posted voucher, as its list shows it. A line opens its voucher.
 #include "form/App.h"
-#include "form/Screen.h"
 #include "ledger/Accounts.h"
-#include "ledger/HistoryOrigin.h"
+#include "ledger/Breakdown.h"
 #include "ledger/MakeReports.h"
 #include "ledger/Sources.h"
 #include "reports/Report.h"
@@ -21,17 +20,10 @@ class TrptGLHistory final : public reports::Report {
            orderOf(open, "GLYear DESC, GLPeriod DESC, TransDate DESC, JVNumber DESC, GLHistID DESC"));
     qryMain().setLive(true);  // each line is read when it is laid out, so that a long history begins soon
     b.size = 80;
+    const auto line = [this] { return value("GLHistID").asInt(); };
     b.shown("Period", 500, [this] { return shell::periodText({value("GLYear").asInt(), value("GLPeriod").asInt()}); });
     b.date("Date", "TransDate", 650);
-    b.whole("JV no.", "JVNumber", 550)
-        .opens(
-            [](form::App& app, std::int32_t id) {
-              app.open("TfrmJV", {.locate = {{"JVID", store::Value(id)}}});
-            },
-            [this] {
-              const store::Value voucher = voucherOf(app(), qryMain());
-              return voucher.isNull() ? -1 : voucher.asInt();
-            });
+    b.whole("JV no.", "JVNumber", 550).opens(openVoucherOfLine, line);
     b.shown("Source", 500, [this] { return sourceText(value("Source"), value("TransType")); });
     b.text("Description", "TransDescription", 1850);
     b.shown("Account no.", 750, [this] {
@@ -41,7 +33,7 @@ class TrptGLHistory final : public reports::Report {
       return accountNames(app(), value("GLAccountID"),
                           {value("SubAccount1ID"), value("SubAccount2ID"), value("SubAccount3ID")});
     });
-    b.money("Amount", "Amount", 850).sum();
+    b.money("Amount", "Amount", 850).sum().opens(openVoucherOfLine, line);
     b.total = "Report Total:";
   }
 };

@@ -179,11 +179,11 @@
 < {"ok":false,"messages":[{"kind":"error","text":"This record has been deleted by another user"}],"opened":[]}
 > {"follow":"frmPreview.pgvPages","text":"500.00"}
 < {"ok":false,"error":{"text":"'500.00' leads nowhere","exists":["1001","1003"]}}
-# One that was purged leads nowhere from the start; the row of a reversal leads to the voucher of the period before.
+# One that was purged is told; the row of a reversal leads to the voucher of the period before.
 > {"state":"frmPreview2","page":1}
-< {"state":{"controls":{"pgvPages":{"links":["1001","..."]}}}}
+< {"state":{"controls":{"pgvPages":{"links":["1001","(10.00)","..."]}}}}
 > {"follow":"frmPreview2.pgvPages","text":"1004"}
-< {"ok":false,"error":{"text":"'1004' leads nowhere"}}
+< {"ok":false,"messages":[{"text":"JV 1004 not found...\rIt may have been deleted or purged."}],"opened":[]}
 > {"follow":"frmPreview2.pgvPages","page":3,"text":"1001"}
 < {"opened":["frmJV"]}
 > {"close":"frmJV"}
