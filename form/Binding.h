@@ -41,7 +41,8 @@ class Binding {
   virtual bool ticks() const { return false; }
 
   // Fields that are typed as a code: opens the picker, which begins with the text; true when it was put in.
-  // `asItStands` begins it with what the field holds. Dates have one too, which opens only when it is asked for.
+  // `asItStands` begins it with what the field holds. Dates have one too, which opens only when it is asked for, and on
+  // what the field holds where the text is no date.
   virtual bool hasPicker() const { return false; }
   virtual bool picksAsTyped() const { return hasPicker(); }
   virtual bool pick(std::string_view /*begin*/, bool /*asItStands*/) { return false; }

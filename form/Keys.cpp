@@ -222,8 +222,8 @@ Ended Input::openPicker(Screen& screen) {
   return app_.run(screen, screen.name() + "." + screen.focused()->name(), [&] {
     const std::optional<std::string> typed = screen.typed();
     begin(screen);
-    screen.dropTyped();
-    target->binding()->pick(typed.value_or(""), !typed);
+    // Nobody loses what they typed by looking.
+    if (target->binding()->pick(typed.value_or(""), !typed)) screen.dropTyped();
   });
 }
 

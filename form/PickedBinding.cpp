@@ -1,4 +1,5 @@
 // What is typed, or picked on a screen that opens when it is asked for.
+#include "base/Errors.h"
 #include "form/App.h"
 #include "form/Binding.h"
 
@@ -34,6 +35,16 @@ class PickedBinding final : public Binding {
   Pick pick_;
 };
 
+// What is typed, where it is a date already; else what the field holds.
+Value dayOf(App& app, std::string_view typed, const Value& held) {
+  try {
+    const Value day = dateConverter(app.formats())->read(typed);
+    return day.isNull() ? held : day;
+  } catch (const Error&) {
+    return held;
+  }
+}
+
 }  // namespace
 
 BindingPtr pickedBinding(BindingPtr typed, Pick pick) {
@@ -42,8 +53,8 @@ BindingPtr pickedBinding(BindingPtr typed, Pick pick) {
 
 BindingPtr pickedDate(App& app, BindingPtr date) {
   if (app.calendar.empty()) return date;
-  return pickedBinding(std::move(date), [&app](std::string_view, const Value& day) -> std::optional<Value> {
-    const Result result = app.runModal(app.calendar, {.values = {{"date", day}}});
+  return pickedBinding(std::move(date), [&app](std::string_view typed, const Value& day) -> std::optional<Value> {
+    const Result result = app.runModal(app.calendar, {.values = {{"date", dayOf(app, typed, day)}}});
     return result.confirmed ? std::optional(result.values.at("date")) : std::nullopt;
   });
 }

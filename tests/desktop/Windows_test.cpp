@@ -177,7 +177,24 @@ TEST_F(Windows, PickersModalChainsMenusAndFiltersAreWorkedByKeys) {
   work_.tabTo("frmJV.editTransDate");
   work_.keys({"F2", "Left", "PgDn", "Down", "Enter", "?"});
   EXPECT_EQ(work_.heard(), "frmJV.editTransDate");
-  EXPECT_EQ(work_.app().find("frmJV")->find("editTransDate")->binding()->text(), "23 Apr 26");
+  form::Screen& voucher = *work_.app().find("frmJV");
+  const auto date = [&] { return voucher.find("editTransDate")->binding()->text(); };
+  EXPECT_EQ(date(), "23 Apr 26");
+  // It opens on what is typed, and where that is no date on what the field holds; left without one, the text stays.
+  struct Pick {
+    std::vector<std::string> keys;
+    const char *typed, *date;
+  };
+  const Pick picks[] = {{{"=050926", "F2", "Right", "Esc"}, "050926", "23 Apr 26"},
+                        {{"F2", "Right", "Enter"}, "", "10 May 26"},
+                        {{"=05/", "F2", "Esc"}, "05/", "10 May 26"},
+                        {{"=1", "F2", "Down", "Enter"}, "", "17 May 26"}};
+  for (const Pick& pick : picks) {
+    work_.keys(pick.keys);
+    EXPECT_EQ(work_.focus(), "frmJV.editTransDate");
+    EXPECT_EQ(voucher.typed().value_or(""), pick.typed) << pick.date;
+    EXPECT_EQ(date(), pick.date) << pick.keys[0];
+  }
   work_.tabTo("frmJV.grdJVDet");
   // From the cell to its picker, to the list behind that, to a new account, and back with it.
   work_.keys({"F2", "?", "Alt+A", "?", "Ctrl+N", "=6000", "Tab", "=Heat", "Tab", "?", "Down", "Enter", "?", "Esc", "?",
