@@ -1,5 +1,6 @@
 #include "base/AmountFormat.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -99,6 +100,10 @@ AmountFormat::AmountFormat(std::string_view picture, Separators separators) : se
     sections_[0].leastWhole = 1;
     sections_[0].mostDecimals = 15;
   }
+}
+
+std::size_t AmountFormat::mostDecimals() const {
+  return std::ranges::max(sections_, {}, &Section::mostDecimals).mostDecimals;
 }
 
 std::string AmountFormat::format(Money amount) const {

@@ -38,6 +38,8 @@ class AmountFormat {
   std::string format(Money amount) const;
   // Error when not finite.
   std::string format(double amount) const;
+  // Of any of its sections.
+  std::size_t mostDecimals() const;
 
  private:
   struct Section {

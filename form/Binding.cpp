@@ -25,6 +25,7 @@ class FieldBinding final : public Binding {
   }
   Choices choices() override { return converter_->choices(); }
   bool alignsRight() const override { return converter_->alignsRight(); }
+  std::size_t decimals() const override { return converter_->decimals(); }
   store::Cursor* cursor() const override { return &cursor_; }
   std::string_view field() const override { return field_; }
   int width() const override {
@@ -94,6 +95,7 @@ class VariableBinding final : public Binding {
   void put(const Value& value) override { variable_.set(value); }
   Choices choices() override { return converter_->choices(); }
   bool alignsRight() const override { return converter_->alignsRight(); }
+  std::size_t decimals() const override { return converter_->decimals(); }
   int width() const override { return converter_->width(); }
 
  private:
@@ -103,18 +105,19 @@ class VariableBinding final : public Binding {
 
 class ShownBinding final : public Binding {
  public:
-  ShownBinding(std::function<std::string()> text, std::function<Value()> value, bool right)
-      : text_(std::move(text)), value_(std::move(value)), right_(right) {}
-  std::string text() override { return text_(); }
+  ShownBinding(std::function<std::string()> text, std::function<Value()> value, ConverterPtr converter)
+      : text_(std::move(text)), value_(std::move(value)), converter_(std::move(converter)) {}
+  std::string text() override { return converter_ ? converter_->show(value_()) : text_(); }
   Value data() override { return value_ ? value_() : Value(text_()); }
   void take(std::string_view /*typed*/) override { put({}); }
   void put(const Value& /*value*/) override { throw Error("This is worked out and cannot be typed"); }
-  bool alignsRight() const override { return right_; }
+  bool alignsRight() const override { return converter_ && converter_->alignsRight(); }
+  std::size_t decimals() const override { return converter_ ? converter_->decimals() : 0; }
 
  private:
   std::function<std::string()> text_;
   std::function<Value()> value_;
-  bool right_;
+  ConverterPtr converter_;  // of the value; null where only a text is shown
 };
 
 }  // namespace
@@ -138,12 +141,11 @@ BindingPtr variableBinding(Variable& variable, ConverterPtr converter) {
 }
 
 BindingPtr shownBinding(std::function<std::string()> text) {
-  return std::make_unique<ShownBinding>(std::move(text), nullptr, false);
+  return std::make_unique<ShownBinding>(std::move(text), nullptr, nullptr);
 }
 
-BindingPtr shownBinding(const std::function<Value()>& value, const ConverterPtr& converter) {
-  return std::make_unique<ShownBinding>([value, converter] { return converter->show(value()); }, value,
-                                        converter->alignsRight());
+BindingPtr shownBinding(std::function<Value()> value, ConverterPtr converter) {
+  return std::make_unique<ShownBinding>(nullptr, std::move(value), std::move(converter));
 }
 
 }  // namespace quillon::form

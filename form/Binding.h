@@ -34,6 +34,7 @@ class Binding {
 
   virtual Choices choices() { return {}; }
   virtual bool alignsRight() const { return false; }
+  virtual std::size_t decimals() const { return 0; }  // of its converter
   virtual store::Cursor* cursor() const { return nullptr; }
   virtual std::string_view field() const { return {}; }
   virtual int width() const { return 0; }  // in characters, of what may be typed; 0: not known
@@ -75,7 +76,7 @@ BindingPtr variableBinding(Variable& variable, ConverterPtr converter);
 
 // A text that is worked out and never typed.
 BindingPtr shownBinding(std::function<std::string()> text);
-BindingPtr shownBinding(const std::function<store::Value()>& value, const ConverterPtr& converter);
+BindingPtr shownBinding(std::function<store::Value()> value, ConverterPtr converter);
 
 // How an id is typed and shown: as the code, or the name, of the row of another table that it points to. An exact code
 // comes before one that differs in case; empty is null; an id that points nowhere shows "?".

@@ -147,6 +147,7 @@ class MoneyConverter final : public Converter {
     throw Error(quoted(typed) + " is not a valid amount");
   }
   bool alignsRight() const override { return true; }
+  std::size_t decimals() const override { return format_.mostDecimals(); }
 
  private:
   Separators separators_;

@@ -29,6 +29,8 @@ class Converter {
   virtual store::Value read(std::string_view typed) const = 0;
   virtual Choices choices() const { return {}; }
   virtual bool alignsRight() const { return false; }
+  // Of figures below each other: decimals that there is room for behind the point in all of them.
+  virtual std::size_t decimals() const { return 0; }
   virtual int width() const { return 0; }  // in characters, of what may be typed; 0: not known
 };
 using ConverterPtr = std::shared_ptr<const Converter>;
