@@ -40,11 +40,22 @@ void GridArea::paintEvent(QPaintEvent*) {
   QPainter painter(viewport());
   painter.fillRect(viewport()->rect(), palette().base());
   const auto all = columns();
-  for (std::size_t place = 0; place < view_.rows.size(); ++place) paintRow(painter, all, place);
-  paintHeader(painter, all);
+  const int edge = edgeOf(all), width = viewport()->width(), height = viewport()->height();
+  const auto paintPart = [&](std::span<const Column> part, int from, int to) {
+    painter.setClipRect(from, 0, to - from, height);
+    for (std::size_t place = 0; place < view_.rows.size(); ++place) paintRow(painter, part, place);
+    paintHeader(painter, part);
+  };
+  const auto staying = static_cast<std::size_t>(std::ranges::count(all, true, &Column::stays));
+  paintPart(std::span(all).subspan(staying), edge, width);
+  if (edge == 0) return;
+  paintPart(std::span(all).first(staying), 0, edge);
+  if (horizontalScrollBar()->value() == 0) return;
+  painter.setPen(palette().color(QPalette::Mid));
+  painter.drawLine(edge - 1, 0, edge - 1, height);
 }
 
-void GridArea::paintHeader(QPainter& painter, const std::vector<Column>& columns) const {
+void GridArea::paintHeader(QPainter& painter, std::span<const Column> columns) const {
   const QRect whole(0, 0, viewport()->width(), headerHeight());
   painter.fillRect(whole, palette().button());
   painter.setPen(lineColour(palette()));
@@ -55,23 +66,35 @@ void GridArea::paintHeader(QPainter& painter, const std::vector<Column>& columns
     painter.drawLine(cell.right(), cell.top() + 4, cell.right(), cell.bottom() - 4);
     painter.setPen(palette().color(QPalette::ButtonText));
     const bool right = isRight(*column.control);
-    painter.drawText(cell.adjusted(kPadding, 0, -kPadding, 0),
+    painter.drawText(cell.adjusted(padding(), 0, -padding(), 0),
                      (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
                      shown(form::plainCaption(column.control->caption())));
   }
 }
 
-void GridArea::paintText(QPainter& painter, QRect cell, const Column& column, const std::string& text) {
+// Figures stand below each other by their decimal points; what is behind a shorter one, as the parenthesis of a
+// negative amount, has its room there.
+void GridArea::paintText(QPainter& painter, QRect cell, const Column& column, const std::string& text) const {
+  const QFontMetrics font = painter.fontMetrics();
+  const QRect inner = cell.adjusted(padding(), 0, -padding(), 0);
   const bool right = isRight(*column.control);
-  QRect inner = cell.adjusted(kPadding, 0, -kPadding, 0);
-  // The parenthesis of a negative amount stands in the air behind it, so that the decimals are below each other.
-  if (right && text.ends_with(')'))
-    inner.setRight(inner.right() + std::min(int{kPadding}, painter.fontMetrics().horizontalAdvance(')')));
+  if (right) {
+    const std::size_t end = pointIn(text);
+    const QString whole = shown(std::string_view(text).substr(0, end)),
+                  rest = shown(std::string_view(text).substr(end));
+    const int room = roomOf(*column.control), point = inner.right() + 1 - room;
+    if (font.horizontalAdvance(whole) <= point - inner.left() && font.horizontalAdvance(rest) <= room + padding()) {
+      painter.drawText(inner.adjusted(0, 0, -room, 0), Qt::AlignRight | Qt::AlignVCenter, whole);
+      painter.drawText(QRect(point, cell.top(), room + padding(), cell.height()), Qt::AlignLeft | Qt::AlignVCenter,
+                       rest);
+      return;
+    }
+  }
   painter.drawText(inner, (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
-                   painter.fontMetrics().elidedText(shown(text).section('\n', 0, 0), Qt::ElideRight, inner.width()));
+                   font.elidedText(shown(text).section('\n', 0, 0), Qt::ElideRight, inner.width()));
 }
 
-void GridArea::paintRow(QPainter& painter, const std::vector<Column>& columns, std::size_t place) const {
+void GridArea::paintRow(QPainter& painter, std::span<const Column> columns, std::size_t place) const {
   const form::Grid::Row& row = view_.rows[place];
   const int top = headerHeight() + static_cast<int>(place) * rowHeight();
   const QRect whole(0, top, viewport()->width(), rowHeight());
@@ -84,18 +107,19 @@ void GridArea::paintRow(QPainter& painter, const std::vector<Column>& columns, s
     painter.fillRect(whole, palette().alternateBase());
   const QColor ink =
       marked && !grid().lines() ? palette().color(group, QPalette::HighlightedText) : palette().color(QPalette::Text);
-  for (std::size_t i = 0; i < columns.size() && i < row.texts.size(); ++i) {
-    const QRect cell(columns[i].left, top, columns[i].width, rowHeight());
-    if (row.active && grid().lines() && focused && columns[i].control == hands_.screen().target()) {
+  for (const Column& column : columns) {
+    const QRect cell(column.left, top, column.width, rowHeight());
+    if (column.place >= row.texts.size() || !cell.intersects(whole)) continue;
+    if (row.active && grid().lines() && focused && column.control == hands_.screen().target()) {
       painter.fillRect(cell.adjusted(1, 1, -1, -1), palette().color(QPalette::Highlight));
       painter.setPen(palette().color(QPalette::HighlightedText));
     } else {
       painter.setPen(ink);
     }
-    if (ticks(columns[i].control))
-      paintTick(painter, cell, row.data[i].asBool(), *viewport());
+    if (ticks(column.control))
+      paintTick(painter, cell, row.data[column.place].asBool(), *viewport());
     else
-      paintText(painter, cell, columns[i], row.texts[i]);
+      paintText(painter, cell, column, row.texts[column.place]);
     if (!grid().lines()) continue;
     painter.setPen(lineColour(palette()));
     painter.drawLine(cell.topRight(), cell.bottomRight());

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QTimer>
 #include <algorithm>
 #include <cstdint>
 #include <utility>
@@ -16,8 +17,7 @@
 namespace quillon::desktop {
 namespace {
 
-constexpr int kWidestColumn = 42;  // characters
-constexpr int kThumb = 1000;       // places of the thumb where rows are not counted
+constexpr int kThumb = 1000;  // places of the thumb where rows are not counted
 constexpr int kRows = 16, kFewRows = 9;
 constexpr int kWidest = 1150;  // 1/96 inch; more columns than fit are scrolled to
 
@@ -26,6 +26,7 @@ class CellEditor final : public QLineEdit {
  public:
   CellEditor(Hands& hands, QWidget* parent) : QLineEdit(parent), hands_(hands) {
     setFrame(false);
+    setTextMargins(kMargin, 0, kMargin, 0);
     QObject::connect(this, &QLineEdit::textEdited, [this](const QString& text) {
       hands_.act([&](form::Input& input) { input.type(hands_.screen(), typed(text)); });
     });
@@ -46,6 +47,8 @@ class CellEditor final : public QLineEdit {
   }
 
  private:
+  static constexpr int kMargin = 3;  // with its own, those of a cell
+
   Hands& hands_;
 };
 
@@ -56,6 +59,7 @@ GridArea::GridArea(Hands& hands, form::Control& control, QWidget& parent)
   setFocusPolicy(Qt::StrongFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   editor_->hide();
+  makeGridsReadable();
   QObject::connect(verticalScrollBar(), &QScrollBar::valueChanged, [this](int value) { scrolled(value); });
   QObject::connect(verticalScrollBar(), &QScrollBar::actionTriggered, [this](int action) { turned(action); });
   QObject::connect(horizontalScrollBar(), &QScrollBar::valueChanged, [this] {
@@ -77,35 +81,6 @@ QSize GridArea::sizeHint() const {
 }
 
 int GridArea::rowsOnView() const { return std::max(1, (viewport()->height() - headerHeight()) / rowHeight()); }
-
-int GridArea::widthOfColumn(const form::Control& column) const {
-  int characters = std::min(column.width(), kWidestColumn);
-  if (characters == 0) characters = 12;
-  const int caption = fontMetrics().horizontalAdvance(shown(form::plainCaption(column.caption())));
-  // In a long number the marks between the digits are narrower than these.
-  static const QString kNumber = "(999,999,999,999,999,999.99)";
-  const bool isNumber = isRight(column) && characters >= 10 && characters <= kNumber.size();
-  const int cell = isNumber ? fontMetrics().horizontalAdvance(kNumber.right(characters)) : widthOf(*this, characters);
-  return std::max(cell, caption) + 2 * kPadding;
-}
-
-std::vector<GridArea::Column> GridArea::columns() const {
-  std::vector<Column> all;
-  int left = -horizontalScrollBar()->value();
-  for (const auto& column : grid().columns()) {
-    if (!column->visible()) continue;
-    all.push_back({column.get(), left, widthOfColumn(*column)});
-    left += all.back().width;
-  }
-  // The widest text takes the room that is left, up to as much again; amounts stay near what they belong to.
-  const auto textWidth = [](const Column& column) { return isRight(*column.control) ? 0 : column.width; };
-  const auto widest = std::ranges::max_element(all, {}, textWidth);
-  if (widest == all.end() || horizontalScrollBar()->maximum() > 0 || left >= viewport()->width()) return all;
-  const int more = std::min(viewport()->width() - left, textWidth(*widest));
-  widest->width += more;
-  for (auto behind = widest + 1; behind != all.end(); ++behind) behind->left += more;
-  return all;
-}
 
 // How many rows to show above the active one where rows are not counted, so that nothing moves that need not: as many
 // as there are while it is on view already, else it comes in from the side on which it was.
@@ -137,6 +112,8 @@ void GridArea::fetch(bool follows) {
     top_ = std::min(top_, *total > count ? *total - count : 0);
     view_ = grid().rows(top_, count);
   }
+  apart_.reset();
+  makeRoom();
   row_ = row;
   activeAt_ = active.value_or(0);
   QScrollBar* bar = verticalScrollBar();
@@ -181,60 +158,13 @@ void GridArea::sync() {
   fetch(hands_.screen().focused() == &control_ && hands_.screen().typed());
   limitSideways();
   followCell();
-  tellActive();
   syncEditor();
+  tellCell(*this, told_, false);
   viewport()->update();
-}
-
-void GridArea::limitSideways() {
-  int width = 0;
-  for (const auto& column : grid().columns())
-    if (column->visible()) width += widthOfColumn(*column);
-  horizontalScrollBar()->setRange(0, std::max(0, width - viewport()->width()));
-  horizontalScrollBar()->setPageStep(viewport()->width());
-  horizontalScrollBar()->setSingleStep(widthOf(*this, 12));
 }
 
 QWidget* GridArea::typingWidget() const {
   return editor_->isHidden() ? static_cast<QWidget*>(const_cast<GridArea*>(this)) : editor_;
-}
-
-QRect GridArea::activeCell() const {
-  for (std::size_t place = 0; place < view_.rows.size(); ++place) {
-    if (!view_.rows[place].active) continue;
-    for (const Column& column : columns())
-      if (column.control == hands_.screen().target())
-        return {column.left, headerHeight() + static_cast<int>(place) * rowHeight(), column.width, rowHeight()};
-  }
-  return {};
-}
-
-// In the lines of a document the cell that is worked in comes on view; nothing else moves sideways by itself.
-void GridArea::followCell() {
-  const form::Screen& screen = hands_.screen();
-  const form::Control* target = screen.focused() == &control_ && grid().lines() ? screen.target() : nullptr;
-  if (std::exchange(target_, target) == target || target == nullptr) return;
-  QScrollBar& bar = *horizontalScrollBar();
-  for (const Column& column : columns()) {
-    if (column.control != target) continue;
-    const int over = column.left + column.width - viewport()->width();
-    if (over > 0) bar.setValue(bar.value() + std::min(over, column.left));
-    if (column.left < 0) bar.setValue(bar.value() + column.left);
-  }
-}
-
-// Whoever has the screen read out hears the row, and in a cell its heading.
-void GridArea::tellActive() {
-  QString row;
-  const auto all = columns();
-  for (const form::Grid::Row& some : view_.rows)
-    for (std::size_t i = 0; some.active && i < all.size() && i < some.texts.size(); ++i)
-      if (!some.texts[i].empty())
-        row += shown(form::plainCaption(all[i].control->caption())) + ' ' + shown(some.texts[i]) + "; ";
-  if (accessibleDescription() != row) setAccessibleDescription(row);
-  const form::Control* target = hands_.screen().target();
-  if (target != nullptr && hands_.screen().focused() == &control_)
-    editor_->setAccessibleName(shown(form::plainCaption(target->caption())));
 }
 
 void GridArea::syncEditor() {
@@ -247,6 +177,8 @@ void GridArea::syncEditor() {
     return;
   }
   editor_->setGeometry(cell.adjusted(1, 1, -1, -1));
+  editor_->setAlignment((isRight(*screen.target()) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+  editor_->setAccessibleName(shown(form::plainCaption(screen.target()->caption())));
   if (const QString text = shown(*screen.typed()); editor_->text() != text) editor_->setText(text);
   if (!editor_->isHidden()) return;
   editor_->show();
@@ -272,13 +204,13 @@ std::optional<GridArea::Spot> GridArea::spotAt(QPoint point) const {
   return Spot{place, nullptr};
 }
 
+void GridArea::goTo(std::uint64_t row, const form::Control* column) {
+  const std::string name = column ? column->name() : std::string();
+  hands_.act([&](form::Input& input) { input.cell(hands_.screen(), control_, row, name); });
+}
+
 void GridArea::goTo(const Spot& spot) {
-  if (view_.from) {
-    const std::uint64_t row = *view_.from + spot.place;
-    const std::string column = spot.column ? spot.column->name() : std::string();
-    hands_.act([&](form::Input& input) { input.cell(hands_.screen(), control_, row, column); });
-    return;
-  }
+  if (view_.from) return goTo(*view_.from + spot.place, spot.column);
   const auto active = std::ranges::find_if(view_.rows, [](const form::Grid::Row& row) { return row.active; });
   for (auto way = static_cast<std::ptrdiff_t>(spot.place) - (active - view_.rows.begin()); way != 0;
        way += way > 0 ? -1 : 1)
@@ -290,7 +222,7 @@ void GridArea::mousePressEvent(QMouseEvent* event) {
   setFocus(Qt::MouseFocusReason);
   if (!spot) return;
   goTo(*spot);
-  if (ticks(spot->column)) hands_.act([this](form::Input& input) { input.tick(hands_.screen(), control_); });
+  if (ticks(spot->column)) turnOver();
 }
 
 void GridArea::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -318,6 +250,8 @@ void GridArea::keyPressEvent(QKeyEvent* event) {
 void GridArea::focusInEvent(QFocusEvent* event) {
   QAbstractScrollArea::focusInEvent(event);
   viewport()->update();
+  // Behind the toolkit, which tells of the grid as a whole.
+  QTimer::singleShot(0, this, [this] { tellCell(*this, told_, true); });
   if (!hands_.isSyncing() && hands_.screen().focused() != &control_)
     hands_.act([this](form::Input& input) { input.focus(hands_.screen(), control_); });
 }
