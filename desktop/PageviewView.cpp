@@ -75,7 +75,16 @@ class PageArea final : public QAbstractScrollArea {
     for (const Element& element : page.elements) draw(painter, page, element);
   }
 
+  // What is left of the page comes before the next one, although its button has the key.
+  bool event(QEvent* event) override {
+    if (event->type() == QEvent::ShortcutOverride && scrollsBy(*static_cast<QKeyEvent*>(event))) event->accept();
+    return QAbstractScrollArea::event(event);
+  }
+
   void keyPressEvent(QKeyEvent* event) override {
+    if (scrollsBy(*event))
+      return verticalScrollBar()->triggerAction(event->key() == Qt::Key_PageDown ? QAbstractSlider::SliderPageStepAdd
+                                                                                 : QAbstractSlider::SliderPageStepSub);
     switch (event->key()) {
       case Qt::Key_Up:
       case Qt::Key_Down:
@@ -135,6 +144,13 @@ class PageArea final : public QAbstractScrollArea {
     verticalScrollBar()->setPageStep(viewport()->height());
     verticalScrollBar()->setSingleStep(40);
     horizontalScrollBar()->setSingleStep(40);
+  }
+
+  bool scrollsBy(const QKeyEvent& key) const {
+    const QScrollBar& bar = *verticalScrollBar();
+    if ((key.modifiers() & ~Qt::KeypadModifier) != 0) return false;
+    return (key.key() == Qt::Key_PageDown && bar.value() < bar.maximum()) ||
+           (key.key() == Qt::Key_PageUp && bar.value() > bar.minimum());
   }
 
   void turnTo(int step) {
