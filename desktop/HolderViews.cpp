@@ -70,7 +70,8 @@ class RowView final : public HolderView {
     for (const ViewPtr& view : views_) {
       QLabel* caption = leadingLabel(*view, *row_);
       if (caption != nullptr && view != views_.front()) layout->addWidget(caption);
-      layout->addWidget(view->widget(), view->stretches() ? 1 : 0);
+      // Those that stand beside each other share the room as they need it.
+      layout->addWidget(view->widget(), view->stretches() ? std::max(1, view->widget()->sizeHint().width()) : 0);
       if (view == views_.front()) lead_ = caption;
     }
     if (!ends && !stretches()) layout->addStretch();
