@@ -144,6 +144,8 @@ void Window::sync() {
   const form::Control* focused = screen().focused();
   ControlView* view = focused ? viewOf(*focused) : nullptr;
   if (view != nullptr && view->focusWidget() && focusWidget() != view->focusWidget()) view->focusWidget()->setFocus();
+  // The program moves the focus, and the toolkit would not show it on buttons and boxes, as it does after a Tab.
+  setAttribute(Qt::WA_KeyboardFocusChange);
 }
 
 void Window::placeFirst() {
