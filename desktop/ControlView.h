@@ -34,6 +34,7 @@ class ControlView {
   // Whether its caption stands beside it, in a label of its own.
   virtual bool isLabelled() const { return false; }
   virtual bool stretches() const { return false; }  // takes the room that is left
+  virtual bool dropDown() { return false; }         // shows what may be chosen in it, where that is not in sight
   // How far work has come; false where it is not the one that shows it.
   virtual bool show(const form::Progress& /*progress*/) { return false; }
   QLabel* label = nullptr;

@@ -3,10 +3,12 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QScrollBar>
 #include <QTimer>
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <utility>
 
 #include "desktop/Hands.h"
@@ -24,16 +26,19 @@ constexpr int kWidest = 1150;  // 1/96 inch; more columns than fit are scrolled 
 // What is typed in the active cell. Keys that mean something to the grid go to the program.
 class CellEditor final : public QLineEdit {
  public:
-  CellEditor(Hands& hands, QWidget* parent) : QLineEdit(parent), hands_(hands) {
+  // `complete`: is called when characters were added.
+  CellEditor(Hands& hands, QWidget* parent, std::function<void()> complete) : QLineEdit(parent), hands_(hands) {
     setFrame(false);
     setTextMargins(kMargin, 0, kMargin, 0);
-    QObject::connect(this, &QLineEdit::textEdited, [this](const QString& text) {
+    QObject::connect(this, &QLineEdit::textEdited, [this, complete = std::move(complete)](const QString& text) {
       hands_.act([&](form::Input& input) { input.type(hands_.screen(), typed(text)); });
+      if (!erases_) complete();
     });
   }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override {
+    erases_ = event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Delete;
     switch (event->key()) {
       case Qt::Key_Up:
       case Qt::Key_Down:
@@ -50,12 +55,16 @@ class CellEditor final : public QLineEdit {
   static constexpr int kMargin = 3;  // with its own, those of a cell
 
   Hands& hands_;
+  bool erases_ = false;
 };
 
 }  // namespace
 
 GridArea::GridArea(Hands& hands, form::Control& control, QWidget& parent)
-    : QAbstractScrollArea(&parent), hands_(hands), control_(control), editor_(new CellEditor(hands, viewport())) {
+    : QAbstractScrollArea(&parent),
+      hands_(hands),
+      control_(control),
+      editor_(new CellEditor(hands, viewport(), [this] { complete(); })) {
   setFocusPolicy(Qt::StrongFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   editor_->hide();
@@ -243,8 +252,42 @@ void GridArea::keyPressEvent(QKeyEvent* event) {
     bar->triggerAction(key == "Left" ? QAbstractSlider::SliderSingleStepSub : QAbstractSlider::SliderSingleStepAdd);
   else if (key.empty())
     QAbstractScrollArea::keyPressEvent(event);
-  else
-    hands_.key(key);
+  else if (hands_.key(key); key.size() == 1)
+    complete();
+}
+
+// In a column of fixed texts the first that begins as it is typed stands there; what it has more is typed over.
+void GridArea::complete() {
+  form::Screen& screen = hands_.screen();
+  if (editor_->isHidden() || !screen.typed() || screen.typed()->empty()) return;
+  const QString text = shown(*screen.typed());
+  for (const auto& choice : screen.target()->binding()->choices()) {
+    const QString whole = shown(choice.second);
+    if (!whole.startsWith(text, Qt::CaseInsensitive)) continue;
+    hands_.act([&](form::Input& input) { input.type(screen, choice.second); });
+    return editor_->setSelection(static_cast<int>(whole.size()), static_cast<int>(text.size() - whole.size()));
+  }
+}
+
+bool GridArea::dropDown() {
+  const form::Control* column = hands_.screen().target();
+  const QRect cell = activeCell();
+  if (!grid().lines() || !column || !column->binding() || column->binding()->hasPicker() || cell.isEmpty())
+    return false;
+  const form::Choices choices = column->binding()->choices();
+  if (choices.empty()) return false;
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  for (const auto& [value, text] : choices) {
+    QAction* action = menu->addAction(shown(text).replace('&', "&&"));
+    QObject::connect(action, &QAction::triggered, this, [this, chosen = text] {
+      hands_.act([&](form::Input& input) { input.type(hands_.screen(), chosen); });
+    });
+    if (value == column->binding()->data()) menu->setDefaultAction(action);
+  }
+  menu->popup(viewport()->mapToGlobal(cell.bottomLeft()));
+  menu->setActiveAction(menu->defaultAction());
+  return true;
 }
 
 void GridArea::focusInEvent(QFocusEvent* event) {
@@ -264,6 +307,7 @@ class GridView final : public ControlView {
       : ControlView(hands, control), area_(new GridArea(hands, control, parent)) {}
   QWidget* widget() const override { return area_; }
   QWidget* focusWidget() const override { return area_->typingWidget(); }
+  bool dropDown() override { return area_->dropDown(); }
   bool stretches() const override { return true; }
   void sync() override {
     syncLooks();

@@ -27,6 +27,8 @@ class GridArea final : public QAbstractScrollArea {
 
   void sync();
   QWidget* typingWidget() const;  // where the next key goes
+  // Shows what may stand in the active cell, to be chosen; false where anything may.
+  bool dropDown();
 
   // As it is read out. Row 0 is the first of all, or of those on view where rows are not counted; -1 is the headings.
   // Columns are those that are visible. A row that is not on view is read when its text is asked for.
@@ -98,6 +100,7 @@ class GridArea final : public QAbstractScrollArea {
   QRect activeCell() const;
   void followCell();
   void syncEditor();
+  void complete();
   // Which row of those on view, and which column, is at a point; nothing outside of the rows.
   struct Spot {
     std::size_t place;

@@ -309,8 +309,10 @@ bool Window::eventFilter(QObject* watched, QEvent* event) {
     case Qt::Key_Tab:
     case Qt::Key_Backtab:
     case Qt::Key_Escape:
-    case Qt::Key_F1:
     case Qt::Key_F2:
+      if (ControlView* view = focused ? viewOf(*focused) : nullptr; view && view->dropDown()) return true;
+      break;
+    case Qt::Key_F1:
     case Qt::Key_F5:
       break;
     default:

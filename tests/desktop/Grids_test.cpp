@@ -26,9 +26,9 @@ class Grids : public testing::Test {
   Grids() { QAccessible::setActive(true); }
   ~Grids() override { QAccessible::setActive(false); }
 
-  GridArea& area(const char* screen) {
-    return static_cast<GridArea&>(
-        *work_.front().windowOf(*work_.app().find(screen))->findChild<QAbstractScrollArea*>());
+  GridArea& area(const char* screen, const QString& grid = {}) {
+    const QWidget& window = *work_.front().windowOf(*work_.app().find(screen));
+    return dynamic_cast<GridArea&>(*window.findChild<QAbstractScrollArea*>(grid));
   }
   static QAccessibleInterface* reading(QWidget& widget) { return QAccessible::queryAccessibleInterface(&widget); }
   static std::string nameOf(QAccessibleInterface* some) { return some ? typed(some->text(QAccessible::Name)) : "none"; }
@@ -199,6 +199,24 @@ TEST_F(Grids, LinesAreReadOutAsTheyAreTyped) {
   EXPECT_EQ(grid->tableInterface()->selectedCellCount(), 1);
   EXPECT_EQ(grid->focusChild(), grid->tableInterface()->selectedCells().at(0));
   EXPECT_TRUE(grid->focusChild()->state().editable);
+}
+
+// One of a few texts is typed by its first letters, or chosen where they drop down.
+TEST_F(Grids, WhatMayStandInACellIsCompletedAndDropsDown) {
+  work_.app().open("TfrmFinancialStmt", {.newRow = true});
+  work_.front().sync();
+  work_.keys({"=Assets"});
+  work_.tabTo("frmFinancialStmt.grdFStmtLin");
+  work_.keys({"=Cash", "Enter", "=t"});
+  const auto* editor = area("frmFinancialStmt", "grdFStmtLin").viewport()->findChild<QLineEdit*>();
+  EXPECT_EQ(editor->text(), "Total");
+  EXPECT_EQ(editor->selectedText(), "otal");
+  work_.keys({"Backspace"});
+  EXPECT_EQ(editor->text(), "T");
+  work_.keys({"Backspace", "=he", "Enter"});
+  EXPECT_EQ(work_.rows("SELECT LineHeading, LineType FROM FStmtLin"), std::vector<std::string>{"Cash|Heading"});
+  work_.keys({"Up", "Right", "F2", "Down", "Down", "Down", "Down", "Enter", "Enter"});
+  EXPECT_EQ(work_.rows("SELECT LineType FROM FStmtLin"), std::vector<std::string>{"Total"});
 }
 
 }  // namespace
