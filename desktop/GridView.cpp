@@ -243,6 +243,8 @@ void GridArea::mouseDoubleClickEvent(QMouseEvent* event) {
   else if (const form::Control* target = hands_.screen().target();
            target && target->binding() && target->binding()->hasPicker())
     hands_.key("F2");
+  else if (spot->column == target)
+    dropDown();
 }
 
 void GridArea::keyPressEvent(QKeyEvent* event) {
