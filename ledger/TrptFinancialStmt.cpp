@@ -71,9 +71,9 @@ class TrptFinancialStmt final : public reports::Report {
   int positionOf(std::string_view /*field*/) override { return -1; }
 
  private:
-  StatementRequest requestOf(const form::Open& open, int year) const;
-  static void choose(const form::Open& open, StatementRequest& request);
-  static bool restates(const form::Open& open);
+  StatementRequest requestOf(const form::Open& open, int year);
+  void choose(const form::Open& open, StatementRequest& request);
+  bool restates(const form::Open& open);
   std::shared_ptr<const std::vector<Conditions>> conditions(const StatementRequest& request) const;
   std::string words(const StatementRequest& request) const;
   reports::RowLook look() const;
@@ -83,7 +83,7 @@ class TrptFinancialStmt final : public reports::Report {
   std::vector<Statement::Line>::const_iterator line_;
 };
 
-StatementRequest TrptFinancialStmt::requestOf(const form::Open& open, int year) const {
+StatementRequest TrptFinancialStmt::requestOf(const form::Open& open, int year) {
   StatementRequest request{.format = wordOf(open, "format"), .year = year};
   choose(open, request);
   request.period = periodOf(open) == 0 ? kPeriods : periodOf(open);
@@ -111,10 +111,7 @@ void TrptFinancialStmt::choose(const form::Open& open, StatementRequest& request
 }
 
 bool TrptFinancialStmt::restates(const form::Open& open) {
-  const auto forex = open.values.find("autoForex");
-  if (forex == open.values.end() || forex->second.isNull()) return false;
-  if (forex->second.kind() == Value::Kind::boolean) return forex->second.asBool();
-  const std::string text = forex->second.toText();
+  const std::string text = wordOf(open, "autoForex");
   if (!text.empty() && !equalFolded(text, "true") && !equalFolded(text, "false"))
     throw Error("autoForex is true or false, not '" + text + "'");
   return equalFolded(text, "true");

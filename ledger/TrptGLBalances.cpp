@@ -32,7 +32,7 @@ class TrptTotals final : public reports::Report {
 
  private:
   void columns(reports::Bands& b);
-  std::string statement(const form::Open& open) const;
+  std::string statement(const form::Open& open);
   bool showsBalance();
   Value amount(int period);
   Value change();
@@ -50,7 +50,7 @@ void TrptTotals::tell(reports::Bands& b, const form::Open& open) {
   columns(b);
 }
 
-std::string TrptTotals::statement(const form::Open& open) const {
+std::string TrptTotals::statement(const form::Open& open) {
   std::string text =
       "SELECT g.GLAccountID, g.GLAccount, g.AccountType, " + alias_ + ".GLYear, " + alias_ + ".OpeningBal";
   std::string joins =

@@ -1,5 +1,6 @@
 #include "reports/Report.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "base/Errors.h"
@@ -27,6 +28,15 @@ store::Value Report::value(std::string_view field) { return qryMain_.value(field
 int Report::positionOf(std::string_view field) { return qryMain_.fieldPosition(field); }
 store::Value Report::value(int position) { return qryMain_.field(position).value(); }
 
+void Report::refuseUnasked(const form::Open& open) const {
+  const auto found =
+      std::ranges::find_if(open.values, [this](const auto& value) { return !asked_.contains(value.first); });
+  if (found == open.values.end()) return;
+  std::string names = "filter";
+  for (const std::string& name : asked_) names += ", " + name;
+  throw Error("The report has no '" + found->first + "'; it can be asked for " + names);
+}
+
 std::string Report::whereOf(const form::Open& open) { return open.filter.empty() ? "" : " WHERE " + open.filter; }
 
 std::string Report::orderOf(const form::Open& open, const std::string& order) {
@@ -35,6 +45,7 @@ std::string Report::orderOf(const form::Open& open, const std::string& order) {
 }
 
 std::string Report::wordOf(const form::Open& open, const std::string& name) {
+  asked_.insert(name);
   const auto found = open.values.find(name);
   return found == open.values.end() || found->second.isNull() ? std::string() : found->second.toText();
 }
@@ -55,7 +66,7 @@ int Report::periodOf(const form::Open& open) {
   return period;
 }
 
-int Report::yearOf(const form::Open& open) const {
+int Report::yearOf(const form::Open& open) {
   return wordOf(open, "year").empty() ? app().today().year() : numberOf(open, "year");
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,9 @@ class Report {
 
   // Tells itself for one run; `open` says which rows (filter), in which order, and in which words (title, values).
   virtual void tell(Bands& bands, const form::Open& open) = 0;
+  // Error where it was opened with a value that it does not ask for, a misspelt one say. What lists say of themselves
+  // may go unasked.
+  void refuseUnasked(const form::Open& open) const;
   // Goes to the first row, and to the next; false when there is none. A report with rows of its own overrides both.
   virtual bool first();
   virtual bool next();
@@ -55,18 +59,19 @@ class Report {
   // " WHERE ..." of the condition that it is opened with, and " ORDER BY ..." as the list is that it prints, or
   // `order`.
   static std::string whereOf(const form::Open& open);
-  static std::string orderOf(const form::Open& open, const std::string& order);
+  std::string orderOf(const form::Open& open, const std::string& order);
   // One of its values as text; empty when it has none of that name.
-  static std::string wordOf(const form::Open& open, const std::string& name);
+  std::string wordOf(const form::Open& open, const std::string& name);
   // The same as a whole number, 0 when it has none. Error for any other text.
-  static int numberOf(const form::Open& open, const std::string& name);
+  int numberOf(const form::Open& open, const std::string& name);
   // Its values "year", that of today where there is none, and "period", 0 for all of the year. Errors.
-  int yearOf(const form::Open& open) const;
-  static int periodOf(const form::Open& open);
+  int yearOf(const form::Open& open);
+  int periodOf(const form::Open& open);
 
  private:
   shell::Session& session_;
   store::Query qryMain_;
+  std::set<std::string> asked_ = {"order", "selection"};  // names of values
 };
 
 using ReportPtr = std::unique_ptr<Report>;

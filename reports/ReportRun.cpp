@@ -43,6 +43,7 @@ ReportRun::ReportRun(shell::Session& session, ReportPtr report, const form::Open
       pages_(std::make_shared<PreparedPages>()),
       bands_(session.app().formats()) {
   report_->tell(bands_, open);
+  report_->refuseUnasked(open);
   company_ = session_.tblCompany().isEmpty() ? std::string() : session_.tblCompany()["CompanyName"].asText();
   pages_->reportTitle = report_->reportTitle;
   pages_->author = company_;
