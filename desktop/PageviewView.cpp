@@ -48,7 +48,10 @@ class PageArea final : public QAbstractScrollArea {
     page_ = view.page;
     pages_ = view.pages.get();
     resizePaper();
-    if (turned) verticalScrollBar()->setValue(0);
+    if (turned) {
+      verticalScrollBar()->setValue(0);
+      link_.reset();
+    }
     setAccessibleDescription(paper() ? shown(paper()->pageText(page_)) : QString());
     viewport()->update();
   }
@@ -72,16 +75,21 @@ class PageArea final : public QAbstractScrollArea {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(origin());
     const reports::Page& page = paper()->page(page_);
-    for (const Element& element : page.elements) draw(painter, page, element);
+    std::size_t link = 0;
+    for (const Element& element : page.elements) draw(painter, page, element, element.jump > 0 && link_ == link++);
   }
 
   // What is left of the page comes before the next one, although its button has the key.
   bool event(QEvent* event) override {
-    if (event->type() == QEvent::ShortcutOverride && scrollsBy(*static_cast<QKeyEvent*>(event))) event->accept();
+    if (event->type() == QEvent::ShortcutOverride) {
+      const auto& key = *static_cast<QKeyEvent*>(event);
+      if (scrollsBy(key) || isStep(key) || (isEnter(key) && link_)) event->accept();
+    }
     return QAbstractScrollArea::event(event);
   }
 
   void keyPressEvent(QKeyEvent* event) override {
+    if (leads(*event)) return;
     if (scrollsBy(*event))
       return verticalScrollBar()->triggerAction(event->key() == Qt::Key_PageDown ? QAbstractSlider::SliderPageStepAdd
                                                                                  : QAbstractSlider::SliderPageStepSub);
@@ -112,12 +120,17 @@ class PageArea final : public QAbstractScrollArea {
   }
 
   void mouseMoveEvent(QMouseEvent* event) override {
-    viewport()->setCursor(linkAt(event->position()) ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    choose(linkAt(event->position()));
+    viewport()->setCursor(link_ ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  }
+  void leaveEvent(QEvent* event) override {
+    choose({});
+    QAbstractScrollArea::leaveEvent(event);
   }
 
   void mouseReleaseEvent(QMouseEvent* event) override {
-    if (const std::optional<std::size_t> link = linkAt(event->position()))
-      hands_.act([&](form::Input& input) { input.follow(hands_.screen(), control_, page_, *link); });
+    choose(linkAt(event->position()));
+    follow();
   }
 
  private:
@@ -146,6 +159,44 @@ class PageArea final : public QAbstractScrollArea {
     horizontalScrollBar()->setSingleStep(40);
   }
 
+  // The page looks as it prints; of the figures that lead on, one is marked: that below the mouse, or to which keys
+  // went.
+  void choose(std::optional<std::size_t> link) {
+    if (std::exchange(link_, link) != link) viewport()->update();
+  }
+  void follow() {
+    if (link_) hands_.act([&](form::Input& input) { input.follow(hands_.screen(), control_, page_, *link_); });
+  }
+
+  static bool isStep(const QKeyEvent& key) {
+    return key.modifiers() == Qt::ControlModifier && (key.key() == Qt::Key_Down || key.key() == Qt::Key_Up);
+  }
+  static bool isEnter(const QKeyEvent& key) { return key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter; }
+
+  bool leads(const QKeyEvent& key) {
+    if (isEnter(key) && link_) return follow(), true;
+    if (!isStep(key)) return false;
+    const std::vector<form::PageLink> links = paper() ? paper()->links(page_) : std::vector<form::PageLink>();
+    if (links.empty()) return true;
+    const std::size_t last = links.size() - 1;
+    if (key.key() == Qt::Key_Down)
+      choose(link_ ? std::min(*link_ + 1, last) : 0);
+    else
+      choose(link_ ? std::max<std::size_t>(*link_, 1) - 1 : last);
+    showLink(links[*link_]);
+    return true;
+  }
+
+  void showLink(const form::PageLink& link) {
+    const QRectF box(link.x * scale(), link.y * scale(), link.width * scale(), link.height * scale());
+    const QRectF seen = box.translated(origin());
+    QScrollBar &down = *verticalScrollBar(), &right = *horizontalScrollBar();
+    if (seen.top() < 0 || seen.bottom() > viewport()->height())
+      down.setValue(down.value() + static_cast<int>(seen.center().y()) - viewport()->height() / 2);
+    if (seen.left() < 0 || seen.right() > viewport()->width())
+      right.setValue(right.value() + static_cast<int>(seen.center().x()) - viewport()->width() / 2);
+  }
+
   bool scrollsBy(const QKeyEvent& key) const {
     const QScrollBar& bar = *verticalScrollBar();
     if ((key.modifiers() & ~Qt::KeypadModifier) != 0) return false;
@@ -169,12 +220,13 @@ class PageArea final : public QAbstractScrollArea {
     return {};
   }
 
-  void draw(QPainter& painter, const reports::Page& page, const Element& element) {
+  void draw(QPainter& painter, const reports::Page& page, const Element& element, bool isMarked) {
     const QRectF box(element.box.x * scale(), element.box.y * scale(), element.box.width * scale(),
                      element.box.height * scale());
+    if (isMarked) painter.fillRect(box, QColor(0xD5, 0xE5, 0xF8));
     switch (element.kind) {
       case Element::Kind::text:
-        drawText(painter, page.textOf(element), element, box);
+        drawText(painter, page.textOf(element), element, box, isMarked);
         break;
       case Element::Kind::line:
       case Element::Kind::rectangle:
@@ -190,7 +242,7 @@ class PageArea final : public QAbstractScrollArea {
     }
   }
 
-  void drawText(QPainter& painter, std::string_view text, const Element& element, const QRectF& box) {
+  void drawText(QPainter& painter, std::string_view text, const Element& element, const QRectF& box, bool isMarked) {
     const std::string& found = control_.pageView()->found;
     if (!found.empty() && foldCase(text).find(foldCase(found)) != std::string::npos)
       painter.fillRect(box, QColor(0xFF, 0xE8, 0x8A));
@@ -210,7 +262,7 @@ class PageArea final : public QAbstractScrollArea {
     run.setRawFont(rawFont(element.style, unit * font.unitsPerEm()));
     run.setGlyphIndexes(ids);
     run.setPositions(places);
-    painter.setPen(element.jump > 0 && !element.style.quiet ? QColor(0x10, 0x3C, 0x8C) : inkOf(element.style));
+    painter.setPen(isMarked ? QColor(0x10, 0x3C, 0x8C) : inkOf(element.style));
     painter.drawGlyphRun({}, run);
   }
 
@@ -237,6 +289,7 @@ class PageArea final : public QAbstractScrollArea {
   Hands& hands_;
   form::Control& control_;
   int page_ = 1;
+  std::optional<std::size_t> link_;  // of the page's, the one that is marked
   const form::PageSource* pages_ = nullptr;
   std::vector<reports::Glyph> glyphs_;
   std::map<std::pair<int, int>, QRawFont> fonts_;

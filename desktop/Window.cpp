@@ -292,7 +292,7 @@ bool Window::eventFilter(QObject* watched, QEvent* event) {
   switch (key.key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      if (lines) return false;
+      if (lines || (focused && focused->kind() == Kind::pageview)) return false;
       break;
     case Qt::Key_PageUp:
     case Qt::Key_PageDown:

@@ -63,6 +63,7 @@ class Shooting {
   void addUsers();
   void runModal(const std::string& className);
   void importIntoVoucher();
+  void launcher(form::Screen& screen, const std::string& name);
   void previews();
   void soon(const std::string& name);
   void picturesOf(form::Screen& screen, const std::string& name);
@@ -141,7 +142,7 @@ void Shooting::soon(const std::string& name) {
 void Shooting::runModal(const std::string& className) {
   form::Open open;
   if (className == "TfrmGLAccountSubSearch") open.values["level"] = store::Value(1);
-  if (className == "TfrmFStmtValidation") open.values["StmtID"] = store::Value(1);
+  if (className == "TfrmFStmtValidation") open.values["StmtID"] = store::Value(5);
   if (className == "TfrmCompanyDatabase") open.values["name"] = store::Value("Hartwell Joinery");
   if (className == "TfrmYearEnd") open.values["year"] = store::Value(2025);
   soon(className);
@@ -164,9 +165,27 @@ void Shooting::previews() {
                     "SELECT GLYear, GLPeriod FROM GLHist ORDER BY GLYear DESC, GLPeriod DESC TOP 1");
   last.open();
   for (const form::ReportEntry& report : program_.session().registry().reports()) {
-    app_.preview(report.className, {.values = {{"year", last.value("GLYear")}, {"period", last.value("GLPeriod")}}});
+    form::Open open;
+    if (report.screen == "TfrmGLReports")
+      open.values = {{"year", last.value("GLYear")}, {"period", last.value("GLPeriod")}};
+    app_.preview(report.className, open);
     picturesOf(*app_.find("frmPreview"), report.className);
     app_.dismiss(*app_.find("frmPreview"));
+  }
+}
+
+// What a launcher asks for differs with the report.
+void Shooting::launcher(form::Screen& screen, const std::string& name) {
+  form::Control &reports = *screen.find("lboReports"), &back = *screen.find("btnBack"), &next = *screen.find("btnNext");
+  for (const auto& [value, report] : reports.binding()->choices()) {
+    front_.input().set(screen, reports, report);
+    for (int page = 1; next.caption() != "&Preview"; ++page) {
+      front_.input().click(screen, next);
+      front_.sync();
+      settle();
+      take(front_.windowOf(screen)->frameGeometry(), name + "-" + report + "-" + std::to_string(page));
+    }
+    while (back.enabled()) front_.input().click(screen, back);
   }
 }
 
@@ -187,6 +206,7 @@ void Shooting::one(const form::ScreenEntry& entry) {
   }
   form::Screen& screen = app_.open(name, open);
   picturesOf(screen, name);
+  if (screen.find("lboReports")) launcher(screen, name);
   if (name != "TfrmQuillon") app_.dismiss(screen);
 }
 

@@ -15,6 +15,7 @@
 #include "desktop/Text.h"
 #include "desktop/Window.h"
 #include "form/Grid.h"
+#include "form/PageView.h"
 #include "form/Table.h"
 #include "store/Cursor.h"
 #include "store/Database.h"
@@ -215,6 +216,23 @@ TEST_F(Windows, PickersModalChainsMenusAndFiltersAreWorkedByKeys) {
   work_.keys({"Alt+E", "=i", "Alt+R", "Enter"});
   EXPECT_EQ(work_.title(), "Journal Vouchers");
   EXPECT_EQ(total("frmJVs"), 3u);
+}
+
+TEST_F(Windows, FiguresOfAPreviewAreFollowedByKeys) {
+  for (const char* id : {"1", "2"})
+    work_.run(std::string("INSERT INTO GLActual (GLAccountID, GLYear, ActualBudget, Amount1) VALUES (") + id +
+              ", 2026, 'A', 5)");
+  work_.app().preview("TrptTrialBalance", {.values = {{"year", store::Value(2026)}}});
+  work_.front().sync();
+  form::Screen& preview = *work_.app().find("frmPreview");
+  const std::vector<form::PageLink> links = preview.find("pgvPages")->pageView()->pages->links(1);
+  ASSERT_GT(links.size(), 3u);
+  work_.tabTo("frmPreview.pgvPages");
+  // Nothing is marked yet; then the first, the third and, beyond the first, the first again.
+  work_.keys({"Enter"});
+  EXPECT_EQ(work_.app().find("frmGLHistory"), nullptr);
+  work_.keys({"Ctrl+Down", "Ctrl+Down", "Ctrl+Up", "Ctrl+Up", "Enter", "?"});
+  EXPECT_EQ(work_.heard(), "frmGLHistory.grdGLHist.GLPeriod");
 }
 
 // The lines of a picture that are no longer as they were: the first and the last; -1 for none.

@@ -18,6 +18,7 @@ namespace {
 using store::Value;
 
 constexpr int kAccounts = 4, kVouchers = 200;
+const form::Open kYear{.values = {{"year", Value(2026)}}};
 
 void run(store::Database& database, const std::string& statement) { store::Query(database, statement).execute(); }
 
@@ -61,9 +62,8 @@ class LongReports : public testing::Test, protected sim::Workplace {
 
   // All pages of a report, with a deed of the other program behind the first.
   template <typename Deed>
-  void print(const char* report, const Deed& deed) {
-    const std::unique_ptr<form::PageRun> run =
-        reports::startReport(session_, report, {.values = {{"year", Value(2026)}}});
+  void print(const char* report, const form::Open& open, const Deed& deed) {
+    const std::unique_ptr<form::PageRun> run = reports::startReport(session_, report, open);
     ASSERT_TRUE(run->step()) << "all on one page";
     deed();
     while (run->step()) {
@@ -86,17 +86,17 @@ class LongReports : public testing::Test, protected sim::Workplace {
 
 TEST_F(LongReports, AreOfTheMomentOfTheRunWhileOthersPost) {
   const Money sum = Money::fromRaw(10'000 * kVouchers * (kVouchers + 1) / 2);
-  print("TrptGeneralLedger", [&] {
+  print("TrptGeneralLedger", kYear, [&] {
     for (int voucher = kVouchers + 1; voucher <= kVouchers + 9; ++voucher) post(voucher);
   });
   EXPECT_EQ(figures(reports::Part::summary), (std::vector<Money>{sum, sum}));
-  print("TrptGeneralLedger", [] {});
+  print("TrptGeneralLedger", kYear, [] {});
   EXPECT_GT(figures(reports::Part::summary).front(), sum);
 }
 
 TEST_F(LongReports, AreRefusedWhereTheirLinesAreGone) {
   const std::string refusal = sim::refusalOf([&] {
-    print("TrptGeneralLedger", [&] {
+    print("TrptGeneralLedger", kYear, [&] {
       run(other(), "DELETE FROM GLHist WHERE JVID = 190");
       run(other(), "UPDATE GLActual SET Amount1 = 0");
     });
@@ -105,7 +105,7 @@ TEST_F(LongReports, AreRefusedWhereTheirLinesAreGone) {
 }
 
 TEST_F(LongReports, LeaveOutLinesThatOthersUnpost) {
-  print("TrptGLHistory", [&] { run(other(), "DELETE FROM GLHist WHERE JVID <= 100"); });
+  print("TrptGLHistory", {}, [&] { run(other(), "DELETE FROM GLHist WHERE JVID <= 100"); });
   const std::vector<Money> lines = figures(reports::Part::detail);
   Money sum;
   for (const Money line : lines) sum += line;
