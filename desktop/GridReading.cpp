@@ -224,7 +224,7 @@ class Listening final : public QAccessible::ActivationObserver {
     QAccessible::installFactory(readingOf);
     QAccessible::installActivationObserver(this);
   }
-  ~Listening() { QAccessible::removeActivationObserver(this); }
+  ~Listening() override { QAccessible::removeActivationObserver(this); }
   void accessibilityActiveChanged(bool active) override { active_ = active; }
   bool isActive() const { return active_; }
 

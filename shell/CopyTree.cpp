@@ -60,7 +60,7 @@ Mark markOf(store::Database& database) {
   company.open();
   const int marker = 0;
   store::Table& table = database.openTable("Company", &marker, false);
-  const Mark mark{company.isEmpty() ? "" : company["CompanyName"].asText(), table.files().fileId()};
+  Mark mark{company.isEmpty() ? "" : company["CompanyName"].asText(), table.files().fileId()};
   database.closeTable(table, &marker);
   return mark;
 }

@@ -114,9 +114,10 @@ Plan carriedForward(const Plan& plan) {
 void write(store::Database& database, const std::map<std::string, int>& accounts, int year, const Plan& plan) {
   Cursor budget(database, "GLBudget");
   budget.open();
-  for (const auto& [combination, amounts] : plan)
+  for (const auto& planned : plan)
     addRow(budget, [&] {
-      const auto& [account, department, product] = combination;
+      const auto& [account, department, product] = planned.first;
+      const auto& amounts = planned.second;
       budget["GLAccountID"] = accounts.at(account);
       if (department != noDepartment) budget["SubAccount1ID"] = Value(department);
       if (product != noProduct) budget["SubAccount2ID"] = Value(product);

@@ -230,12 +230,12 @@ std::string Holders::describe(const Holder& holder) const {
 
 std::string inTheWay(Holders* holders, const NotedLock& wanted) {
   constexpr std::size_t kMostNamed = 3;
-  const std::string somebody = "another user";
-  if (holders == nullptr) return somebody;
+  constexpr const char* kSomebody = "another user";
+  if (holders == nullptr) return kSomebody;
   if (const std::optional<Holder> holder = holders->find(wanted)) return holders->describe(*holder);
   std::vector<Holder> others;
   if (wanted.kind == LockKind::exclusiveOpen) others = holders->others();
-  if (others.empty()) return somebody;
+  if (others.empty()) return kSomebody;
   std::vector<std::string> names;
   for (const Holder& other : others)
     if (std::string place = placeOf(other); std::ranges::count(names, place) == 0) names.push_back(std::move(place));
