@@ -38,7 +38,7 @@ void writeTheirPdf(const reports::PreparedPages& pages, const std::vector<report
     HPDF_Page_SetHeight(theirs, height * kPoints);
     for (const Element& element : page.elements) {
       if (element.kind == Element::Kind::line) {
-        HPDF_Page_MoveTo(theirs, element.box.x * kPoints, (height - element.box.y) * kPoints);
+        HPDF_Page_MoveTo(theirs, element.box.x * kPoints, (height - static_cast<float>(element.box.y)) * kPoints);
         HPDF_Page_LineTo(theirs, static_cast<float>(element.box.right()) * kPoints,
                          (height - static_cast<float>(element.box.bottom())) * kPoints);
         HPDF_Page_Stroke(theirs);
