@@ -31,7 +31,7 @@ class TrptGeneralLedgerSummary final : public AccountReport {
   };
 
   void read() override {
-    store::atOneMoment(database(), {"GLActual", "GLBudget", "GLHist"}, [this] {
+    store::atOneMoment(database(), {"GLAccnt", "GLActual", "GLBudget", "GLHist"}, [this] {
       AccountReport::read();
       LedgerLines lines(database(), year(), period());
       sides_.clear();
