@@ -208,6 +208,11 @@
 < {"ok":false,"messages":[{"text":"This statement has been deleted by another user"}],"opened":[]}
 |
 
+# A line that another unposted after it was printed.
+> {"sql":"DELETE FROM GLHist WHERE JVNumber = 1001"}
+> {"follow":"frmPreview3.pgvPages","text":"1001"}
+< {"ok":false,"messages":[{"text":"This line was unposted by another user"}],"opened":[]}
+
 # Without a printer nothing is previewed; the previews go with the company.
 > {"quit":true}
 @ --today 2026-03-05 --country Canada --printer none

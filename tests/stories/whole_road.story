@@ -6,6 +6,16 @@
 > {"click":"frmWelcome.btnOK"}
 > {"click":"frmCompanyDatabase.btnOK"}
 < {"ok":true,"messages":[],"closed":["frmCompanyDatabase","frmWelcome"],"waiting":null}
+# The sample converts foreign currency by vouchers, which must not be done twice.
+> {"menu":"GL > Reports"}
+> {"set":"frmGLReports.lboReports","value":"Balance Sheet"}
+> {"click":"frmGLReports.btnNext"}
+> {"set":"frmGLReports.chkAutoForex","value":true}
+< {"ok":false,"messages":[{"kind":"error",
+   "text":"AutoForex cannot be selected with the sample data...\rBecause it has JVs to illustrate the JV method of converting foreign currency accounts to domestic currency"}],
+   "focus":"frmGLReports.chkAutoForex"}
+> {"close":"frmGLReports"}
+
 > {"menu":"Companies > New Company"}
 > {"set":"frmCompanyDatabase.editCompanyName","value":"Cedar Studio"}
 > {"set":"frmCompanyDatabase.editDatabase","value":"{folder}/cedar"}
